@@ -1,0 +1,15 @@
+pragma Singleton
+import QtQuick
+
+QtObject {
+    readonly property color accent: Qt.rgba(0.996, 0.682, 0.086, 1)
+    readonly property color alarm: "#ff4b3e"
+    readonly property color calm: "#53c26b"
+    readonly property color ground: "#101214"
+    readonly property color bar: "#191c1f"
+    readonly property color row: "#1e2226"
+    readonly property color pressed: "#2c3238"
+    readonly property color line: "#2f353b"
+    readonly property color text: "#f3f4f5"
+    readonly property color faint: "#98a1a9"
+}

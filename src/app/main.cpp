@@ -1,0 +1,158 @@
+// The one place where the application's parts are chosen and wired.
+#include <QCommandLineParser>
+#include <QGuiApplication>
+#include <QQmlApplicationEngine>
+#include <QQuickStyle>
+#include <QQuickWindow>
+#include <chrono>
+#include <cstdio>
+#include <cstring>
+#include <memory>
+#include <string>
+
+#include "app/ConnectionStatus.h"
+#include "diagnostics/GroupsViewController.h"
+#include "platform/real/QuitSignals.h"
+#include "platform/real/RealPlatform.h"
+#include "platform/real/SystemLog.h"
+#include "screens/NavigationController.h"
+#include "screens/Stage.h"
+#include "session/ConnectionOptions.h"
+#include "session/iTorvFeeder.h"
+#include "vehicles/ProfileDocument.h"
+
+namespace {
+
+using namespace torv;
+
+constexpr int badArguments = 2;
+constexpr int screenshotFailed = 1;
+
+struct Options {
+    ConnectionOptions connection;
+    std::filesystem::path profile;
+    QString screenshot;
+    std::chrono::milliseconds after{2000};
+    std::optional<QSize> size;
+};
+
+int refuse(const std::string& why) {
+    std::fprintf(stderr, "itorv: %s\n", why.c_str());
+    return badArguments;
+}
+
+/// Before any Qt object, for the platform plugin is chosen with the application.
+void chooseOffscreen(int argc, char** argv) {
+    for (int i = 1; i < argc; ++i) {
+        if (std::strcmp(argv[i], "--offscreen") != 0) continue;
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+        qputenv("QT_QUICK_BACKEND", "software");
+    }
+}
+
+std::optional<QSize> sizeFromText(const QString& text) {
+    const auto parts = text.split('x');
+    if (parts.size() != 2) return std::nullopt;
+    const QSize size{parts[0].toInt(), parts[1].toInt()};
+    const bool sensible =
+        size.width() >= 100 && size.width() <= 8192 && size.height() >= 100 && size.height() <= 8192;
+    return sensible ? std::optional{size} : std::nullopt;
+}
+
+/// Nothing when the arguments are in order; else why they are not.
+std::optional<std::string> readArguments(const QCoreApplication& application, Options& options) {
+    QCommandLineParser parser;
+    parser.setApplicationDescription("Live values of the tuning module, and all that can be set in it.");
+    parser.addHelpOption();
+    parser.addVersionOption();
+    parser.addOptions({
+        {"module", "Connect to this module, wherever the network says it is.", "HOST:PORT"},
+        {"interface", "The network interface whose address tells which module to look for (en0).", "NAME",
+         "en0"},
+        {"profile", "Use this vehicle profile document.", "FILE"},
+        {"offscreen", "Show no window; for pictures and tests."},
+        {"size", "Size of the window in pixels (1136x640).", "WIDTHxHEIGHT"},
+        {"screenshot", "Save a picture of the window (PNG) and end.", "FILE"},
+        {"after", "Seconds until that picture is taken (2).", "SECONDS", "2"},
+    });
+    if (!parser.parse(application.arguments())) return parser.errorText().toStdString();
+    if (parser.isSet("help")) parser.showHelp(0);
+    if (parser.isSet("version")) parser.showVersion();
+    if (!parser.positionalArguments().isEmpty()) {
+        return "there is no argument \"" + parser.positionalArguments().first().toStdString() + "\"";
+    }
+    options.connection.interface = parser.value("interface").toStdString();
+    if (parser.isSet("module")) {
+        options.connection.module = endpointFromText(parser.value("module").toStdString());
+        if (!options.connection.module) {
+            return "--module takes an address and a port from 1 to 65535, as in 127.0.0.1:2000";
+        }
+    }
+    options.profile = parser.value("profile").toStdString();
+    options.screenshot = parser.value("screenshot");
+    bool isNumber = false;
+    const double seconds = parser.value("after").toDouble(&isNumber);
+    if (!isNumber || !(seconds >= 0) || seconds > 86400)
+        return "--after takes a number of seconds from 0 to 86400";
+    options.after = std::chrono::milliseconds{static_cast<int>(seconds * 1000)};
+    if (parser.isSet("size")) {
+        options.size = sizeFromText(parser.value("size"));
+        if (!options.size) return "--size takes a width and a height from 100 to 8192, as in 1136x640";
+    }
+    return std::nullopt;
+}
+
+std::optional<Vehicle> loadVehicle(const Options& options, Platform& platform, std::string& error) {
+    if (!options.profile.empty()) return vehicleFromFile(options.profile, error);
+    const auto shipped = platform.resources().pathForResourceOfType("vehicle", "json");
+    if (shipped) return vehicleFromFile(*shipped, error);
+    error = "the file vehicle.json is missing from the application's resources";
+    return std::nullopt;
+}
+
+void takeScreenshotLater(RunLoop& loop, QQuickWindow& window, const Options& options) {
+    loop.scheduleTimer(options.after, false, [&window, file = options.screenshot](Timer&) {
+        const bool saved = window.grabWindow().save(file, "PNG");
+        if (!saved) std::fprintf(stderr, "itorv: the picture could not be saved as %s\n", qPrintable(file));
+        QCoreApplication::exit(saved ? 0 : screenshotFailed);
+    });
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    chooseOffscreen(argc, argv);
+    QQuickStyle::setStyle("Basic");
+    QGuiApplication application{argc, argv};
+    QGuiApplication::setApplicationName("itorv");
+    QGuiApplication::setApplicationDisplayName("iTorv");
+    QGuiApplication::setApplicationVersion("1.0");
+    Options options;
+    if (const auto why = readArguments(application, options)) return refuse(*why);
+
+    startSystemLog("itorv", LogTerminal::yes);
+    RealPlatform platform;
+    Platform::install(&platform);
+    const QuitSignals signals_{[&] { platform.runLoop().quit(); }};
+    QObject::connect(&application, &QGuiApplication::lastWindowClosed, [&] { platform.runLoop().quit(); });
+
+    std::string error;
+    const auto vehicle = loadVehicle(options, platform, error);
+    if (!vehicle) return refuse(error);
+
+    const auto feeder = std::make_shared<iTorvFeeder>(options.connection);
+    ConnectionStatus status{feeder};
+    NavigationController navigation{std::make_shared<GroupsViewController>(*vehicle, feeder)};
+    Stage stage{navigation, &status};
+    feeder->setFeeding(true);
+    feeder->start();
+
+    QQmlApplicationEngine engine;
+    engine.setInitialProperties({{"stage", QVariant::fromValue(&stage)}});
+    engine.load("qrc:/iTorv/Main.qml");
+    if (engine.rootObjects().isEmpty()) return refuse("the window could not be made");
+    auto* window = qobject_cast<QQuickWindow*>(engine.rootObjects().first());
+    if (options.size) window->resize(*options.size);
+    if (!options.screenshot.isEmpty()) takeScreenshotLater(platform.runLoop(), *window, options);
+    return QGuiApplication::exec();
+}

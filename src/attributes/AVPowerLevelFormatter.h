@@ -1,0 +1,18 @@
+#pragma once
+
+#include "attributes/AVFormatter.h"
+
+namespace torv {
+
+/// One byte, the level in decimal. The flags tell whether it is odd: that is what modules mean by "on" here,
+/// and not whether it is 0. Needs bytes; no way back.
+class AVPowerLevelFormatter final : public AVFormatter {
+public:
+    [[nodiscard]] static std::shared_ptr<AVPowerLevelFormatter> formatter() {
+        return std::make_shared<AVPowerLevelFormatter>();
+    }
+
+    [[nodiscard]] std::optional<AVFormatterData> dataFromAV(std::uint8_t* bytes) override;
+};
+
+}  // namespace torv

@@ -1,0 +1,14 @@
+#pragma once
+
+#include <functional>
+#include <string_view>
+
+namespace torv {
+
+/// One line to the system log. Any thread. Before a sink is set, lines are dropped.
+void logLine(std::string_view line);
+
+using LogSink = std::function<void(std::string_view)>;
+void setLogSink(LogSink sink);
+
+}  // namespace torv

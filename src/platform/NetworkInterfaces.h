@@ -1,0 +1,30 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace torv {
+
+/// What the handset's network looks like. Any thread.
+class NetworkInterfaces {
+public:
+    struct Address {
+        std::string interface;
+        std::string ipv4;  ///< dotted
+    };
+
+    NetworkInterfaces() = default;
+    NetworkInterfaces(const NetworkInterfaces&) = delete;
+    NetworkInterfaces& operator=(const NetworkInterfaces&) = delete;
+    virtual ~NetworkInterfaces() = default;
+
+    /// In the system's order; nothing when the list can't be had.
+    [[nodiscard]] virtual std::optional<std::vector<Address>> addresses() const = 0;
+    /// The flags of the way to the internet (0.0.0.0), as `Reachability` reads them; nothing when the
+    /// system doesn't tell. Sends nothing.
+    [[nodiscard]] virtual std::optional<std::uint32_t> reachabilityFlags() const = 0;
+};
+
+}  // namespace torv

@@ -1,0 +1,28 @@
+#pragma once
+
+#include <optional>
+#include <string>
+
+#include "support/Value.h"
+
+namespace torv {
+
+/// Fetches what a URL names, in one blocking call.
+class URLLoader {
+public:
+    struct Reply {
+        std::optional<Data> body;   ///< nothing when the request failed
+        std::optional<int> status;  ///< of HTTP; nothing when there was no answer
+        std::string error;          ///< why there is no body, for the log
+    };
+
+    URLLoader() = default;
+    URLLoader(const URLLoader&) = delete;
+    URLLoader& operator=(const URLLoader&) = delete;
+    virtual ~URLLoader() = default;
+
+    /// Any thread. Comes back in limited time and with a body of limited size.
+    [[nodiscard]] virtual Reply load(const std::string& url) = 0;
+};
+
+}  // namespace torv

@@ -1,0 +1,47 @@
+#pragma once
+
+#include <QSocketNotifier>
+#include <memory>
+#include <mutex>
+
+#include "platform/ByteStream.h"
+#include "platform/RunLoop.h"
+
+namespace torv {
+
+/// A TCP connection on a non-blocking socket that the run loop watches.
+///
+/// Bytes leave at once (TCP_NODELAY), and a peer that has vanished becomes an error once sent bytes have
+/// stayed unacknowledged for 3.5 s (TCP_USER_TIMEOUT).
+class PosixByteStream final : public ByteStream, public std::enable_shared_from_this<PosixByteStream> {
+public:
+    PosixByteStream(RunLoop& loop, Endpoint endpoint);
+    ~PosixByteStream() override;
+
+    void setClient(Client client) override { m_client = std::move(client); }
+    [[nodiscard]] bool open() override;
+    void close() override;
+    std::ptrdiff_t read(std::span<std::uint8_t> room) override;
+    void rearm() override;
+    std::ptrdiff_t write(std::span<const std::uint8_t> bytes) override;
+    [[nodiscard]] bool canAcceptBytes() override;
+
+private:
+    [[nodiscard]] std::unique_ptr<QSocketNotifier> watch(QSocketNotifier::Type type,
+                                                         void (PosixByteStream::*handler)());
+    void becameReadable();
+    void becameWritable();
+    void tell(Event event);
+
+    RunLoop& m_loop;
+    const Endpoint m_endpoint;
+    Client m_client;
+    bool m_connecting = false;
+    std::unique_ptr<QSocketNotifier> m_readable;
+    std::unique_ptr<QSocketNotifier> m_writable;
+
+    std::mutex m_mutex;  // the socket's number: the reading thread reads while the main thread closes
+    int m_socket = -1;
+};
+
+}  // namespace torv

@@ -1,0 +1,57 @@
+#pragma once
+
+#include <filesystem>
+
+#include "platform/Platform.h"
+#include "platform/real/CurlURLLoader.h"
+#include "platform/real/DesktopMailComposer.h"
+#include "platform/real/PosixByteStream.h"
+#include "platform/real/QtRunLoop.h"
+#include "platform/real/SqliteUserDefaults.h"
+#include "platform/real/StandardResources.h"
+#include "platform/real/SystemNetworkInterfaces.h"
+#include "platform/real/ThreadWorkQueue.h"
+
+namespace torv {
+
+/// The parts that a Linux machine offers. Made on the main thread, after the Qt application object.
+class RealPlatform final : public Platform {
+public:
+    RealPlatform()
+        : m_defaults(m_resources.documentsDirectory() / "defaults.sqlite"),
+          m_mail(m_resources.documentsDirectory() / "outbox"),
+          m_streams(m_loop) {}
+
+    [[nodiscard]] QtRunLoop& runLoop() override { return m_loop; }
+    [[nodiscard]] UserDefaults& userDefaults() override { return m_defaults; }
+    [[nodiscard]] ByteStreamFactory& streams() override { return m_streams; }
+    [[nodiscard]] NetworkInterfaces& networkInterfaces() override { return m_interfaces; }
+    [[nodiscard]] URLLoader& urlLoader() override { return m_loader; }
+    [[nodiscard]] Resources& resources() override { return m_resources; }
+    [[nodiscard]] MailComposer& mailComposer() override { return m_mail; }
+    [[nodiscard]] std::unique_ptr<WorkQueue> makeWorkQueue(const std::string& name) override {
+        return std::make_unique<ThreadWorkQueue>(name);
+    }
+
+private:
+    class Streams final : public ByteStreamFactory {
+    public:
+        explicit Streams(RunLoop& loop) : m_loop(loop) {}
+        [[nodiscard]] std::shared_ptr<ByteStream> streamToHost(const Endpoint& endpoint) override {
+            return std::make_shared<PosixByteStream>(m_loop, endpoint);
+        }
+
+    private:
+        RunLoop& m_loop;
+    };
+
+    QtRunLoop m_loop;
+    StandardResources m_resources;
+    SqliteUserDefaults m_defaults;
+    SystemNetworkInterfaces m_interfaces;
+    CurlURLLoader m_loader;
+    DesktopMailComposer m_mail;
+    Streams m_streams;
+};
+
+}  // namespace torv

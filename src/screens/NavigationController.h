@@ -1,0 +1,48 @@
+#pragma once
+
+#include <QObject>
+#include <memory>
+#include <vector>
+
+#include "screens/ViewController.h"
+
+namespace torv {
+
+/// A stack of screens, the topmost of which is shown. The root stays. Main thread.
+class NavigationController final : public QObject {
+    Q_OBJECT
+    Q_PROPERTY(torv::ViewController* topViewController READ topViewController NOTIFY stackChanged)
+    Q_PROPERTY(int depth READ depth NOTIFY stackChanged)
+    Q_PROPERTY(QString backTitle READ backTitle NOTIFY stackChanged)
+    Q_PROPERTY(bool animated READ animated NOTIFY stackChanged)
+
+public:
+    explicit NavigationController(std::shared_ptr<ViewController> root);
+    ~NavigationController() override;
+
+    [[nodiscard]] ViewController* topViewController() const { return m_stack.back().get(); }
+    [[nodiscard]] int depth() const { return static_cast<int>(m_stack.size()); }
+    [[nodiscard]] QString backTitle() const;
+    /// Whether the last change is to be shown as a movement.
+    [[nodiscard]] bool animated() const { return m_animated; }
+
+    void pushViewControllerAnimated(std::shared_ptr<ViewController> screen, bool animated);
+    /// Does nothing on the root.
+    void popViewControllerAnimated(bool animated);
+    void popToRootViewControllerAnimated(bool animated);
+
+    Q_INVOKABLE void touchBack();
+
+signals:
+    void stackChanged();
+
+private:
+    void show(bool animated);
+
+    std::vector<std::shared_ptr<ViewController>> m_stack;
+    // The look may still draw the screen that has just gone.
+    std::vector<std::shared_ptr<ViewController>> m_leaving;
+    bool m_animated = false;
+};
+
+}  // namespace torv

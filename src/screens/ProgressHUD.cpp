@@ -1,0 +1,27 @@
+#include "screens/ProgressHUD.h"
+
+#include <QQmlEngine>
+#include <utility>
+
+#include "screens/Touch.h"
+
+namespace torv {
+
+ProgressHUD::ProgressHUD(std::function<void()> cancel) : m_cancel(std::move(cancel)) {
+    QQmlEngine::setObjectOwnership(this, QQmlEngine::CppOwnership);
+}
+
+void ProgressHUD::setTexts(const QString& label, const QString& details) {
+    if (m_labelText == label && m_detailsLabelText == details) return;
+    m_labelText = label;
+    m_detailsLabelText = details;
+    emit changed();
+}
+
+void ProgressHUD::touchCancel() {
+    queueTouch(this, [](ProgressHUD& self) {
+        if (self.m_cancel) self.m_cancel();
+    });
+}
+
+}  // namespace torv

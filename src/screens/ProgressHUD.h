@@ -1,0 +1,36 @@
+#pragma once
+
+#include <QObject>
+#include <QString>
+#include <functional>
+
+namespace torv {
+
+/// An overlay that holds the screen while something runs: a spinner, a label, a detail label and a Cancel
+/// button. Main thread; the touch on Cancel comes through while a blocking exchange turns the loop.
+class ProgressHUD final : public QObject {
+    Q_OBJECT
+    Q_PROPERTY(QString labelText READ labelText NOTIFY changed)
+    Q_PROPERTY(QString detailsLabelText READ detailsLabelText NOTIFY changed)
+    Q_PROPERTY(bool cancellable READ cancellable CONSTANT)
+
+public:
+    explicit ProgressHUD(std::function<void()> cancel = {});
+
+    [[nodiscard]] QString labelText() const { return m_labelText; }
+    [[nodiscard]] QString detailsLabelText() const { return m_detailsLabelText; }
+    [[nodiscard]] bool cancellable() const { return static_cast<bool>(m_cancel); }
+    void setTexts(const QString& label, const QString& details);
+
+    Q_INVOKABLE void touchCancel();
+
+signals:
+    void changed();
+
+private:
+    QString m_labelText;
+    QString m_detailsLabelText;
+    const std::function<void()> m_cancel;
+};
+
+}  // namespace torv

@@ -1,0 +1,68 @@
+#pragma once
+
+#include <QObject>
+#include <QString>
+#include <memory>
+
+#include "screens/BarButtonItem.h"
+
+namespace torv {
+
+class NavigationController;
+
+/// One screen without its looks: title, bar buttons, and the calls as it comes and goes. Main thread.
+///
+/// `look` names the QML file that draws it.
+class ViewController : public QObject, public std::enable_shared_from_this<ViewController> {
+    Q_OBJECT
+    Q_PROPERTY(QString title READ title NOTIFY titleChanged)
+    Q_PROPERTY(QString look READ look CONSTANT)
+    Q_PROPERTY(QString backButtonTitle READ backButtonTitle CONSTANT)
+    Q_PROPERTY(torv::BarButtonItem* leftBarButton READ leftBarButton NOTIFY barButtonsChanged)
+    Q_PROPERTY(torv::BarButtonItem* rightBarButton READ rightBarButton NOTIFY barButtonsChanged)
+
+public:
+    enum class Orientations { landscape, portrait };
+
+    ViewController();
+    ~ViewController() override;
+
+    [[nodiscard]] QString title() const { return m_title; }
+    void setTitle(const QString& title);
+    [[nodiscard]] virtual QString look() const = 0;
+    /// What the back button of the screen above this one reads.
+    [[nodiscard]] QString backButtonTitle() const { return m_backButtonTitle; }
+    [[nodiscard]] BarButtonItem* leftBarButton() const { return m_leftBarButton.get(); }
+    [[nodiscard]] BarButtonItem* rightBarButton() const { return m_rightBarButton.get(); }
+    void setLeftBarButton(std::unique_ptr<BarButtonItem> item);
+    void setRightBarButton(std::unique_ptr<BarButtonItem> item);
+
+    [[nodiscard]] virtual Orientations orientations() const { return Orientations::landscape; }
+    [[nodiscard]] NavigationController* navigationController() const { return m_navigationController; }
+
+    /// Runs `viewDidLoad` once, before the screen is first shown.
+    void loadViewIfNeeded();
+    virtual void viewDidLoad() {}
+    virtual void viewWillAppear() {}
+    virtual void viewDidAppear() {}
+    virtual void viewWillDisappear() {}
+
+signals:
+    void titleChanged();
+    void barButtonsChanged();
+
+protected:
+    void setBackButtonTitle(const QString& title) { m_backButtonTitle = title; }
+
+private:
+    friend class NavigationController;
+
+    QString m_title;
+    QString m_backButtonTitle = QStringLiteral("Back");
+    std::unique_ptr<BarButtonItem> m_leftBarButton;
+    std::unique_ptr<BarButtonItem> m_rightBarButton;
+    NavigationController* m_navigationController = nullptr;  // while it stands on its stack
+    bool m_loaded = false;
+};
+
+}  // namespace torv

@@ -1,0 +1,146 @@
+#pragma once
+
+#include <atomic>
+#include <chrono>
+#include <cstdint>
+#include <memory>
+#include <mutex>
+#include <span>
+#include <string>
+#include <vector>
+
+#include "link/AVStore.h"
+#include "link/x2comEngine.h"
+#include "platform/ByteStream.h"
+#include "platform/Platform.h"
+#include "session/ConnectionOptions.h"
+#include "session/ZephrelaneDriverDelegate.h"
+
+namespace torv {
+
+/// Owns the one connection to the module: opens and reopens it, feeds the engine, runs its two timers and
+/// the heartbeat, and offers a blocking write and a blocking request.
+///
+///   State    connected  firstAVSeen
+///   Opening  false      false        a frame with whole AVs is decoded: HalfUp; every 3.0 s: reconnect
+///   HalfUp   false      true         a data-available event: Up; every 3.0 s: reconnect
+///   Up       true       true         stream error or end: Opening, with a reconnect at once
+///
+/// Main thread, but for `readData`, `handleMessage` and `handleAIDsUpdateCount`, which run on the serial
+/// reading thread. Two locks: the exchange lock lets one call into the engine run at a time and guards the
+/// two timers; the driver's lock guards the way out of frames and is held while the delegate hears of a
+/// message. Order: exchange, then driver. Neither is held while the main loop turns, nor across the
+/// delegate's calls on the main thread.
+class ZephrelaneDriver final : public x2comSink {
+public:
+    explicit ZephrelaneDriver(ConnectionOptions options = {});
+    ~ZephrelaneDriver() override;
+
+    /// The started driver, or null.
+    [[nodiscard]] static ZephrelaneDriver* sharedDriver();
+
+    [[nodiscard]] ZephrelaneDriverDelegate* delegate() const { return m_delegate; }
+    void setDelegate(ZephrelaneDriverDelegate* delegate) { m_delegate = delegate; }
+
+    /// Once.
+    void start();
+    /// Does nothing while connected. Otherwise closes, opens and comes again in 3.0 s, without end.
+    void reconnect();
+
+    /// One attempt: true if the module acknowledged within 0.1 s. Turns the main loop meanwhile, so another
+    /// exchange can begin inside this one; the inner run of the loop then sees the outcome of both. While
+    /// the stream takes no bytes it keeps waiting, until the loop gives up. From AID 220 up the first byte
+    /// says how many are copied, itself included; with 0 the value written before is sent again.
+    [[nodiscard]] bool writeValueForAID(const AV& value, std::int32_t aid);
+    /// Up to 21 attempts with the last entry of the message.
+    bool writeAV(const Message& message);
+    /// One attempt: true if the module responded within 0.1 s. The value itself comes by the usual road.
+    [[nodiscard]] bool requestValueForAID(std::int32_t aid);
+    /// What the module last sent; zeros if nothing. Any thread.
+    [[nodiscard]] AV readValueForAID(std::int32_t aid) const;
+
+    void readData(ByteStream& stream);
+    x2comResult handleMessage();
+    void handleAIDsUpdateCount(std::span<const std::uint8_t> aids);
+    void connectionEstablished();
+
+    /// The dotted address of the interface that decides, or "error".
+    [[nodiscard]] std::string getIPAddress() const;
+    void openSockets();
+    void closeSockets();
+
+    [[nodiscard]] std::shared_ptr<ByteStream> readStream() const { return m_stream; }
+    [[nodiscard]] std::shared_ptr<ByteStream> writeStream() const { return m_stream; }
+    [[nodiscard]] bool connected() const { return m_connected; }
+    [[nodiscard]] bool firstAVSeen() const { return m_firstAVSeen; }
+    /// Reconnects left before failures are reported. A session that comes up does not restore it, so that a
+    /// handset that has struggled once reports the next loss at once.
+    [[nodiscard]] std::int32_t counter() const { return m_counter; }
+
+    /// For whoever wants to see the link itself: every frame sent, and every chunk received with the
+    /// engine's result for the chunk before it. Set before `start`; called on the sending or reading thread.
+    class Monitor {
+    public:
+        Monitor() = default;
+        Monitor(const Monitor&) = delete;
+        Monitor& operator=(const Monitor&) = delete;
+        virtual ~Monitor() = default;
+        virtual void frameSent(std::span<const std::uint8_t> frame) = 0;
+        virtual void chunkReceived(std::span<const std::uint8_t> chunk, x2comResult resultOfTheOneBefore) = 0;
+    };
+    void setMonitor(Monitor* monitor) { m_monitor = monitor; }
+
+    // x2comSink, called by the engine within `transmit`.
+    void sendBytes(std::span<const std::uint8_t> frame) override;
+    [[nodiscard]] bool canSend() override;
+
+private:
+    using ExchangeLock = std::unique_lock<std::mutex>;
+    using RequestExchange = bool (*)(std::span<const std::uint8_t>);
+
+    void streamEvent(ByteStream::Event event);
+    void dataAvailable();
+    void streamLost();
+    bool runExchange(RequestExchange request, std::int32_t aid, std::atomic<bool>& done,
+                     std::atomic<bool>& timedOut);
+    void transmit();
+
+    void startX2comRespTimer();
+    void stopX2comRespTimer();
+    void startX2comAckTimer();
+    void stopX2comAckTimer();
+    void x2comRespTimeoutHandler(Timer& timer);
+    void x2comAckTimeoutHandler(Timer& timer);
+    void x2comTimeoutHandler();
+    void armHeartbeat(std::chrono::milliseconds interval);
+    void scheduleReconnect();
+
+    Platform& m_platform;
+    const ConnectionOptions m_options;
+    ZephrelaneDriverDelegate* m_delegate = nullptr;
+    Monitor* m_monitor = nullptr;
+
+    std::shared_ptr<ByteStream> m_stream;  // null while closed
+    std::int32_t m_counter = 0;
+
+    std::mutex m_lock;
+    std::atomic<bool> m_connected{false};
+    std::atomic<bool> m_firstAVSeen{false};
+
+    std::mutex m_exchangeMutex;
+    ExchangeLock* m_transmitLock = nullptr;  // the one that the running `transmit` holds; main thread
+    std::atomic<bool> m_writeDone{false};
+    std::atomic<bool> m_writeTimedOut{false};
+    std::atomic<bool> m_readDone{false};
+    std::atomic<bool> m_readTimedOut{false};
+    std::shared_ptr<Timer> m_ackTimer;
+    std::shared_ptr<Timer> m_respTimer;
+    bool m_respTimerRunning = false;
+
+    std::shared_ptr<Timer> m_heartbeatTimer;
+    std::shared_ptr<Timer> m_reconnectTimer;
+    std::vector<NotificationCenter::Observation> m_observations;
+    std::unique_ptr<WorkQueue> m_readingQueue;  // last: its thread ends before all else goes
+};
+
+}  // namespace torv

@@ -1,0 +1,125 @@
+#include "session/iTorvFeeder.h"
+
+#include <algorithm>
+#include <limits>
+#include <utility>
+
+#include "support/TextNumbers.h"
+
+namespace torv {
+namespace {
+
+using namespace std::chrono_literals;
+
+constexpr auto feedInterval = 1000ms;
+
+/// The driver's AIDs have 32 bits; what does not fit is no AID there either.
+std::int32_t driverAID(AID aid) {
+    return aid >= 0 && aid <= std::numeric_limits<std::int32_t>::max() ? static_cast<std::int32_t>(aid) : -1;
+}
+
+}  // namespace
+
+iTorvFeeder::iTorvFeeder(ConnectionOptions options) : m_driver(std::move(options)) {
+    m_driver.setDelegate(this);
+}
+
+iTorvFeeder::~iTorvFeeder() {
+    disableTimedFeedMode();
+}
+
+void iTorvFeeder::addReaderForKey(std::shared_ptr<iTorvReader> reader, const std::string& key) {
+    if (!reader) return;
+    const std::scoped_lock lock{m_mutex};
+    auto& list = m_readers[key];
+    auto longer = list ? *list : ReaderList{};
+    if (std::find(longer.begin(), longer.end(), reader) != longer.end()) return;
+    longer.push_back(std::move(reader));
+    list = std::make_shared<const ReaderList>(std::move(longer));
+}
+
+void iTorvFeeder::removeAllReaders() {
+    std::map<std::string, std::shared_ptr<const ReaderList>> gone;  // let go of without the lock
+    const std::scoped_lock lock{m_mutex};
+    gone.swap(m_readers);
+}
+
+void iTorvFeeder::addConnectionListener(std::shared_ptr<iTorvConnectionListener> listener) {
+    if (listener) m_connectionListeners.push_back(std::move(listener));
+}
+
+void iTorvFeeder::start() {
+    m_driver.start();
+}
+
+bool iTorvFeeder::setValueForAID(std::span<const std::uint8_t> bytes, AID aid) {
+    if (driverAID(aid) < 0) return false;
+    return m_driver.writeAV({{std::to_string(aid), AV::forAID(aid, bytes)}});
+}
+
+bool iTorvFeeder::requestValueForAID(AID aid) {
+    return m_driver.requestValueForAID(driverAID(aid));
+}
+
+AV iTorvFeeder::valueForAID(AID aid) const {
+    return m_driver.readValueForAID(driverAID(aid));
+}
+
+void iTorvFeeder::enableTimedFeedMode() {
+    const std::scoped_lock lock{m_mutex};
+    m_timedFeedMode = true;
+    if (m_manualFeedTimer) m_manualFeedTimer->invalidate();
+    m_manualFeedTimer =
+        Platform::current().runLoop().scheduleTimer(feedInterval, true, [this](Timer&) { enableFeed(); });
+}
+
+void iTorvFeeder::disableTimedFeedMode() {
+    const std::scoped_lock lock{m_mutex};
+    m_timedFeedMode = false;
+    if (const auto timer = std::exchange(m_manualFeedTimer, nullptr)) timer->invalidate();
+}
+
+void iTorvFeeder::enableFeed() {
+    const std::scoped_lock lock{m_mutex};
+    m_timedFeedMode = false;
+}
+
+bool iTorvFeeder::passesGate() {
+    if (!m_feeding) return false;
+    const std::scoped_lock lock{m_mutex};
+    if (m_timedFeedMode) return false;
+    if (m_manualFeedTimer) m_timedFeedMode = true;
+    return true;
+}
+
+std::shared_ptr<const iTorvFeeder::ReaderList> iTorvFeeder::readersForKey(const std::string& key) {
+    const std::scoped_lock lock{m_mutex};
+    const auto found = m_readers.find(key);
+    return found == m_readers.end() ? nullptr : found->second;
+}
+
+void iTorvFeeder::zephrelaneDriverDidReceiveMessage(ZephrelaneDriver&, Message& message) {
+    if (!passesGate()) return;
+    for (auto& [key, value] : message) {
+        const auto readers = readersForKey(key);
+        if (!readers) continue;
+        const AID aid = intValue(key);
+        for (const auto& reader : *readers) {
+            // Two looks at the priority: a reader that falls from 1 to 0 within its call is fed again.
+            if (reader->priority() == 1) reader->readAid(value.bytes(), aid);
+            if (reader->priority() == 0) reader->readAid(value.bytes(), aid);
+        }
+    }
+}
+
+void iTorvFeeder::zephrelaneDriverDidEstablishConnection(ZephrelaneDriver&) {
+    for (const auto& listener : std::vector{m_connectionListeners})
+        listener->iTorvFeederDidEstablishConnection(*this);
+}
+
+void iTorvFeeder::zephrelaneDriverDidFailToConnect(ZephrelaneDriver&) {
+    for (const auto& listener : std::vector{m_connectionListeners})
+        listener->iTorvFeederDidFailToConnect(*this);
+}
+
+}  // namespace torv

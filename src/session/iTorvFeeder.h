@@ -1,0 +1,76 @@
+#pragma once
+
+#include <atomic>
+#include <map>
+#include <memory>
+#include <mutex>
+#include <span>
+#include <string>
+#include <vector>
+
+#include "session/ZephrelaneDriver.h"
+#include "session/iTorvConnectionListener.h"
+#include "session/iTorvReader.h"
+
+namespace torv {
+
+/// Stands between the driver and everything above it: passes each message to the readers of its AIDs, can
+/// throttle or stop that flow, and tells connection listeners of the session's state.
+///
+///   Mode               feeding  gate    timer
+///   Off                false    any     any      nothing is delivered; the store goes on filling
+///   Full               true     open    none     every message is delivered
+///   Timed, gate open   true     open    running  the next message is delivered and closes the gate
+///   Timed, gate closed true     closed  running  messages are dropped until the next tick, every 1.0 s
+///
+/// Main thread, but for the delivery, which runs on the reading thread with the driver's lock held and no
+/// lock of the feeder.
+class iTorvFeeder final : public ZephrelaneDriverDelegate {
+public:
+    explicit iTorvFeeder(ConnectionOptions options = {});
+    ~iTorvFeeder() override;
+
+    /// The key is the AID as a decimal text. A reader stands in a key's list once.
+    void addReaderForKey(std::shared_ptr<iTorvReader> reader, const std::string& key);
+    /// There is no way to remove one: the screen that goes has the lists made anew.
+    void removeAllReaders();
+    /// May hold duplicates.
+    void addConnectionListener(std::shared_ptr<iTorvConnectionListener> listener);
+
+    void start();
+    /// Blocking, up to 21 attempts; true if the module acknowledged. Missing bytes count as 0.
+    bool setValueForAID(std::span<const std::uint8_t> bytes, AID aid);
+    /// Blocking, one attempt; true if the module responded.
+    bool requestValueForAID(AID aid);
+    /// The newest value in the store, whatever the feed mode.
+    [[nodiscard]] AV valueForAID(AID aid) const;
+
+    void enableTimedFeedMode();
+    void disableTimedFeedMode();
+    void enableFeed();
+    [[nodiscard]] bool feeding() const { return m_feeding; }
+    void setFeeding(bool feeding) { m_feeding = feeding; }
+
+    [[nodiscard]] ZephrelaneDriver& driver() { return m_driver; }
+
+    void zephrelaneDriverDidReceiveMessage(ZephrelaneDriver& driver, Message& message) override;
+    void zephrelaneDriverDidEstablishConnection(ZephrelaneDriver& driver) override;
+    void zephrelaneDriverDidFailToConnect(ZephrelaneDriver& driver) override;
+
+private:
+    using ReaderList = std::vector<std::shared_ptr<iTorvReader>>;
+
+    [[nodiscard]] bool passesGate();
+    [[nodiscard]] std::shared_ptr<const ReaderList> readersForKey(const std::string& key);
+
+    std::mutex m_mutex;  // readers, gate and timer; never held across a call out
+    std::map<std::string, std::shared_ptr<const ReaderList>> m_readers;
+    bool m_timedFeedMode = false;  // the gate is closed
+    std::shared_ptr<Timer> m_manualFeedTimer;
+
+    std::atomic<bool> m_feeding{false};
+    std::vector<std::shared_ptr<iTorvConnectionListener>> m_connectionListeners;
+    ZephrelaneDriver m_driver;  // last: its thread ends before the readers go
+};
+
+}  // namespace torv

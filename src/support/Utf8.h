@@ -1,0 +1,20 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace torv {
+
+/// Well-formed as the Unicode standard has it: no overlong forms, no surrogates, nothing past U+10FFFF.
+[[nodiscard]] bool isUtf8(std::string_view text);
+
+/// Percent escapes resolved; nothing when a percent sign opens no escape or the result is not UTF-8.
+[[nodiscard]] std::optional<std::string> percentDecoded(std::string_view text);
+
+/// The first letter upper-cased or lower-cased, the rest as it was. Letters of the Latin (with Latin-1),
+/// Greek and Cyrillic alphabets, whatever the locale.
+[[nodiscard]] std::string capitalizeFirstLetterUpper(std::string_view text, bool upper);
+
+}  // namespace torv

@@ -1,0 +1,15 @@
+#pragma once
+
+#include <filesystem>
+#include <optional>
+#include <string>
+
+#include "vehicles/Vehicle.h"
+
+namespace torv {
+
+/// Reads a profile document from a file, `info` included. Nothing when it can't be read; `error` is then one
+/// line that names the file, what is wrong first, and where. At most 16 MiB.
+[[nodiscard]] std::optional<Vehicle> vehicleFromFile(const std::filesystem::path& file, std::string& error);
+
+}  // namespace torv

@@ -1,0 +1,131 @@
+#include "vehicles/Vehicle.h"
+
+#include <algorithm>
+#include <array>
+#include <iterator>
+
+#include "platform/Platform.h"
+
+namespace torv {
+namespace {
+
+UserDefaults& defaults() {
+    return Platform::current().userDefaults();
+}
+
+/// What is missing shows as this in a key made from it.
+constexpr auto nothing = "(null)";
+
+Value fromText(const std::optional<std::string>& text) {
+    return text ? Value{*text} : Value{};
+}
+
+}  // namespace
+
+Vehicle Vehicle::vehicleFromDictionary(const Dictionary& dictionary) {
+    Vehicle vehicle;
+    vehicle.m_name = dictionary["vehicle"].textValue();
+    vehicle.m_url = dictionary["url"].textValue();
+    vehicle.m_version = dictionary["version"].textValue();
+    vehicle.m_DTC = dictionary["DTC"].textValue();
+    return vehicle;
+}
+
+TorvAttribute Vehicle::attributeForKey(std::string_view key) const {
+    const auto* dictionary = parameter(key).dictionary();
+    return TorvAttribute::torvAttributeFromDictionary(dictionary ? *dictionary : Dictionary{});
+}
+
+std::vector<TorvAttribute> Vehicle::attributesForKey(std::string_view key) const {
+    return torvAttributesFromList(parameter(key));
+}
+
+std::vector<TorvAttributeGroup> Vehicle::attributeGroupsForKey(std::string_view key) const {
+    std::vector<TorvAttributeGroup> groups;
+    for (const auto& element : parameter(key).elements()) {
+        const auto* dictionary = element.dictionary();
+        groups.push_back(
+            TorvAttributeGroup::torvAttributeGroupFromDictionary(dictionary ? *dictionary : Dictionary{}));
+    }
+    return groups;
+}
+
+std::string Vehicle::sensorsKey() const {
+    return "SENSORS_" + m_name.value_or(nothing);
+}
+
+std::vector<TorvAttribute> Vehicle::sensors() const {
+    const auto stored = defaults().objectForKey(sensorsKey());
+    auto sensors = attributesForKey("sensors");
+    for (auto& sensor : sensors) {
+        if (!sensor.name) continue;
+        const auto& entry = stored[*sensor.name].elements();
+        if (entry.size() < 2) continue;
+        sensor.warningRule = entry[0].intValue();
+        sensor.warningValue = entry[1].longLongValue();
+    }
+    return sensors;
+}
+
+std::vector<TorvAttribute> Vehicle::updatableSensors() const {
+    auto found = sensors();
+    std::erase_if(found, [](const TorvAttribute& sensor) { return sensor.warningRule == 0; });
+    return found;
+}
+
+void Vehicle::updateSensor(const TorvAttribute& sensor) const {
+    const auto stored = defaults().objectForKey(sensorsKey());
+    auto entries = stored.dictionary() ? *stored.dictionary() : Dictionary{};
+    const auto rule = static_cast<std::uint32_t>(sensor.warningRule);
+    entries.set(sensor.name.value_or(std::string{}),
+                Array{Number::fromInteger(rule), Number::fromInteger(sensor.warningValue)});
+    defaults().setObjectForKey(std::move(entries), sensorsKey());
+    defaults().synchronize();
+}
+
+void Vehicle::clearSensors() const {
+    defaults().removeObjectForKey(sensorsKey());
+    defaults().synchronize();
+}
+
+std::vector<TorvAttribute> Vehicle::tuningItems() const {
+    std::vector<TorvAttribute> items;
+    for (auto& group : tuningGroups()) {
+        std::move(group.items.begin(), group.items.end(), std::back_inserter(items));
+    }
+    return items;
+}
+
+bool Vehicle::hasAID(AID aid) const {
+    const auto found = sensors();
+    return std::any_of(found.begin(), found.end(),
+                       [&](const TorvAttribute& sensor) { return sensor.aid == aid; });
+}
+
+Value Vehicle::encoded() const {
+    return Dictionary{{"name", fromText(m_name)}, {"version", fromText(m_version)},
+                      {"DTC", fromText(m_DTC)},   {"url", fromText(m_url)},
+                      {"info", m_info},           {"updateAvailable", m_updateAvailable}};
+}
+
+std::optional<Vehicle> Vehicle::fromEncoded(const Value& value) {
+    const auto* fields = value.dictionary();
+    if (!fields || !(*fields)["info"].dictionary() || !(*fields)["updateAvailable"].truth())
+        return std::nullopt;
+    const std::array<std::string_view, 4> texts{"name", "version", "DTC", "url"};
+    const bool readable = std::all_of(texts.begin(), texts.end(), [&](std::string_view key) {
+        const auto& text = (*fields)[key];
+        return text.isNull() || text.text();
+    });
+    if (!readable) return std::nullopt;
+    Vehicle vehicle;
+    vehicle.m_name = (*fields)["name"].textValue();
+    vehicle.m_version = (*fields)["version"].textValue();
+    vehicle.m_DTC = (*fields)["DTC"].textValue();
+    vehicle.m_url = (*fields)["url"].textValue();
+    vehicle.m_info = *(*fields)["info"].dictionary();
+    vehicle.m_updateAvailable = *(*fields)["updateAvailable"].truth();
+    return vehicle;
+}
+
+}  // namespace torv

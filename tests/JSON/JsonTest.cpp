@@ -1,0 +1,299 @@
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "JSON/JSONValue.h"
+#include "JSON/SBJSON.h"
+#include "JSON/SBJsonParser.h"
+#include "JSON/SBJsonWriter.h"
+#include "platform/Log.h"
+
+namespace torv {
+namespace {
+
+using namespace std::string_literals;
+
+struct Trouble {
+    int code;
+    std::string text;
+    friend bool operator==(const Trouble&, const Trouble&) = default;
+    friend void PrintTo(const Trouble& trouble, std::ostream* out) {
+        *out << trouble.code << ' ' << trouble.text;
+    }
+};
+
+/// From the cause to the outermost, by way of the trace; the chain of underlying errors must agree.
+std::vector<Trouble> troubles(const SBJsonBase& worker) {
+    std::vector<Trouble> found;
+    for (const auto& error : worker.errorTrace())
+        found.push_back({error.code, error.description});
+    if (found.empty()) return found;
+    auto expected = found.rbegin();
+    for (auto error = std::make_shared<const JSONError>(worker.errorTrace().back()); error;
+         error = error->underlying) {
+        EXPECT_EQ(error->domain, "org.torvjson.JSON.ErrorDomain");
+        EXPECT_EQ(*expected++, (Trouble{error->code, error->description}));
+    }
+    EXPECT_EQ(expected, found.rend());
+    return found;
+}
+
+std::string nested(std::size_t levels) {
+    return std::string(levels, '[') + std::string(levels, ']');
+}
+
+TEST(JsonReading, RefusesWithItsTrace) {
+    const Trouble inArray{3, "Expected value while parsing array"};
+    const Trouble key{3, "Object key string expected"};
+    const Trouble broken{6, "Broken unicode character"};
+    const Trouble noDigit{6, "Missing hex digit in quad"};
+    const Trouble noQuad{6, "Missing hex quad"};
+    const Trouble noLow{6, "Missing low character in surrogate pair"};
+    const Trouble badLow{6, "Invalid low surrogate char"};
+    const Trouble end{11, "Unexpected end of string"};
+    const Trouble endInString{11, "Unexpected EOF while parsing string"};
+    const Trouble unrecognised{3, "Unrecognised leading character"};
+    const struct {
+        std::string text;
+        std::vector<Trouble> trace;
+    } rows[] = {
+        {"", {end}},
+        {" \t\n\v\f\r", {end}},
+        {"+1", {{2, "Leading + disallowed in number"}}},
+        {"01", {{2, "Leading 0 disallowed in number"}}},
+        {"-01", {{2, "Leading 0 disallowed in number"}}},
+        {"-", {{2, "No digits after initial minus"}}},
+        {"1.", {{2, "No digits after decimal point"}}},
+        {"1.e5", {{2, "No digits after decimal point"}}},
+        {"1e", {{2, "No digits after exponent"}}},
+        {"1E+", {{2, "No digits after exponent"}}},
+        {"x", {unrecognised}},
+        {"\0"s, {unrecognised}},
+        {"\xEF\xBB\xBF[]", {unrecognised}},
+        {"trux", {{3, "Expected 'true'"}}},
+        {"fals", {{3, "Expected 'false'"}}},
+        {"nul", {{3, "Expected 'null'"}}},
+        {"[", {{11, "End of input while parsing array"}}},
+        {"[1, ", {{11, "End of input while parsing array"}}},
+        {"[ ", {end, inArray}},
+        {"[1,,2]", {unrecognised, inArray}},
+        {"[[+1]]", {{2, "Leading + disallowed in number"}, inArray, inArray}},
+        {"[1,]", {{9, "Trailing comma disallowed in array"}}},
+        {"[1 , ]", {{9, "Trailing comma disallowed in array"}}},
+        {"{", {{11, "End of input while parsing object"}}},
+        {"{\"a\":1", {{11, "End of input while parsing object"}}},
+        {"{1:2}", {key}},
+        {"{\"a", {endInString, key}},
+        {"{\"a\" 1}", {{3, "Expected ':' separating key and value"}}},
+        {"{\"a\":}", {unrecognised, {3, "Object value expected for key: a"}}},
+        {"{\"%@\":[-]}",
+         {{2, "No digits after initial minus"}, inArray, {3, "Object value expected for key: %@"}}},
+        {"{\"a\":1,}", {{9, "Trailing comma disallowed in object"}}},
+        {"[] x", {{10, "Garbage after JSON"}}},
+        {"[]\0"s, {{10, "Garbage after JSON"}}},
+        {"\"abc", {endInString}},
+        {"\"abc\\", {endInString}},
+        {"\"abc\0def\""s, {endInString}},
+        {"\"a\nb\"", {{5, "Unescaped control character '0xa'"}}},
+        {"\"\x1F\"", {{5, "Unescaped control character '0x1f'"}}},
+        {"\"ok\xC3\"", {{5, "Unescaped control character '0xc3'"}}},
+        {"\"\xC0\x80\"", {{5, "Unescaped control character '0xc0'"}}},
+        {"\"\xED\xA0\x80\"", {{5, "Unescaped control character '0xed'"}}},
+        {"\"\xF4\x90\x80\x80\"", {{5, "Unescaped control character '0xf4'"}}},
+        {R"("\x41")", {{8, "Illegal escape sequence '0x78'"}}},
+        {R"("\u12)", {noDigit, noQuad, broken}},
+        {R"("\u12g4")", {noDigit, noQuad, broken}},
+        {R"("\u-123")", {noDigit, noQuad, broken}},
+        {R"("\udc00")", {{6, "Invalid high character in surrogate pair"}, broken}},
+        {R"("\ud800")", {noLow, broken}},
+        {R"("\ud800\n")", {noLow, broken}},
+        {R"("\ud800\u00")", {noDigit, noLow, broken}},
+        {R"("\ud800\u0041")", {badLow, broken}},
+        {R"("\ud800\udfff")", {badLow, broken}},
+    };
+    SBJsonParser parser;
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.text);
+        EXPECT_EQ(parser.fragmentWithString(row.text), std::nullopt);
+        EXPECT_EQ(troubles(parser), row.trace);
+    }
+}
+
+TEST(JsonReading, Accepts) {
+    const auto number = [](const char* text) { return Value{Number{text}}; };
+    const struct {
+        std::string text;
+        Value value;
+    } rows[] = {
+        {"\v\f null\r\n\t", Value{}},
+        {"[true false]", Array{true, false}},
+        {"[1 2]", Array{number("1"), number("2")}},
+        {"[1-2]", Array{number("1"), number("-2")}},
+        {"[ ]", Array{}},
+        {"{\"a\":1 \"b\":{} }", Dictionary{{"a", number("1")}, {"b", Dictionary{}}}},
+        {"-0.10E+05", number("-0.10E+05")},
+        {"123456789012345678901234567890.10", number("123456789012345678901234567890.10")},
+        {R"("\"\\\/\b\f\n\r\t\u00e9\uABCDx")", "\"\\/\b\f\n\r\t\xC3\xA9\xEA\xAF\x8Dx"},
+        {"\"a\\u0000b\x7F\"", "a\0b\x7F"s},
+        {"\"\xE2\x82\xAC \xF0\x9F\x98\x80\"", "\xE2\x82\xAC \xF0\x9F\x98\x80"},
+        {R"("\ud83d\ude00")", "\xEF\x98\x80"},                            // U+1F600 without its plane
+        {R"("\ud836\udc00<\ud837\udffe")", "\xEF\xBF\xBD<\xEF\xBF\xBD"},  // what is left is half a pair
+    };
+    SBJsonParser parser;
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.text);
+        EXPECT_EQ(parser.fragmentWithString(row.text), row.value);
+        EXPECT_TRUE(parser.errorTrace().empty());
+    }
+}
+
+TEST(JsonReading, LastOfRepeatedKeysWins) {
+    const auto value = SBJsonParser{}.objectWithString(R"({"a":1,"b":2,"a":3})");
+    ASSERT_TRUE(value);
+    EXPECT_EQ(JSONRepresentation(*value), R"({"a":3,"b":2})");
+}
+
+TEST(JsonReading, ObjectsOnlyAtTheTop) {
+    SBJsonParser parser;
+    EXPECT_TRUE(parser.fragmentWithString("5"));
+    EXPECT_FALSE(parser.objectWithString("5"));
+    EXPECT_EQ(troubles(parser), (std::vector<Trouble>{{4, "Valid fragment, but not JSON"}}));
+    EXPECT_FALSE(parser.objectWithString(std::nullopt));
+    EXPECT_EQ(troubles(parser), (std::vector<Trouble>{{12, "Input was 'nil'"}}));
+}
+
+TEST(JsonReading, MegabytesOfOneThing) {
+    constexpr std::size_t many = 1'000'000;
+    const std::string digits(many, '7');
+    EXPECT_EQ(SBJsonParser{}.fragmentWithString(digits)->number()->stringValue(), digits);
+    std::string newlines = "\"";
+    for (std::size_t i = 0; i < many; ++i)
+        newlines += "\\n";
+    EXPECT_EQ(SBJsonParser{}.fragmentWithString(newlines + '"')->text()->size(), many);
+    EXPECT_FALSE(SBJsonParser{}.fragmentWithString(std::string(many, '[')));
+}
+
+TEST(JsonDepth, LimitHoldsBothWays) {
+    const struct {
+        std::uint64_t limit;
+        std::size_t accepted;
+    } rows[] = {{512, 512}, {3, 3}, {0, SBJsonBase::deepest}, {1'000'000, SBJsonBase::deepest}};
+    const Trouble tooDeep{7, "Nested too deep"};
+    for (const auto& [limit, accepted] : rows) {
+        SCOPED_TRACE(limit);
+        SBJsonParser parser;
+        SBJsonWriter writer;
+        parser.setMaxDepth(limit);
+        writer.setMaxDepth(limit);
+        auto value = parser.fragmentWithString(nested(accepted));
+        ASSERT_TRUE(value);
+        EXPECT_EQ(writer.stringWithObject(*value), nested(accepted));
+        EXPECT_TRUE(parser.fragmentWithString("[" + nested(accepted - 1) + nested(accepted - 1) + "]"));
+
+        EXPECT_FALSE(parser.fragmentWithString(nested(accepted + 1)));
+        EXPECT_EQ(troubles(parser).front(), tooDeep);
+        EXPECT_EQ(parser.errorTrace().size(), accepted + 1);
+        EXPECT_FALSE(writer.stringWithObject(Array{*value}));
+        EXPECT_EQ(troubles(writer), std::vector{tooDeep});
+    }
+}
+
+TEST(JsonWriting, Tables) {
+    const auto number = Value{Number{"1.50"}};
+    const Dictionary members{{"b", Array{number, Dictionary{}}}, {"\xC3\xA9", Array{}}, {"a", Value{}}};
+    const struct {
+        Value value;
+        bool humanReadable, sortKeys;
+        std::string text;
+    } rows[] = {
+        {number, false, false, "1.50"},
+        {true, false, false, "true"},
+        {Value{}, false, false, "null"},
+        {"\"\\/\b\t\n\f\r\x01\x1F\x7F\xC3\xA9\0"s, false, false,
+         "\"\\\"\\\\/\\b\\t\\n\\f\\r\\u0001\\u001f\x7F\xC3\xA9\\u0000\""},
+        {members, false, false, "{\"b\":[1.50,{}],\"\xC3\xA9\":[],\"a\":null}"},
+        {members, false, true, "{\"a\":null,\"b\":[1.50,{}],\"\xC3\xA9\":[]}"},
+        {members, true, true,
+         "{\n  \"a\" : null,\n  \"b\" : [\n    1.50,\n    {}\n  ],\n  \"\xC3\xA9\" : []\n}"},
+        {Array{}, true, false, "[]"},
+    };
+    for (const auto& row : rows) {
+        SBJsonWriter writer;
+        writer.setHumanReadable(row.humanReadable);
+        writer.setSortKeys(row.sortKeys);
+        const auto text = writer.stringWithFragment(row.value);
+        EXPECT_EQ(text, row.text);
+        EXPECT_EQ(SBJsonParser{}.fragmentWithString(row.text), row.value);
+    }
+}
+
+TEST(JsonWriting, RefusesWhatHasNoForm) {
+    const Trouble unsupported{1, "JSON serialisation not supported for Data"};
+    SBJsonWriter writer;
+    EXPECT_FALSE(writer.stringWithFragment(Array{Dictionary{{"k", Data{1, 2}}}}));
+    EXPECT_EQ(troubles(writer),
+              (std::vector<Trouble>{unsupported, {1, "Unsupported value for key k in object"}}));
+    EXPECT_FALSE(writer.stringWithObject("text"));
+    EXPECT_EQ(troubles(writer), (std::vector<Trouble>{{4, "Not valid type for JSON"}}));
+}
+
+struct Leaf {
+    [[nodiscard]] Value proxyForJson() const { return Array{"leaf"}; }
+};
+struct Branch {
+    [[nodiscard]] Leaf proxyForJson() const { return {}; }
+};
+
+TEST(JsonWriting, AsksForTheProxy) {
+    EXPECT_EQ(SBJsonWriter{}.stringWithObject(Branch{}), R"(["leaf"])");
+    EXPECT_EQ(JSONFragment(Leaf{}), R"(["leaf"])");
+}
+
+TEST(JsonFacade, PassesOptionsInAndErrorsOut) {
+    SBJSON json;
+    JSONError error;
+    json.setMaxDepth(1);
+    json.setHumanReadable(true);
+    json.setSortKeys(true);
+    EXPECT_FALSE(json.objectWithStringError("[[]]", &error));
+    EXPECT_EQ(error.code, 3);
+    ASSERT_TRUE(error.underlying);
+    EXPECT_EQ(error.underlying->code, 7);
+    EXPECT_EQ(json.errorTrace().size(), 2U);
+    EXPECT_FALSE(json.stringWithObjectError(Array{Array{}}, &error));
+    EXPECT_EQ(error.code, 7);
+    EXPECT_EQ(json.stringWithObject(Dictionary{{"b", true}, {"a", true}}),
+              "{\n  \"a\" : true,\n  \"b\" : true\n}");
+    EXPECT_TRUE(json.errorTrace().empty());
+    EXPECT_FALSE(json.objectWithStringAllowScalarError("5", false, nullptr));
+    EXPECT_TRUE(json.objectWithStringAllowScalarError("5", true, nullptr));
+    EXPECT_FALSE(json.stringWithObjectAllowScalarError("5", false, &error));
+    EXPECT_EQ(error.code, 4);
+    EXPECT_EQ(json.stringWithFragmentError("5", &error), "\"5\"");
+}
+
+TEST(JsonInOneCall, LogsFailures) {
+    std::vector<std::string> lines;
+    setLogSink([&](std::string_view line) { lines.emplace_back(line); });
+    EXPECT_FALSE(JSONValue("5"));
+    EXPECT_FALSE(JSONFragmentValue("[-]"));
+    EXPECT_FALSE(JSONRepresentation(true));
+    EXPECT_FALSE(JSONFragment(Data{}));
+    EXPECT_EQ(JSONFragmentValue("5"), Value{Number{"5"}});
+    setLogSink({});
+    const std::string domain = "org.torvjson.JSON.ErrorDomain ";
+    EXPECT_EQ(lines,
+              (std::vector<std::string>{
+                  "-JSONValue failed. Error trace is: (" + domain + "4 \"Valid fragment, but not JSON\")",
+                  "-JSONFragmentValue failed. Error trace is: (" + domain +
+                      "2 \"No digits after initial minus\", " + domain +
+                      "3 \"Expected value while parsing array\")",
+                  "-JSONRepresentation failed. Error trace is: (" + domain + "4 \"Not valid type for JSON\")",
+                  "-JSONFragment failed. Error trace is: (" + domain +
+                      "1 \"JSON serialisation not supported for Data\")"}));
+}
+
+}  // namespace
+}  // namespace torv
