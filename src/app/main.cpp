@@ -102,14 +102,6 @@ std::optional<std::string> readArguments(const QCoreApplication& application, Op
     return std::nullopt;
 }
 
-std::optional<Vehicle> loadVehicle(const Options& options, Platform& platform, std::string& error) {
-    if (!options.profile.empty()) return vehicleFromFile(options.profile, error);
-    const auto shipped = platform.resources().pathForResourceOfType("vehicle", "json");
-    if (shipped) return vehicleFromFile(*shipped, error);
-    error = "the file vehicle.json is missing from the application's resources";
-    return std::nullopt;
-}
-
 void takeScreenshotLater(RunLoop& loop, QQuickWindow& window, const Options& options) {
     loop.scheduleTimer(options.after, false, [&window, file = options.screenshot](Timer&) {
         const bool saved = window.grabWindow().save(file, "PNG");
@@ -137,7 +129,7 @@ int main(int argc, char** argv) {
     QObject::connect(&application, &QGuiApplication::lastWindowClosed, [&] { platform.runLoop().quit(); });
 
     std::string error;
-    const auto vehicle = loadVehicle(options, platform, error);
+    const auto vehicle = vehicleFromFileOrShipped(options.profile, error);
     if (!vehicle) return refuse(error);
 
     const auto feeder = std::make_shared<iTorvFeeder>(options.connection);

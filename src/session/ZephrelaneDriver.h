@@ -88,7 +88,7 @@ public:
         virtual void frameSent(std::span<const std::uint8_t> frame) = 0;
         virtual void chunkReceived(std::span<const std::uint8_t> chunk, x2comResult resultOfTheOneBefore) = 0;
     };
-    void setMonitor(Monitor* monitor) { m_monitor = monitor; }
+    void setMonitor(std::shared_ptr<Monitor> monitor) { m_monitor = std::move(monitor); }
 
     // x2comSink, called by the engine within `transmit`.
     void sendBytes(std::span<const std::uint8_t> frame) override;
@@ -118,7 +118,7 @@ private:
     Platform& m_platform;
     const ConnectionOptions m_options;
     ZephrelaneDriverDelegate* m_delegate = nullptr;
-    Monitor* m_monitor = nullptr;
+    std::shared_ptr<Monitor> m_monitor;
 
     std::shared_ptr<ByteStream> m_stream;  // null while closed
     std::int32_t m_counter = 0;

@@ -7,6 +7,7 @@
 #include <system_error>
 
 #include "JSON/SBJsonParser.h"
+#include "platform/Platform.h"
 
 namespace torv {
 namespace {
@@ -63,6 +64,15 @@ std::optional<Vehicle> vehicleFromFile(const std::filesystem::path& file, std::s
     auto vehicle = Vehicle::vehicleFromDictionary(*info);
     vehicle.setInfo(std::move(*info));
     return vehicle;
+}
+
+std::optional<Vehicle> vehicleFromFileOrShipped(const std::filesystem::path& file, std::string& error) {
+    if (!file.empty()) return vehicleFromFile(file, error);
+    if (const auto shipped = Platform::current().resources().pathForResourceOfType("vehicle", "json")) {
+        return vehicleFromFile(*shipped, error);
+    }
+    error = "the file vehicle.json is missing from the application's resources";
+    return std::nullopt;
 }
 
 }  // namespace torv

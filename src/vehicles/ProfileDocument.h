@@ -12,4 +12,8 @@ namespace torv {
 /// line that names the file, what is wrong first, and where. At most 16 MiB.
 [[nodiscard]] std::optional<Vehicle> vehicleFromFile(const std::filesystem::path& file, std::string& error);
 
+/// The same for a file that the user has named, or, with an empty path, for the profile that ships.
+[[nodiscard]] std::optional<Vehicle> vehicleFromFileOrShipped(const std::filesystem::path& file,
+                                                              std::string& error);
+
 }  // namespace torv

@@ -1,0 +1,40 @@
+#pragma once
+
+#include <QStringList>
+#include <chrono>
+#include <filesystem>
+#include <optional>
+#include <string>
+
+#include "link/AVStore.h"
+#include "session/ConnectionOptions.h"
+
+namespace itorvctl {
+
+/// Exit codes, for scripts.
+enum ExitCode : int {
+    success = 0,
+    noAnswer = 1,      ///< the module did not acknowledge or respond
+    badArguments = 2,  ///< or a profile that can't be used
+    noConnection = 3,  ///< no session within the time limit
+};
+
+enum class Command { watch, get, set, frames };
+
+struct Arguments {
+    Command command = Command::watch;
+    torv::ConnectionOptions connection;
+    std::filesystem::path profile;  ///< empty: the one that ships
+    bool json = false;
+    bool verbose = false;
+    std::chrono::milliseconds timeout{10000};           ///< to wait for a session
+    std::optional<std::chrono::milliseconds> duration;  ///< then `watch` and `frames` end
+    torv::AID aid = 0;
+    std::string value;
+    std::optional<std::int32_t> flags;
+};
+
+/// Nothing, with one line in `error`, when the arguments are not in order. Help and version end the program.
+[[nodiscard]] std::optional<Arguments> readArguments(const QStringList& arguments, std::string& error);
+
+}  // namespace itorvctl

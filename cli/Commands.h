@@ -1,0 +1,19 @@
+// The commands, one function each: run on the main thread, with the arguments already checked, and return
+// the program's exit code.
+#pragma once
+
+#include "Arguments.h"
+#include "Handset.h"
+
+namespace itorvctl {
+
+[[nodiscard]] int watch(Handset& handset, const Arguments& arguments);
+[[nodiscard]] int get(Handset& handset, const Arguments& arguments);
+[[nodiscard]] int set(Handset& handset, const Arguments& arguments);
+[[nodiscard]] int frames(Handset& handset, const Arguments& arguments);
+
+/// One line on the standard error stream.
+void complain(const std::string& why);
+[[nodiscard]] int notConnected();
+
+}  // namespace itorvctl

@@ -1,0 +1,110 @@
+#include "Handset.h"
+
+#include <algorithm>
+#include <iterator>
+#include <utility>
+
+#include "JSON/SBJsonWriter.h"
+#include "attributes/AVGearFormatter.h"
+#include "platform/Platform.h"
+#include "support/Hexadecimal.h"
+#include "support/TextNumbers.h"
+
+namespace itorvctl {
+
+using namespace torv;
+
+Handset::Handset(const Arguments& arguments, Vehicle vehicle)
+    : m_arguments(arguments),
+      m_vehicle(std::move(vehicle)),
+      m_start(Platform::current().runLoop().now()),
+      m_feeder(std::make_shared<iTorvFeeder>(arguments.connection)) {}
+
+bool Handset::connect() {
+    auto& loop = Platform::current().runLoop();
+    bool timeIsOver = false;
+    m_feeder->setFeeding(true);
+    m_feeder->start();
+    const auto timer =
+        loop.scheduleTimer(m_arguments.timeout, false, [&timeIsOver](Timer&) { timeIsOver = true; });
+    while (!m_feeder->driver().connected() && !timeIsOver && loop.runOnce()) {
+    }
+    timer->invalidate();
+    return m_feeder->driver().connected();
+}
+
+void Handset::run() {
+    auto& loop = Platform::current().runLoop();
+    if (m_arguments.duration)
+        loop.scheduleTimer(*m_arguments.duration, false, [&loop](Timer&) { loop.quit(); });
+    while (loop.runOnce()) {
+    }
+}
+
+std::int64_t Handset::elapsed() const {
+    const auto time = Platform::current().runLoop().now() - m_start;
+    return std::chrono::duration_cast<std::chrono::milliseconds>(time).count();
+}
+
+std::vector<TorvAttribute> Handset::attributes() const {
+    auto all = m_vehicle.sensors();
+    for (const auto& list : {m_vehicle.settings(), m_vehicle.tuningItems()}) {
+        std::copy(list.begin(), list.end(), std::back_inserter(all));
+    }
+    for (const auto* key : {"powerLevel", "currentGear", "torqueLock", "sootReg", "soxReg"}) {
+        if (!m_vehicle.info()["parameters"][key].dictionary()) continue;
+        all.push_back(m_vehicle.attributeForKey(key));
+        if (!all.back().name) all.back().name = key;
+    }
+    return all;
+}
+
+std::optional<TorvAttribute> Handset::attribute(AID aid) const {
+    const auto all = attributes();
+    const auto found =
+        std::find_if(all.begin(), all.end(), [&](const TorvAttribute& a) { return a.aid == aid; });
+    if (found == all.end()) return std::nullopt;
+    return *found;
+}
+
+std::string unitText(const TorvAttribute& attribute) {
+    const auto key = attribute.unit.value_or(std::string{});
+    return TorvAttribute::shortUnitDescriptionForUnitKey(key).value_or(key);
+}
+
+Reading readingOf(const TorvAttribute& attribute, AV value, std::int64_t milliseconds) {
+    Reading reading;
+    reading.aid = attribute.aid;
+    reading.name = attribute.name.value_or(std::string{});
+    reading.raw = hexadecimalText(value.bytes());  // before the decoding, which may write into the bytes
+    reading.unit = unitText(attribute);
+    reading.milliseconds = milliseconds;
+    const auto data = attribute.dataFromAV(value);
+    if (!data) return reading;
+    reading.value = data->value;
+    reading.flags = data->flags;
+    reading.warning = attribute.isInWarning(static_cast<double>(floatValue(data->value)));
+    if (std::dynamic_pointer_cast<AVGearFormatter>(attribute.formatter)) {
+        const auto code = intValue(data->value);
+        if (code > ' ' && code < 127) reading.value = std::string(1, static_cast<char>(code));
+    }
+    return reading;
+}
+
+std::string jsonLine(const Reading& reading) {
+    const Dictionary line{{"aid", Number::fromInteger(reading.aid)},
+                          {"name", reading.name},
+                          {"raw", reading.raw},
+                          {"value", reading.value},
+                          {"unit", reading.unit},
+                          {"warning", reading.warning},
+                          {"ms", Number::fromInteger(reading.milliseconds)}};
+    return SBJsonWriter{}.stringWithObject(line).value_or("{}");
+}
+
+std::string plainText(const Reading& reading) {
+    return reading.name + ": " + reading.value + (reading.unit.empty() ? "" : " " + reading.unit) +
+           (reading.warning ? "  WARNING" : "");
+}
+
+}  // namespace itorvctl

@@ -1,0 +1,61 @@
+#pragma once
+
+#include <chrono>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "Arguments.h"
+#include "session/iTorvFeeder.h"
+#include "vehicles/Vehicle.h"
+
+namespace itorvctl {
+
+/// What all commands work on: the profile, and the link to the module. Main thread.
+class Handset final {
+public:
+    Handset(const Arguments& arguments, torv::Vehicle vehicle);
+
+    [[nodiscard]] const torv::Vehicle& vehicle() const { return m_vehicle; }
+    [[nodiscard]] torv::iTorvFeeder& feeder() { return *m_feeder; }
+
+    /// Starts the link and waits for a session; false when the time is over or the program is to end.
+    [[nodiscard]] bool connect();
+    /// Turns the loop until the command's time is over or the program is to end.
+    void run();
+    /// Milliseconds since this handset was made.
+    [[nodiscard]] std::int64_t elapsed() const;
+
+    /// Every attribute of the profile, sensors first.
+    [[nodiscard]] std::vector<torv::TorvAttribute> attributes() const;
+    [[nodiscard]] std::optional<torv::TorvAttribute> attribute(torv::AID aid) const;
+
+private:
+    const Arguments m_arguments;
+    const torv::Vehicle m_vehicle;
+    const torv::RunLoop::Clock::time_point m_start;
+    std::shared_ptr<torv::iTorvFeeder> m_feeder;
+};
+
+/// Display text of the attribute's unit; the key itself when it has none.
+[[nodiscard]] std::string unitText(const torv::TorvAttribute& attribute);
+
+/// One decoded value of one attribute, as the commands print it.
+struct Reading {
+    torv::AID aid = 0;
+    std::string name;
+    std::string raw;  ///< hexadecimal, the slot's 4 or 13 bytes
+    std::string value;
+    std::string unit;
+    std::int32_t flags = 0;
+    bool warning = false;
+    std::int64_t milliseconds = 0;
+};
+
+[[nodiscard]] Reading readingOf(const torv::TorvAttribute& attribute, torv::AV value,
+                                std::int64_t milliseconds);
+[[nodiscard]] std::string jsonLine(const Reading& reading);
+[[nodiscard]] std::string plainText(const Reading& reading);
+
+}  // namespace itorvctl

@@ -1,0 +1,89 @@
+#include <array>
+#include <cstdio>
+
+#include "Commands.h"
+#include "support/TextNumbers.h"
+
+namespace itorvctl {
+
+using namespace torv;
+
+namespace {
+
+/// An AID that the profile does not tell of still has bytes to show.
+TorvAttribute attributeOrRaw(const Handset& handset, AID aid) {
+    if (auto known = handset.attribute(aid)) return *known;
+    TorvAttribute raw;
+    raw.aid = aid;
+    raw.name = "AID " + std::to_string(aid);
+    return raw;
+}
+
+std::string rangeText(const TorvAttribute& attribute) {
+    return fixedText(attribute.minValue, attribute.decimaldigits) + " to " +
+           fixedText(attribute.maxValue, attribute.decimaldigits);
+}
+
+bool isOutside(const TorvAttribute& attribute, const std::string& value) {
+    if (attribute.minValue == 0.0 && attribute.maxValue == 0.0) return false;
+    const auto number = static_cast<double>(floatValue(value));
+    return number < attribute.minValue || number > attribute.maxValue;
+}
+
+}  // namespace
+
+void complain(const std::string& why) {
+    std::fprintf(stderr, "itorvctl: %s\n", why.c_str());
+}
+
+int notConnected() {
+    complain("no module answers; is the handset on the module's network?");
+    return noConnection;
+}
+
+int get(Handset& handset, const Arguments& arguments) {
+    const auto attribute = attributeOrRaw(handset, arguments.aid);
+    if (!handset.connect()) return notConnected();
+    if (!handset.feeder().requestValueForAID(arguments.aid)) {
+        complain("the module did not respond to the request for AID " + std::to_string(arguments.aid));
+        return noAnswer;
+    }
+    const auto reading = readingOf(attribute, handset.feeder().valueForAID(arguments.aid), handset.elapsed());
+    std::puts(arguments.json          ? jsonLine(reading).c_str()
+              : reading.value.empty() ? (reading.name + ": " + reading.raw).c_str()
+                                      : plainText(reading).c_str());
+    return success;
+}
+
+int set(Handset& handset, const Arguments& arguments) {
+    const auto attribute = handset.attribute(arguments.aid);
+    if (!attribute || !attribute->formatter) {
+        complain("the profile does not tell how AID " + std::to_string(arguments.aid) + " is written");
+        return badArguments;
+    }
+    if (isOutside(*attribute, arguments.value)) {
+        complain(arguments.value + " is outside " + rangeText(*attribute) + " " + unitText(*attribute));
+        return badArguments;
+    }
+    if (!attribute->formatter->allocAVFromFormatterData({})) {
+        complain(attribute->name.value_or("this value") + " can only be read");
+        return badArguments;
+    }
+    if (!handset.connect()) return notConnected();
+    // Switches and codes beside the number stay as the module has them.
+    static_cast<void>(handset.feeder().requestValueForAID(arguments.aid));
+    auto current = handset.feeder().valueForAID(arguments.aid);
+    auto data = attribute->dataFromAV(current).value_or(AVFormatterData{});
+    data.value = arguments.value;
+    if (arguments.flags) data.flags = *arguments.flags;
+    const auto bytes = attribute->formatter->allocAVFromFormatterData(data);
+    if (!bytes || !handset.feeder().setValueForAID({bytes.get(), slotSize(arguments.aid)}, arguments.aid)) {
+        complain("the module did not acknowledge");
+        return noAnswer;
+    }
+    std::printf("%s set to %s %s: acknowledged\n", attribute->name.value_or("value").c_str(),
+                arguments.value.c_str(), unitText(*attribute).c_str());
+    return success;
+}
+
+}  // namespace itorvctl

@@ -1,0 +1,129 @@
+#include <unistd.h>
+
+#include <algorithm>
+#include <chrono>
+#include <cstdio>
+#include <memory>
+#include <set>
+#include <vector>
+
+#include "Commands.h"
+#include "platform/Platform.h"
+
+namespace itorvctl {
+
+using namespace torv;
+
+namespace {
+
+constexpr std::chrono::milliseconds refreshInterval{200};
+
+class Display {
+public:
+    Display() = default;
+    Display(const Display&) = delete;
+    Display& operator=(const Display&) = delete;
+    virtual ~Display() = default;
+
+    virtual void show(const Reading& reading) = 0;
+};
+
+class LineDisplay final : public Display {
+public:
+    explicit LineDisplay(bool json) : m_json(json) {}
+
+    void show(const Reading& reading) override {
+        const auto line =
+            m_json ? jsonLine(reading) : std::to_string(reading.milliseconds) + "  " + plainText(reading);
+        std::puts(line.c_str());
+        std::fflush(stdout);
+    }
+
+private:
+    const bool m_json;
+};
+
+/// A table that stays in its place on a terminal.
+class TableDisplay final : public Display {
+public:
+    explicit TableDisplay(const std::vector<TorvAttribute>& sensors) {
+        for (const auto& sensor : sensors) {
+            m_rows.push_back({.aid = sensor.aid,
+                              .name = sensor.name.value_or(std::string{}),
+                              .raw = {},
+                              .value = "-",
+                              .unit = unitText(sensor)});
+        }
+        std::fputs("\033[2J", stdout);
+        m_timer =
+            Platform::current().runLoop().scheduleTimer(refreshInterval, true, [this](Timer&) { draw(); });
+    }
+    ~TableDisplay() override { m_timer->invalidate(); }
+
+    void show(const Reading& reading) override {
+        for (auto& row : m_rows) {
+            if (row.aid == reading.aid) row = reading;
+        }
+    }
+
+private:
+    void draw() const {
+        std::fputs("\033[H", stdout);
+        for (const auto& row : m_rows) {
+            const auto* colour = row.warning ? "\033[1;31m" : "";
+            std::printf("%3d  %-20.20s %s%12s %-12.12s%s%s\033[K\n", static_cast<int>(row.aid),
+                        row.name.c_str(), colour, row.value.c_str(), row.unit.c_str(),
+                        row.warning ? "WARNING" : "", row.warning ? "\033[0m" : "");
+        }
+        std::fputs("\033[J", stdout);
+        std::fflush(stdout);
+    }
+
+    std::vector<Reading> m_rows;
+    std::shared_ptr<Timer> m_timer;
+};
+
+/// Decodes on the main thread: a slow terminal must not hold up the reading thread.
+class SensorReader final : public iTorvReader {
+public:
+    SensorReader(TorvAttribute sensor, const Handset& handset, std::shared_ptr<Display> display)
+        : m_sensor(std::move(sensor)), m_handset(handset), m_display(std::move(display)) {}
+
+    void readAid(std::span<std::uint8_t> bytes, AID aid) override {
+        Platform::current().runLoop().performOnMainThread(
+            [this, value = AV::forAID(aid, bytes), milliseconds = m_handset.elapsed()] {
+                m_display->show(readingOf(m_sensor, value, milliseconds));
+            });
+    }
+    [[nodiscard]] std::int32_t priority() const override { return 0; }
+
+private:
+    const TorvAttribute m_sensor;
+    const Handset& m_handset;
+    std::shared_ptr<Display> m_display;
+};
+
+}  // namespace
+
+int watch(Handset& handset, const Arguments& arguments) {
+    const auto sensors = handset.vehicle().sensors();
+    if (sensors.empty()) {
+        complain("the profile names no sensors");
+        return badArguments;
+    }
+    if (!handset.connect()) return notConnected();
+    std::shared_ptr<Display> display;
+    if (arguments.json || ::isatty(STDOUT_FILENO) == 0) {
+        display = std::make_shared<LineDisplay>(arguments.json);
+    } else {
+        display = std::make_shared<TableDisplay>(sensors);
+    }
+    for (const auto& sensor : sensors) {
+        handset.feeder().addReaderForKey(std::make_shared<SensorReader>(sensor, handset, display),
+                                         std::to_string(sensor.aid));
+    }
+    handset.run();
+    return success;
+}
+
+}  // namespace itorvctl

@@ -1,0 +1,52 @@
+#include <QCoreApplication>
+#include <array>
+
+#include "Arguments.h"
+#include "Commands.h"
+#include "platform/real/QuitSignals.h"
+#include "platform/real/RealPlatform.h"
+#include "platform/real/SystemLog.h"
+#include "vehicles/ProfileDocument.h"
+
+namespace {
+
+using namespace torv;
+
+struct Row {
+    itorvctl::Command command;
+    int (*run)(itorvctl::Handset&, const itorvctl::Arguments&);
+};
+constexpr std::array<Row, 4> rows{{
+    {itorvctl::Command::watch, &itorvctl::watch},
+    {itorvctl::Command::get, &itorvctl::get},
+    {itorvctl::Command::set, &itorvctl::set},
+    {itorvctl::Command::frames, &itorvctl::frames},
+}};
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    QCoreApplication application{argc, argv};
+    QCoreApplication::setApplicationName("itorvctl");
+    QCoreApplication::setApplicationVersion("1.0");
+    std::string error;
+    const auto arguments = itorvctl::readArguments(QCoreApplication::arguments(), error);
+    if (!arguments) {
+        itorvctl::complain(error);
+        return itorvctl::badArguments;
+    }
+    startSystemLog("itorvctl", arguments->verbose ? LogTerminal::yes : LogTerminal::no);
+    RealPlatform platform;
+    Platform::install(&platform);
+    const QuitSignals signals_{[&] { platform.runLoop().quit(); }};
+    auto vehicle = vehicleFromFileOrShipped(arguments->profile, error);
+    if (!vehicle) {
+        itorvctl::complain(error);
+        return itorvctl::badArguments;
+    }
+    itorvctl::Handset handset{*arguments, std::move(*vehicle)};
+    for (const auto& [command, run] : rows) {
+        if (command == arguments->command) return run(handset, *arguments);
+    }
+    return itorvctl::badArguments;
+}
