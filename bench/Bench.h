@@ -17,10 +17,10 @@ struct Options {
     std::filesystem::path profile;
     Milliseconds firstDelay{};  ///< silence between accept and the first frame
     Milliseconds jitter{};      ///< each frame is up to this much late
-    std::vector<std::pair<Fault, Trigger>> faults;
-    std::vector<std::string> troubleCodes;
+    std::vector<std::pair<Fault, Trigger>> faults{};
+    std::vector<std::string> troubleCodes{};
     std::function<void(const std::string&)>
-        log;  ///< a line per event, called on the bench's thread; it must not call the bench
+        log{};  ///< a line per event, called on the bench's thread; it must not call the bench
 };
 
 /// A module on the bench: listens on a thread of its own and speaks to one handset at a time; a new

@@ -12,6 +12,7 @@
 
 #include "app/ConnectionStatus.h"
 #include "diagnostics/GroupsViewController.h"
+#include "platform/Log.h"
 #include "platform/real/QuitSignals.h"
 #include "platform/real/RealPlatform.h"
 #include "platform/real/SystemLog.h"
@@ -113,6 +114,9 @@ void takeScreenshotLater(RunLoop& loop, QQuickWindow& window, const Options& opt
 }  // namespace
 
 int main(int argc, char** argv) {
+    qInstallMessageHandler([](QtMsgType, const QMessageLogContext&, const QString& message) {
+        logLine(message.toStdString());
+    });
     chooseOffscreen(argc, argv);
     QQuickStyle::setStyle("Basic");
     QGuiApplication application{argc, argv};

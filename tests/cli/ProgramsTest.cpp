@@ -1,0 +1,146 @@
+// The programs as a person runs them, bad arguments first.
+#include <gtest/gtest.h>
+
+#include <QCoreApplication>
+#include <QImage>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QProcess>
+#include <QTemporaryDir>
+#include <filesystem>
+#include <fstream>
+#include <memory>
+#include <set>
+#include <sstream>
+#include <string>
+
+#include "bench/Bench.h"
+
+namespace {
+
+struct Result {
+    int code = -1;
+    std::string output;
+    std::string error;
+};
+
+Result run(const QString& program, const QStringList& arguments) {
+    QProcess process;
+    process.start(QCoreApplication::applicationDirPath() + "/" + program, arguments);
+    EXPECT_TRUE(process.waitForFinished(60000)) << program.toStdString();
+    return {process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1,
+            process.readAllStandardOutput().toStdString(), process.readAllStandardError().toStdString()};
+}
+
+TEST(Programs, BadArgumentsGetOneLineAndTheCodeTwo) {
+    const QTemporaryDir folder;
+    const auto file = [&](const char* name, const std::string& text) {
+        const auto path = folder.filePath(name);
+        std::ofstream{path.toStdString()} << text;
+        return path;
+    };
+    const auto broken = file("broken.json", "{\n  \"vehicle\": 01\n}");
+    const auto list = file("list.json", "[]");
+    const auto deep = file("deep.json", std::string(600, '['));
+    const std::vector<std::pair<QString, QStringList>> rows{
+        {"itorvctl", {}},
+        {"itorvctl", {"fly"}},
+        {"itorvctl", {"get"}},
+        {"itorvctl", {"get", "255"}},
+        {"itorvctl", {"get", "-1"}},
+        {"itorvctl", {"get", "x"}},
+        {"itorvctl", {"set", "95", "fast"}},
+        {"itorvctl", {"set", "95", "99999"}},
+        {"itorvctl", {"set", "4", "3"}},
+        {"itorvctl", {"set", "2", "3"}},
+        {"itorvctl", {"watch", "--module", "127.0.0.1:70000"}},
+        {"itorvctl", {"watch", "--module", "nowhere"}},
+        {"itorvctl", {"watch", "--timeout", "soon"}},
+        {"itorvctl", {"watch", "--profile", "/no such file"}},
+        {"itorvctl", {"watch", "--profile", "/"}},
+        {"itorvctl", {"watch", "--profile", list}},
+        {"itorvctl", {"watch", "--profile", deep}},
+        {"itorvctl", {"--sing"}},
+        {"itorv", {"--offscreen", "--module", "1.2.3.4:0"}},
+        {"itorv", {"--offscreen", "--after", "never"}},
+        {"itorv", {"--offscreen", "--size", "0x0"}},
+        {"itorv", {"--offscreen", "--profile", broken}},
+        {"itorv", {"--offscreen", "what"}},
+        {"itorv-bench", {"--port", "65536"}},
+    };
+    for (const auto& [program, arguments] : rows) {
+        SCOPED_TRACE((program + " " + arguments.join(' ')).toStdString());
+        const auto result = run(program, arguments);
+        EXPECT_EQ(result.code, 2);
+        EXPECT_EQ(result.output, "");
+        EXPECT_EQ(std::count(result.error.begin(), result.error.end(), '\n'), 1) << result.error;
+    }
+    const auto named = run("itorvctl", {"watch", "--profile", broken}).error;
+    EXPECT_NE(named.find("broken.json: line 2, column"), std::string::npos) << named;
+    EXPECT_NE(named.find("Leading 0 disallowed in number"), std::string::npos) << named;
+}
+
+class ProgramsWithModule : public testing::Test {
+protected:
+    ProgramsWithModule() {
+        module = std::make_unique<bench::Bench>(bench::Options{
+            .rate = 200, .profile = std::filesystem::path{ITORV_RESOURCE_DIR} / "vehicle.json"});
+        EXPECT_EQ(module->start().value_or(""), "");
+        address = "127.0.0.1:" + QString::number(module->port());
+    }
+
+    std::unique_ptr<bench::Bench> module;
+    QString address;
+};
+
+TEST_F(ProgramsWithModule, GetSetWatchAndFrames) {
+    const auto set = run("itorvctl", {"set", "95", "3200", "--module", address});
+    EXPECT_EQ(set.code, 0);
+    EXPECT_EQ(set.output, "Shift Light set to 3200 RPM: acknowledged\n");
+    EXPECT_EQ(run("itorvctl", {"get", "95", "--module", address}).output, "Shift Light: 3200 RPM\n");
+    const auto object =
+        QJsonDocument::fromJson(run("itorvctl", {"get", "95", "--json", "--module", address}).output.c_str())
+            .object();
+    EXPECT_EQ(object["aid"].toInt(), 95);
+    EXPECT_EQ(object["raw"].toString(), "800c0000");
+    EXPECT_EQ(object["unit"].toString(), "RPM");
+
+    const auto watch = run("itorvctl", {"watch", "--json", "--for", "1", "--module", address});
+    EXPECT_EQ(watch.code, 0);
+    std::istringstream lines{watch.output};
+    std::set<int> seen;
+    for (std::string line; std::getline(lines, line);) {
+        const auto update = QJsonDocument::fromJson(QByteArray::fromStdString(line)).object();
+        for (const auto* key : {"aid", "name", "raw", "value", "unit", "warning", "ms"}) {
+            ASSERT_TRUE(update.contains(key)) << line;
+        }
+        seen.insert(update["aid"].toInt());
+    }
+    EXPECT_EQ(seen.size(), 41U);
+
+    const auto frames = run("itorvctl", {"frames", "--for", "1", "--module", address});
+    EXPECT_NE(frames.output.find("push A"), std::string::npos);
+    EXPECT_NE(frames.output.find("complete"), std::string::npos);
+
+    module->setFault(bench::Fault::dropAck, {.probability = 1});
+    EXPECT_EQ(run("itorvctl", {"set", "95", "3300", "--module", address}).code, 1);
+    module->setFault(bench::Fault::mute, {.probability = 1});
+    module->dropConnections();
+    EXPECT_EQ(run("itorvctl", {"get", "95", "--timeout", "0.5", "--module", address}).code, 3);
+}
+
+TEST_F(ProgramsWithModule, TheWindowTakesItsPictureAndEnds) {
+    const QTemporaryDir folder;
+    const auto file = folder.filePath("picture.png");
+    EXPECT_EQ(run("itorv", {"--offscreen", "--size", "640x360", "--screenshot", file, "--after", "1.5",
+                            "--module", address})
+                  .code,
+              0);
+    EXPECT_EQ(QImage{file}.size(), (QSize{640, 360}));
+    EXPECT_EQ(run("itorv", {"--offscreen", "--screenshot", "/no/such/folder/x.png", "--after", "0",
+                            "--module", address})
+                  .code,
+              1);
+}
+
+}  // namespace

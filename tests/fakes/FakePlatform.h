@@ -1,0 +1,144 @@
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <deque>
+#include <functional>
+#include <map>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "ScriptedStream.h"
+#include "VirtualRunLoop.h"
+#include "platform/Log.h"
+#include "platform/Platform.h"
+
+namespace fakes {
+
+class MemoryUserDefaults final : public torv::UserDefaults {
+public:
+    [[nodiscard]] torv::Value objectForKey(std::string_view key) const override {
+        const auto found = entries.find(key);
+        return found == entries.end() ? torv::Value{} : found->second;
+    }
+    void setObjectForKey(torv::Value object, std::string_view key) override {
+        entries.insert_or_assign(std::string{key}, std::move(object));
+    }
+    void removeObjectForKey(std::string_view key) override { entries.erase(std::string{key}); }
+    bool synchronize() override { return ++synchronized > 0; }
+    [[nodiscard]] std::vector<std::string> keys() const override {
+        std::vector<std::string> all;
+        for (const auto& [key, value] : entries)
+            all.push_back(key);
+        return all;
+    }
+
+    std::map<std::string, torv::Value, std::less<>> entries;
+    int synchronized = 0;
+};
+
+/// Queued replies, recorded requests; an error where none is queued.
+class QueuedURLLoader final : public torv::URLLoader {
+public:
+    [[nodiscard]] Reply load(const std::string& url) override {
+        requests.push_back(url);
+        if (replies.empty()) return {.body = {}, .status = {}, .error = "no reply was queued"};
+        auto reply = std::move(replies.front());
+        replies.pop_front();
+        return reply;
+    }
+
+    std::vector<std::string> requests;
+    std::deque<Reply> replies;
+};
+
+/// Hands its work to the loop, a piece at a time: in virtual time there is no second thread.
+class LoopWorkQueue final : public torv::WorkQueue {
+public:
+    explicit LoopWorkQueue(torv::RunLoop& loop) : m_loop(loop) {}
+    void post(std::function<void()> work) override {
+        m_loop.performOnMainThread([alive = std::weak_ptr{m_alive}, work = std::move(work)] {
+            if (!alive.expired()) work();
+        });
+    }
+
+private:
+    torv::RunLoop& m_loop;
+    std::shared_ptr<int> m_alive = std::make_shared<int>(0);
+};
+
+class FakePlatform final : public torv::Platform {
+public:
+    FakePlatform() {
+        torv::Platform::install(this);
+        torv::setLogSink([this](std::string_view line) { log.emplace_back(line); });
+    }
+    ~FakePlatform() override {
+        torv::setLogSink(nullptr);
+        torv::Platform::install(nullptr);
+    }
+
+    [[nodiscard]] VirtualRunLoop& runLoop() override { return loop; }
+    [[nodiscard]] torv::UserDefaults& userDefaults() override { return defaults; }
+    [[nodiscard]] torv::ByteStreamFactory& streams() override { return m_streams; }
+    [[nodiscard]] torv::NetworkInterfaces& networkInterfaces() override { return network; }
+    [[nodiscard]] torv::URLLoader& urlLoader() override { return loader; }
+    [[nodiscard]] torv::Resources& resources() override { return m_resources; }
+    [[nodiscard]] torv::MailComposer& mailComposer() override { return mail; }
+    [[nodiscard]] std::unique_ptr<torv::WorkQueue> makeWorkQueue(const std::string&) override {
+        return std::make_unique<LoopWorkQueue>(loop);
+    }
+
+    /// The stream opened last.
+    [[nodiscard]] ScriptedStream& stream() { return *opened.back(); }
+
+    struct Network final : torv::NetworkInterfaces {
+        [[nodiscard]] std::optional<std::vector<Address>> addresses() const override { return list; }
+        [[nodiscard]] std::optional<std::uint32_t> reachabilityFlags() const override { return flags; }
+
+        std::optional<std::vector<Address>> list = std::vector<Address>{};
+        std::optional<std::uint32_t> flags = 0;
+    };
+    struct Mailbox final : torv::MailComposer {
+        [[nodiscard]] bool canSendMail() const override { return true; }
+        bool compose(const Mail& mail) override { return mails.push_back(mail), true; }
+
+        std::vector<Mail> mails;
+    };
+
+    VirtualRunLoop loop;
+    MemoryUserDefaults defaults;
+    Network network;
+    QueuedURLLoader loader;
+    Mailbox mail;
+    std::vector<std::string> log;
+    std::vector<std::shared_ptr<ScriptedStream>> opened;
+    bool streamsOpen = true;
+
+private:
+    struct Streams final : torv::ByteStreamFactory {
+        explicit Streams(FakePlatform& owner) : platform(owner) {}
+        [[nodiscard]] std::shared_ptr<torv::ByteStream> streamToHost(
+            const torv::Endpoint& endpoint) override {
+            platform.opened.push_back(std::make_shared<ScriptedStream>(platform.loop, endpoint));
+            platform.opened.back()->opens = platform.streamsOpen;
+            return platform.opened.back();
+        }
+        FakePlatform& platform;
+    };
+    struct SourceResources final : torv::Resources {
+        [[nodiscard]] std::optional<std::filesystem::path> pathForResourceOfType(
+            std::string_view name, std::string_view type) const override {
+            const auto file =
+                std::filesystem::path{ITORV_RESOURCE_DIR} / (std::string{name} + '.' + std::string{type});
+            return std::filesystem::exists(file) ? std::optional{file} : std::nullopt;
+        }
+        [[nodiscard]] std::filesystem::path documentsDirectory() const override { return testing::TempDir(); }
+    };
+
+    Streams m_streams{*this};
+    SourceResources m_resources;
+};
+
+}  // namespace fakes

@@ -1,0 +1,90 @@
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <chrono>
+#include <thread>
+#include <vector>
+
+#include "platform/real/QtRunLoop.h"
+#include "platform/real/ThreadWorkQueue.h"
+
+namespace {
+
+using namespace torv;
+using namespace std::chrono_literals;
+
+TEST(RunLoop, WorkFromAnotherThreadKeepsItsOrderAndWakesTheLoop) {
+    QtRunLoop loop;
+    std::vector<int> order;
+    {
+        ThreadWorkQueue queue{"test"};
+        queue.post([&] {
+            for (int i = 0; i < 1000; ++i)
+                loop.performOnMainThread([&, i] { order.push_back(i); });
+        });
+        while (order.size() < 1000)
+            ASSERT_TRUE(loop.runOnce());
+    }
+    for (int i = 0; i < 1000; ++i)
+        ASSERT_EQ(order[static_cast<std::size_t>(i)], i);
+}
+
+TEST(RunLoop, WorkInsideWorkIsFoundByANestedTurn) {
+    QtRunLoop loop;
+    bool inner = false;
+    bool outer = false;
+    loop.performOnMainThread([&] {
+        while (!inner)
+            ASSERT_TRUE(loop.runOnce());
+        outer = true;
+    });
+    loop.performOnMainThread([&] { inner = true; });
+    while (!outer)
+        ASSERT_TRUE(loop.runOnce());
+}
+
+TEST(RunLoop, TimersStopFromAnywhereEvenWithinThemselves) {
+    QtRunLoop loop;
+    int once = 0;
+    int repeated = 0;
+    int never = 0;
+    std::shared_ptr<Timer> self;
+    loop.scheduleTimer(1ms, false, [&](Timer& timer) {
+        EXPECT_TRUE(timer.isValid());
+        ++once;
+    });
+    loop.scheduleTimer(1ms, true, [&](Timer& timer) {
+        if (++repeated == 3) timer.invalidate();
+    });
+    const auto stopped = loop.scheduleTimer(1ms, true, [&](Timer&) { ++never; });
+    std::thread{[&] { stopped->invalidate(); }}.join();
+    // Stopped inside its own handler, with the loop turning there: what stopping must not pull away.
+    self = loop.scheduleTimer(2ms, false, [&](Timer&) {
+        self->invalidate();
+        self = nullptr;
+        for (int i = 0; i < 3; ++i)
+            static_cast<void>(loop.runOnce());
+    });
+    bool done = false;
+    loop.scheduleTimer(30ms, false, [&](Timer&) { done = true; });
+    while (!done)
+        ASSERT_TRUE(loop.runOnce());
+    EXPECT_EQ(once, 1);
+    EXPECT_EQ(repeated, 3);
+    EXPECT_EQ(never, 0);
+    EXPECT_EQ(self, nullptr);
+}
+
+TEST(RunLoop, QuittingEndsEveryTurn) {
+    QtRunLoop loop;
+    bool nested = true;
+    loop.performOnMainThread([&] {
+        loop.quit();
+        nested = loop.runOnce();
+    });
+    EXPECT_FALSE(loop.runOnce());
+    EXPECT_FALSE(nested);
+    EXPECT_FALSE(loop.runOnce());
+}
+
+}  // namespace

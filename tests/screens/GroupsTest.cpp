@@ -1,0 +1,185 @@
+#include <gtest/gtest.h>
+
+#include <QSignalSpy>
+
+#include "diagnostics/GroupsViewController.h"
+#include "fakes/FakePlatform.h"
+#include "fakes/FreshEngine.h"
+#include "screens/NavigationController.h"
+#include "screens/Stage.h"
+
+namespace {
+
+using namespace torv;
+using namespace std::chrono_literals;
+
+Dictionary sensor(int aid, const char* name, const char* category, const char* unit = "PSI",
+                  int formatter = 0) {
+    return {{"aid", Number::fromInteger(aid)},
+            {"name", name},
+            {"category", category ? Value{category} : Value{}},
+            {"unit", unit},
+            {"formatter", Number::fromInteger(formatter)},
+            {"multiplyFactor", Number::fromInteger(1)},
+            {"warningRule", Number::fromInteger(1)},
+            {"warningValue", Number::fromInteger(1000)}};
+}
+
+Vehicle vehicleWith(Array sensors) {
+    Vehicle vehicle;
+    vehicle.setInfo({{"parameters", Dictionary{{"sensors", std::move(sensors)}}}});
+    return vehicle;
+}
+
+class GroupsTest : public testing::Test {
+protected:
+    GroupsTest() {
+        fakes::freshenEngine();
+        feeder = std::make_shared<iTorvFeeder>();
+    }
+
+    std::shared_ptr<GroupsViewController> show(Array sensors) {
+        auto screen = std::make_shared<GroupsViewController>(vehicleWith(std::move(sensors)), feeder);
+        screen->loadViewIfNeeded();
+        screen->viewWillAppear();
+        return screen;
+    }
+    static void receive(std::uint8_t aid, std::initializer_list<std::uint8_t> bytes) {
+        const std::scoped_lock lock{avStoreMutex()};
+        std::copy(bytes.begin(), bytes.end(), x2comReceiveSlot(aid));
+    }
+
+    fakes::FakePlatform platform;
+    std::shared_ptr<iTorvFeeder> feeder;
+};
+
+TEST_F(GroupsTest, TheCategoryAndNotThePlacePutsASensorIntoItsRow) {
+    const auto screen =
+        show({sensor(1, "second", "Turbo_1"), sensor(2, "none", nullptr), sensor(3, "fuel", "Fuel_0"),
+              sensor(4, "first", "Turbo_0"), sensor(5, "past the end", "Turbo_9"),
+              sensor(6, "loses", "Fuel_1"), sensor(7, "wins", "Fuel_1"), sensor(8, "no row", "Lone")});
+    EXPECT_EQ(screen->title(), "Diagnostics");
+    ASSERT_EQ(screen->numberOfSections(), 3);
+    const auto text = [&](int section, int row) {
+        return screen->cellAt({section, row})->text().toStdString();
+    };
+    EXPECT_EQ(screen->titleForHeaderInSection(0), "Turbo");
+    EXPECT_EQ(screen->numberOfRowsInSection(0), 3);
+    EXPECT_EQ(text(0, 0), "first");
+    EXPECT_EQ(text(0, 1), "second");
+    EXPECT_EQ(text(0, 2), "");
+    EXPECT_EQ(text(1, 0), "fuel");
+    EXPECT_EQ(text(1, 1), "wins");
+    EXPECT_EQ(screen->titleForHeaderInSection(2), "Lone");
+    EXPECT_EQ(text(2, 0), "");
+    EXPECT_EQ(show({})->rows()->rowCount(), 0);
+}
+
+TEST_F(GroupsTest, ValuesComeHalfASecondLaterInTheLayoutOfTheirUnit) {
+    struct Row {
+        const char* name;
+        std::uint8_t aid;
+        const char* unit;
+        int formatter;
+        std::initializer_list<std::uint8_t> bytes;
+        const char* text;
+    };
+    const std::vector<Row> rows{
+        {"unit text", 101, "DEGF", 0, {0x2C, 1}, "300ºF"},
+        {"raw unit key", 102, "LB/MIN", 0, {5}, "5LB/MIN"},
+        {"seconds", 103, "tSEC", 0, {0x10, 0x0E}, "   1:00:00"},
+        {"time", 186, "tSEC", 10, {2, 1, 30, 45}, " 257:30:45"},
+        {"minutes", 104, "tMIN", 0, {125}, "   2:05"},
+        {"no formatter", 105, "PSI", 99, {125}, ""},
+    };
+    Array sensors;
+    for (std::size_t i = 0; i < rows.size(); ++i) {
+        receive(rows[i].aid, rows[i].bytes);
+        const auto category = "All_" + std::to_string(i);
+        sensors.push_back(
+            sensor(rows[i].aid, rows[i].name, category.c_str(), rows[i].unit, rows[i].formatter));
+    }
+    const auto screen = show(sensors);
+    EXPECT_EQ(screen->cellAt({0, 0})->detailText(), "");
+    platform.loop.runFor(500ms);
+    for (std::size_t i = 0; i < rows.size(); ++i) {
+        EXPECT_EQ(screen->cellAt({0, static_cast<int>(i)})->detailText().toStdString(), rows[i].text)
+            << rows[i].name;
+    }
+
+    auto* cell = screen->cellAt({0, 0});
+    const QSignalSpy changes{cell, &TableViewCell::detailTextChanged};
+    platform.loop.runFor(5000ms);
+    EXPECT_EQ(changes.count(), 0);  // nothing new, nothing drawn
+    EXPECT_FALSE(cell->alarming());
+    receive(101, {0xE8, 3});
+    platform.loop.runFor(500ms);
+    EXPECT_EQ(changes.count(), 1);
+    EXPECT_TRUE(cell->alarming());
+}
+
+TEST_F(GroupsTest, CellsAreUsedAgainAndGoWithTheirScreen) {
+    auto screen = show({sensor(110, "one", "A_0"), sensor(111, "two", "A_1")});
+    const auto* before = screen->cellAt({0, 0});
+    screen->reloadData();
+    EXPECT_EQ(screen->cellAt({0, 0}), before);
+    receive(110, {9});
+    platform.loop.runFor(500ms);
+    EXPECT_EQ(screen->cellAt({0, 0})->detailText(), "9PSI");
+    QPointer<QObject> cell{screen->cellAt({0, 0})};
+    screen.reset();
+    platform.loop.runFor(1000ms);
+    EXPECT_TRUE(cell.isNull());
+}
+
+struct PlainScreen final : ViewController {
+    explicit PlainScreen(std::string n) : name(std::move(n)) {}
+    [[nodiscard]] QString look() const override { return {}; }
+    void viewDidLoad() override { calls += "load "; }
+    void viewWillAppear() override { calls += "appear "; }
+    void viewWillDisappear() override { calls += "leave "; }
+
+    std::string name;
+    std::string calls;
+};
+
+TEST_F(GroupsTest, NavigationKeepsItsRootAndTouchesComeLater) {
+    const auto root = std::make_shared<PlainScreen>("root");
+    auto next = std::make_shared<PlainScreen>("next");
+    NavigationController navigation{root};
+    navigation.popViewControllerAnimated(true);
+    EXPECT_EQ(navigation.depth(), 1);
+    navigation.pushViewControllerAnimated(next, true);
+    EXPECT_EQ(navigation.topViewController(), next.get());
+    EXPECT_EQ(navigation.backTitle(), "Back");
+    navigation.touchBack();
+    EXPECT_EQ(navigation.depth(), 2);  // not within the touch itself
+    const std::weak_ptr<PlainScreen> gone{std::exchange(next, nullptr)};
+    platform.loop.runWork();
+    EXPECT_EQ(navigation.depth(), 1);
+    EXPECT_TRUE(gone.expired());
+    EXPECT_EQ(root->calls, "load appear leave appear ");
+    for (int i = 0; i < 3; ++i)
+        navigation.pushViewControllerAnimated(std::make_shared<PlainScreen>("deep"), false);
+    navigation.popToRootViewControllerAnimated(false);
+    EXPECT_EQ(navigation.topViewController(), root.get());
+}
+
+TEST_F(GroupsTest, AlertsTellOfThePressThenOfTheEndOnce) {
+    NavigationController navigation{std::make_shared<PlainScreen>("root")};
+    Stage stage{navigation, nullptr};
+    std::string heard;
+    auto alert = std::make_shared<AlertView>("Title", "", QStringList{"Cancel", "OK"});
+    alert->setClickedHandler([&](int index) { heard += "click" + std::to_string(index) + " "; });
+    alert->setDismissedHandler([&](int index) { heard += "gone" + std::to_string(index) + " "; });
+    auto* const shown = alert.get();
+    stage.show(std::move(alert));
+    EXPECT_EQ(stage.alert(), shown);
+    for (const int index : {7, -1, 1, 0})
+        shown->touchButton(index);
+    platform.loop.runWork();
+    EXPECT_EQ(heard, "click1 gone1 ");
+    EXPECT_EQ(stage.alert(), nullptr);
+}
+
+}  // namespace

@@ -1,0 +1,416 @@
+// A session's life in virtual time: every row of what can go wrong between handset and module.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "fakes/FakePlatform.h"
+#include "fakes/FreshEngine.h"
+#include "session/iTorvFeeder.h"
+
+namespace {
+
+using namespace torv;
+using namespace std::chrono_literals;
+using fakes::Bytes;
+
+/// A frame with its CRC, spelt out byte by byte from header and payload.
+Bytes frame(std::initializer_list<std::uint8_t> body) {
+    Bytes bytes{body};
+    bytes.push_back(x2comCrc8(bytes.data(), static_cast<std::uint8_t>(bytes.size())));
+    return bytes;
+}
+
+const Bytes push = frame({0x13, 10, 0x2A});              // AID 10 is 42
+const Bytes otherPush = frame({0x14, 100, 0x12, 0x34});  // AID 100 is 0x3412
+const Bytes ackOf5 = frame({0x22, 5});
+const Bytes ignored = frame({0x62, 1});
+
+struct Listener final : iTorvConnectionListener {
+    void iTorvFeederDidEstablishConnection(iTorvFeeder& feeder) override {
+        ++established;
+        if (onEstablished) onEstablished(feeder);
+    }
+    void iTorvFeederDidFailToConnect(iTorvFeeder&) override { failedAt.push_back(loop->time().count()); }
+
+    fakes::VirtualRunLoop* loop = nullptr;
+    int established = 0;
+    std::vector<std::int64_t> failedAt;
+    std::function<void(iTorvFeeder&)> onEstablished;
+};
+
+struct Reader final : iTorvReader {
+    explicit Reader(std::int32_t p) : current(p) {}
+    void readAid(std::span<std::uint8_t> bytes, AID aid) override {
+        reads.push_back({aid, {bytes.begin(), bytes.end()}});
+        if (onRead) onRead();
+    }
+    [[nodiscard]] std::int32_t priority() const override { return current; }
+    void setPriority(std::int32_t p) override { current = p; }
+
+    std::int32_t current;
+    std::vector<std::pair<AID, Bytes>> reads;
+    std::function<void()> onRead;
+};
+
+class SessionTest : public testing::Test {
+protected:
+    SessionTest() {
+        fakes::freshenEngine();
+        listener->loop = &platform.loop;
+        feeder = std::make_shared<iTorvFeeder>();
+        feeder->addConnectionListener(listener);
+        feeder->setFeeding(true);
+    }
+
+    void start() { feeder->start(); }
+    ZephrelaneDriver& driver() { return feeder->driver(); }
+    void chunk(const Bytes& bytes) {
+        platform.stream().feed(bytes);
+        platform.loop.runWork();
+    }
+    void connect() {
+        start();
+        for (int i = 0; i < 3; ++i)
+            chunk(push);
+        ASSERT_TRUE(driver().connected());
+    }
+    /// How often these very bytes went out; the heartbeat's own requests may stand between.
+    [[nodiscard]] std::ptrdiff_t count(const Bytes& bytes) {
+        const auto& sent = platform.stream().sent;
+        return std::count(sent.begin(), sent.end(), bytes);
+    }
+    std::shared_ptr<Reader> reader(const std::string& key, std::int32_t priority = 0) {
+        auto made = std::make_shared<Reader>(priority);
+        feeder->addReaderForKey(made, key);
+        return made;
+    }
+    /// The module answers whatever is sent: with an ack or a response, and another frame behind it.
+    void answerEverything() {
+        platform.stream().onWrite = [this](const Bytes& sent) {
+            const bool isWrite = sent[0] >> 4 == x2comFrameWrite;
+            platform.stream().feed(isWrite ? frame({0x22, sent[1]}) : frame({0x53, sent[1], 7}));
+            platform.stream().feed(push);
+        };
+    }
+
+    fakes::FakePlatform platform;
+    std::shared_ptr<Listener> listener = std::make_shared<Listener>();
+    std::shared_ptr<iTorvFeeder> feeder;
+};
+
+TEST_F(SessionTest, HostFollowsTheAddressOfTheInterface) {
+    struct Row {
+        const char* name;
+        std::optional<std::vector<NetworkInterfaces::Address>> addresses;
+        Endpoint endpoint;
+    };
+    const std::vector<Row> rows{
+        {"self-assigned", {{{"en0", "169.254.7.7"}}}, {"169.254.1.1", 2000}},
+        {"given", {{{"en0", "10.0.0.2"}}}, {"1.2.3.4", 2000}},
+        {"the last one wins",
+         {{{"en0", "10.0.0.2"}, {"lo", "169.1.1.1"}, {"en0", "169.254.1.9"}}},
+         {"169.254.1.1", 2000}},
+        {"another name", {{{"en01", "169.254.7.7"}}}, {"1.2.3.4", 2000}},
+        {"no list", std::nullopt, {"1.2.3.4", 2000}},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.name);
+        platform.network.list = row.addresses;
+        ZephrelaneDriver driver;
+        driver.openSockets();
+        EXPECT_EQ(platform.stream().endpoint, row.endpoint);
+    }
+    ZephrelaneDriver fixed{{.interface = "en0", .module = endpointFromText("localhost:4000")}};
+    fixed.openSockets();
+    EXPECT_EQ(platform.stream().endpoint, (Endpoint{"127.0.0.1", 4000}));
+    for (const auto* bad :
+         {"", "1.2.3.4", "1.2.3:1", "1.2.3.4:0", "1.2.3.4:65536", "1.2.3.256:1", "host:1", "1.2.3.4:1x"}) {
+        EXPECT_FALSE(endpointFromText(bad)) << bad;
+    }
+}
+
+TEST_F(SessionTest, TheThirdChunkBringsTheSessionUp) {
+    const auto sensor = reader("10");
+    start();
+    EXPECT_EQ(driver().counter(), 6);
+    chunk(push);
+    EXPECT_FALSE(driver().firstAVSeen());
+    chunk(otherPush);
+    EXPECT_TRUE(driver().firstAVSeen());
+    EXPECT_EQ(listener->established, 0);
+    ASSERT_EQ(sensor->reads.size(), 1U);
+    EXPECT_EQ(sensor->reads[0].second, (Bytes{0x2A, 0, 0, 0}));
+    chunk(ignored);
+    EXPECT_EQ(listener->established, 1);
+    platform.loop.runFor(20s);
+    EXPECT_EQ(platform.opened.size(), 1U);  // the chain has ended
+}
+
+TEST_F(SessionTest, NothingButWholeAVsBringsItUp) {
+    const std::vector<std::pair<const char*, Bytes>> rows{
+        {"response nobody waits for", frame({0x53, 9, 1})},
+        {"reserved type", ignored},
+        {"ack", ackOf5},
+        {"cut item", frame({0x13, 100, 1})},
+        {"bad CRC", {0x13, 10, 1, 0}},
+        {"empty", {0}},
+    };
+    start();
+    for (const auto& [name, bytes] : rows) {
+        for (int i = 0; i < 4; ++i)
+            chunk(bytes);
+        EXPECT_FALSE(driver().firstAVSeen()) << name;
+    }
+    EXPECT_EQ(listener->established, 0);
+}
+
+TEST_F(SessionTest, ASilentModuleFailsFromTheSeventhReconnectOn) {
+    start();
+    platform.loop.runFor(31s);
+    EXPECT_EQ(listener->failedAt, (std::vector<std::int64_t>{21000, 24000, 27000, 30000}));
+    EXPECT_EQ(listener->established, 0);
+    EXPECT_EQ(platform.opened.size(), 11U);
+    EXPECT_TRUE(std::all_of(platform.opened.begin(), platform.opened.end() - 1,
+                            [](const auto& s) { return s->closed; }));
+
+    for (int i = 0; i < 3; ++i)
+        chunk(push);  // comes up late; the credit stays spent
+    EXPECT_EQ(listener->established, 1);
+    platform.stream().lose();
+    platform.loop.runWork();
+    EXPECT_EQ(listener->failedAt.back(), 31000);
+}
+
+TEST_F(SessionTest, AStreamThatCannotBeOpenedIsToldAtOnce) {
+    platform.streamsOpen = false;
+    start();
+    EXPECT_EQ(listener->failedAt, (std::vector<std::int64_t>{0}));
+    platform.loop.runFor(6s);
+    EXPECT_EQ(listener->failedAt, (std::vector<std::int64_t>{0, 3000, 6000}));
+}
+
+TEST_F(SessionTest, LossWhileUpReconnectsAtOnceAndTellsNobody) {
+    connect();
+    for (const auto event : {ByteStream::Event::error, ByteStream::Event::end}) {
+        const auto before = platform.opened.size();
+        platform.stream().lose(event);
+        platform.loop.runWork();
+        EXPECT_FALSE(driver().connected());
+        EXPECT_FALSE(driver().firstAVSeen());
+        EXPECT_EQ(platform.opened.size(), before + 1);
+        // The frame held from before is decoded with the new connection's first chunk: two are enough.
+        chunk(push);
+        EXPECT_FALSE(driver().connected());
+        chunk(push);
+        EXPECT_TRUE(driver().connected());
+    }
+    EXPECT_EQ(listener->established, 3);
+    EXPECT_TRUE(listener->failedAt.empty());
+}
+
+TEST_F(SessionTest, LossBeforeUpIsLeftToTheChain) {
+    start();
+    chunk(push);
+    chunk(push);
+    platform.stream().lose();
+    platform.loop.runWork();
+    EXPECT_EQ(platform.opened.size(), 1U);
+    platform.loop.runFor(3s);
+    EXPECT_EQ(platform.opened.size(), 2U);
+    EXPECT_TRUE(driver().firstAVSeen());  // survives a reconnect of the chain
+    chunk(ignored);
+    EXPECT_TRUE(driver().connected());
+}
+
+TEST_F(SessionTest, WritesAreAcknowledgedOrGivenUpAfterTwentyOneAttempts) {
+    connect();
+    EXPECT_FALSE(feeder->setValueForAID(Bytes{1}, 5));
+    EXPECT_EQ(count(frame({0x03, 5, 1})), 21);
+    EXPECT_GE(platform.loop.time(), 2100ms);
+    const auto received = feeder->valueForAID(5).bytes()[0];
+
+    answerEverything();
+    const auto sentBefore = platform.stream().sent.size();
+    EXPECT_TRUE(feeder->setValueForAID(Bytes{3}, 5));
+    EXPECT_EQ(platform.stream().sent.size(), sentBefore + 1);
+    EXPECT_EQ(platform.stream().sent.back(), frame({0x03, 5, 3}));
+    EXPECT_EQ(feeder->valueForAID(5).bytes()[0], received);  // until the module sends it back
+    EXPECT_TRUE(feeder->setValueForAID(Bytes{4, 1, 2, 3}, 230));
+    EXPECT_EQ(platform.stream().sent.back(), frame({0x06, 230, 4, 1, 2, 3}));
+    EXPECT_TRUE(feeder->setValueForAID(Bytes{0, 9, 9}, 230));  // no length: the old slot goes out
+    EXPECT_EQ(platform.stream().sent.back(), frame({0x06, 230, 4, 1, 2, 3}));
+    for (const AID bad : {AID{-1}, AID{255}, AID{256}, AID{1} << 40}) {
+        EXPECT_FALSE(feeder->setValueForAID(Bytes{1}, bad));
+        EXPECT_FALSE(feeder->requestValueForAID(bad));
+    }
+}
+
+TEST_F(SessionTest, OnlyTheLastEntryOfAMessageIsWritten) {
+    connect();
+    answerEverything();
+    EXPECT_TRUE(driver().writeAV({{"5", AV::forAID(5, Bytes{1})}, {"6", AV::forAID(6, Bytes{2})}}));
+    EXPECT_EQ(platform.stream().sent, (std::vector<Bytes>{frame({0x03, 6, 2})}));
+    EXPECT_FALSE(driver().writeAV({}));
+}
+
+TEST_F(SessionTest, RequestsAreOneAttempt) {
+    connect();
+    const auto begin = platform.loop.time();
+    EXPECT_FALSE(feeder->requestValueForAID(12));
+    EXPECT_EQ(platform.loop.time() - begin, 100ms);
+    EXPECT_EQ(platform.stream().sent, (std::vector<Bytes>{frame({0x42, 12})}));
+    answerEverything();
+    EXPECT_TRUE(feeder->requestValueForAID(12));
+    EXPECT_EQ(feeder->valueForAID(12).bytes()[0], 7);
+}
+
+TEST_F(SessionTest, BeforeASessionNothingReachesTheWire) {
+    start();
+    EXPECT_FALSE(feeder->setValueForAID(Bytes{1}, 5));
+    EXPECT_TRUE(std::all_of(platform.opened.begin(), platform.opened.end(),
+                            [](const auto& s) { return s->sent.empty(); }));
+}
+
+TEST_F(SessionTest, AStreamThatTakesNothingIsWaitedForUntilTheLoopGivesUp) {
+    connect();
+    answerEverything();
+    platform.stream().accepts = false;
+    platform.loop.scheduleTimer(1500ms, false, [&](Timer&) { platform.stream().accepts = true; });
+    EXPECT_TRUE(feeder->setValueForAID(Bytes{1}, 5));
+    EXPECT_GE(platform.loop.time(), 1500ms);
+
+    platform.stream().accepts = false;
+    platform.loop.scheduleTimer(10s, false, [&](Timer&) { platform.loop.quit(); });
+    EXPECT_FALSE(feeder->setValueForAID(Bytes{1}, 5));
+}
+
+TEST_F(SessionTest, AFailedWriteOfTheStreamIsTriedAgain) {
+    connect();
+    answerEverything();
+    platform.stream().failingWrites = 2;
+    EXPECT_TRUE(feeder->setValueForAID(Bytes{1}, 5));
+    EXPECT_EQ(count(frame({0x03, 5, 1})), 1);
+}
+
+TEST_F(SessionTest, HeartbeatSpeaksOnlyIntoSilence) {
+    connect();
+    for (int i = 0; i < 10; ++i) {
+        platform.loop.runFor(500ms);
+        chunk(push);
+    }
+    EXPECT_TRUE(platform.stream().sent.empty());
+    platform.loop.runFor(599ms);
+    EXPECT_TRUE(platform.stream().sent.empty());
+    platform.loop.runFor(1ms + 3 * 1100ms);  // an unanswered request takes 0.1 s, then 1.0 s to the next
+    EXPECT_EQ(platform.stream().sent, std::vector<Bytes>(4, frame({0x42, 9})));
+    platform.loop.runFor(60s);
+    EXPECT_TRUE(driver().connected());  // silence never ends a session
+}
+
+TEST_F(SessionTest, AWriteOfTheModuleIsAnsweredAtTheNextExchange) {
+    connect();
+    chunk(frame({0x03, 20, 5}));
+    chunk(push);
+    EXPECT_EQ(feeder->valueForAID(20).bytes()[0], 5);
+    EXPECT_TRUE(platform.stream().sent.empty());
+    answerEverything();
+    static_cast<void>(feeder->requestValueForAID(9));
+    ASSERT_GE(platform.stream().sent.size(), 2U);
+    EXPECT_EQ(platform.stream().sent[0], frame({0x22, 20}));
+    EXPECT_EQ(platform.stream().sent[1], frame({0x42, 9}));
+}
+
+TEST_F(SessionTest, AnExchangeInsideAnotherEndsBoth) {
+    connect();
+    answerEverything();
+    bool inner = false;
+    platform.loop.performOnMainThread([&] { inner = feeder->setValueForAID(Bytes{2}, 6); });
+    EXPECT_TRUE(feeder->setValueForAID(Bytes{1}, 5));
+    EXPECT_TRUE(inner);
+}
+
+TEST_F(SessionTest, DefaultsWrittenWithinTheConnectionCallbackEnd) {
+    std::vector<bool> results;
+    listener->onEstablished = [&](iTorvFeeder& f) {
+        answerEverything();
+        for (const AID aid : {91, 152, 95})
+            results.push_back(f.setValueForAID(Bytes{1, 2, 3}, aid));
+    };
+    connect();
+    EXPECT_EQ(results, (std::vector<bool>{true, true, true}));
+}
+
+TEST_F(SessionTest, TroubleCodesAreAnnouncedBeforeTheDelegateHears) {
+    std::string order;
+    auto& center = platform.notificationCenter();
+    const auto first = center.addObserver("dtc224Received", [&] { order += "224 "; });
+    const auto second = center.addObserver("dtc225Received", [&] { order += "225 "; });
+    const auto codes = reader("224");
+    codes->onRead = [&] { order += "read "; };
+    connect();
+    chunk(frame({0x1F, 224, 13, 0, 1, 0x01, 0x23, 0, 0, 0, 0, 0, 0, 0, 0}));
+    chunk(frame({0x14, 225, 2, 0}));
+    chunk(push);
+    EXPECT_EQ(order, "224 read 225 ");
+    ASSERT_EQ(codes->reads.size(), 1U);
+    EXPECT_EQ(codes->reads[0].second.size(), 13U);
+}
+
+class FeederTest : public SessionTest {
+protected:
+    void message(std::uint8_t aid) {
+        Message m{{std::to_string(aid), AV::forAID(aid, Bytes{aid})}};
+        feeder->zephrelaneDriverDidReceiveMessage(driver(), m);
+    }
+};
+
+TEST_F(FeederTest, ReadersAreFedByPriorityAndKey) {
+    const auto normal = reader("10");
+    const auto marked = reader("10", 1);
+    const auto skipped = reader("10", 2);
+    const auto falling = reader("10", 1);
+    falling->onRead = [&] { falling->current = 0; };
+    feeder->addReaderForKey(normal, "10");  // twice under one key
+    feeder->addReaderForKey(normal, "11");
+    message(10);
+    message(11);
+    message(12);
+    EXPECT_EQ(normal->reads.size(), 2U);
+    EXPECT_EQ(marked->reads.size(), 1U);
+    EXPECT_EQ(skipped->reads.size(), 0U);
+    EXPECT_EQ(falling->reads.size(), 2U);
+    feeder->removeAllReaders();
+    message(10);
+    EXPECT_EQ(normal->reads.size(), 2U);
+}
+
+TEST_F(FeederTest, FeedModes) {
+    const auto sensor = reader("10");
+    const auto count = [&] { return std::exchange(sensor->reads, {}).size(); };
+    const auto tenMessages = [&] {
+        for (int i = 0; i < 10; ++i)
+            message(10);
+    };
+    feeder->setFeeding(false);
+    tenMessages();
+    EXPECT_EQ(count(), 0U);
+    feeder->setFeeding(true);
+    tenMessages();
+    EXPECT_EQ(count(), 10U);
+    feeder->enableTimedFeedMode();
+    tenMessages();
+    EXPECT_EQ(count(), 0U);
+    for (int second = 0; second < 3; ++second) {
+        platform.loop.runFor(1000ms);
+        tenMessages();
+        EXPECT_EQ(count(), 1U);
+    }
+    feeder->disableTimedFeedMode();
+    tenMessages();
+    EXPECT_EQ(count(), 10U);
+}
+
+}  // namespace
