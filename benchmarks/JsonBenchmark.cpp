@@ -3,12 +3,12 @@
 
 #include <benchmark/benchmark.h>
 
-#include <chrono>
 #include <nlohmann/json.hpp>
 #include <string>
 
 #include "JSON/SBJsonParser.h"
 #include "JSON/SBJsonWriter.h"
+#include "benchmarks/Timing.h"
 
 namespace {
 
@@ -29,31 +29,18 @@ std::string profile() {
     return text + "]}}\n";
 }
 
-template <class Read>
-double secondsOf(Read read) {
-    const auto begin = std::chrono::steady_clock::now();
-    auto tree = read();
-    const std::chrono::duration<double> taken = std::chrono::steady_clock::now() - begin;
-    benchmark::DoNotOptimize(tree);
-    return taken.count();
-}
-
 void readProfile(benchmark::State& state) {
     const auto text = profile();
     torv::SBJsonParser parser;
     if (!parser.objectWithString(text)) return state.SkipWithError("the profile does not parse");
-    double own = 0;
-    double theirs = 0;
+    timing::Comparison comparison;
     for ([[maybe_unused]] auto round : state) {
-        const auto taken = secondsOf([&] { return parser.objectWithString(text); });
-        state.SetIterationTime(taken);
-        own += taken;
-        theirs += secondsOf([&] { return nlohmann::json::parse(text); });
+        const auto own = timing::secondsOf([&] { return parser.objectWithString(text); });
+        const auto other = timing::secondsOf([&] { return nlohmann::json::parse(text); });
+        state.SetIterationTime(own);
+        comparison.add(own, other);
     }
-    const auto bytes = static_cast<double>(text.size()) * static_cast<double>(state.iterations());
-    state.counters["MB/s"] = bytes / own / 1e6;
-    state.counters["nlohmann_MB/s"] = bytes / theirs / 1e6;
-    state.counters["ratio"] = own / theirs;
+    comparison.report(state, 1, 1);
 }
 BENCHMARK(readProfile)->UseManualTime()->Unit(benchmark::kMillisecond);
 

@@ -5,6 +5,7 @@
 #include <array>
 
 #include "support/TextNumbers.h"
+#include "vehicles/VehicleDataSource.h"
 
 namespace itorvctl {
 namespace {
@@ -17,6 +18,14 @@ constexpr auto description =
     "  get AID         ask the module for one value and show it\n"
     "  set AID VALUE   write one value, in the attribute's own unit, and say whether it was acknowledged\n"
     "  frames          show every frame in both directions, decoded\n"
+    "  vehicles        list the current, stored and remote vehicle profiles\n"
+    "  vehicles use NAME\n"
+    "                  make a stored profile the current one\n"
+    "  vehicles update NAME\n"
+    "                  download a profile from the update server\n"
+    "  defaults        list the keys of what is stored on this handset\n"
+    "  defaults get KEY\n"
+    "                  show one of them as text\n"
     "\n"
     "Exit codes: 0 done, 1 the module did not answer, 2 bad arguments or profile, 3 no connection.\n"
     "\n"
@@ -28,15 +37,26 @@ constexpr auto description =
 
 struct CommandRow {
     const char* name;
+    const char* verb;  ///< the first word behind the name; null where any word is an operand
     Command command;
-    int operands;
+    int operands;  ///< behind name and verb
 };
-constexpr std::array<CommandRow, 4> commands{{
-    {"watch", Command::watch, 0},
-    {"get", Command::get, 1},
-    {"set", Command::set, 2},
-    {"frames", Command::frames, 0},
+constexpr std::array<CommandRow, 9> commands{{
+    {"watch", nullptr, Command::watch, 0},
+    {"get", nullptr, Command::get, 1},
+    {"set", nullptr, Command::set, 2},
+    {"frames", nullptr, Command::frames, 0},
+    {"vehicles", "use", Command::vehicles, 1},
+    {"vehicles", "update", Command::vehicles, 1},
+    {"vehicles", nullptr, Command::vehicles, 0},
+    {"defaults", "get", Command::defaults, 1},
+    {"defaults", nullptr, Command::defaults, 0},
 }};
+
+bool fits(const CommandRow& row, const QStringList& words) {
+    if (words.first() != QLatin1String{row.name}) return false;
+    return !row.verb || (words.size() > 1 && words[1] == QLatin1String{row.verb});
+}
 
 constexpr double mostSeconds = 7 * 86400;
 
@@ -64,7 +84,7 @@ std::optional<Arguments> readArguments(const QStringList& arguments, std::string
     parser.setApplicationDescription(description);
     parser.addHelpOption();
     parser.addVersionOption();
-    parser.addPositionalArgument("command", "watch, get, set or frames", "COMMAND [AID [VALUE]]");
+    parser.addPositionalArgument("command", "see above", "COMMAND [...]");
     parser.addOptions({
         {"module", "Connect to this module, wherever the network says it is.", "HOST:PORT"},
         {"interface", "The network interface whose address tells which module to look for (en0).", "NAME",
@@ -75,6 +95,7 @@ std::optional<Arguments> readArguments(const QStringList& arguments, std::string
         {"for", "End after so many seconds; watch and frames go on without.", "SECONDS"},
         {"flags", "State bits to write with the value (set): 1 off, 2 on, 4 third, 8/16 second off/on.",
          "NUMBER"},
+        {"update-server", "Where vehicle profiles are updated from.", "URL"},
         {"verbose", "Say on the standard error stream what goes on."},
     });
     if (!parser.parse(arguments)) return refuse(parser.errorText().toStdString());
@@ -82,18 +103,21 @@ std::optional<Arguments> readArguments(const QStringList& arguments, std::string
     if (parser.isSet("version")) parser.showVersion();
 
     const auto words = parser.positionalArguments();
-    if (words.isEmpty()) return refuse("a command is missing: watch, get, set or frames");
-    const auto row = std::find_if(commands.begin(), commands.end(), [&](const CommandRow& c) {
-        return words.first() == QLatin1String{c.name};
-    });
+    if (words.isEmpty()) return refuse("a command is missing; see --help");
+    const auto row =
+        std::find_if(commands.begin(), commands.end(), [&](const CommandRow& c) { return fits(c, words); });
     if (row == commands.end()) return refuse("there is no command \"" + words.first().toStdString() + "\"");
-    if (words.size() - 1 != row->operands) {
-        return refuse(std::string{row->name} + " takes " + std::to_string(row->operands) +
-                      (row->operands == 1 ? " argument" : " arguments") + "; see --help");
+    const int before = row->verb ? 2 : 1;
+    if (words.size() - before != row->operands) {
+        return refuse(std::string{row->name} + (row->verb ? std::string{" "} + row->verb : "") + " takes " +
+                      std::to_string(row->operands) + (row->operands == 1 ? " argument" : " arguments") +
+                      "; see --help");
     }
 
     Arguments result;
     result.command = row->command;
+    for (const auto& word : words.mid(1))
+        result.words.push_back(word.toStdString());
     result.connection.interface = parser.value("interface").toStdString();
     result.profile = parser.value("profile").toStdString();
     result.json = parser.isSet("json");
@@ -103,6 +127,9 @@ std::optional<Arguments> readArguments(const QStringList& arguments, std::string
         if (!result.connection.module) {
             return refuse("--module takes an address and a port from 1 to 65535, as in 127.0.0.1:2000");
         }
+    }
+    if (parser.isSet("update-server")) {
+        torv::VehicleDataSource::setUpdateServer(parser.value("update-server").toStdString());
     }
     const auto timeout = seconds(parser.value("timeout"));
     if (!timeout) return refuse("--timeout takes a number of seconds");
@@ -116,13 +143,13 @@ std::optional<Arguments> readArguments(const QStringList& arguments, std::string
         if (!flags) return refuse("--flags takes a number from 0 to 31");
         result.flags = static_cast<std::int32_t>(*flags);
     }
-    if (row->operands > 0) {
+    if (row->command == Command::get || row->command == Command::set) {
         const auto aid = wholeNumber(words[1], 0, 254);
         if (!aid)
             return refuse("an AID is a number from 0 to 254, and not \"" + words[1].toStdString() + "\"");
         result.aid = *aid;
     }
-    if (row->operands > 1) {
+    if (row->command == Command::set) {
         result.value = words[2].toStdString();
         if (!torv::wholeTextFloatValue(result.value)) {
             return refuse("a value is a number, and not \"" + result.value + "\"");

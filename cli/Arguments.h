@@ -5,6 +5,7 @@
 #include <filesystem>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "link/AVStore.h"
 #include "session/ConnectionOptions.h"
@@ -19,7 +20,7 @@ enum ExitCode : int {
     noConnection = 3,  ///< no session within the time limit
 };
 
-enum class Command { watch, get, set, frames };
+enum class Command { watch, get, set, frames, vehicles, defaults };
 
 struct Arguments {
     Command command = Command::watch;
@@ -32,6 +33,7 @@ struct Arguments {
     torv::AID aid = 0;
     std::string value;
     std::optional<std::int32_t> flags;
+    std::vector<std::string> words;  ///< behind the command
 };
 
 /// Nothing, with one line in `error`, when the arguments are not in order. Help and version end the program.

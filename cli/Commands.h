@@ -12,6 +12,10 @@ namespace itorvctl {
 [[nodiscard]] int set(Handset& handset, const Arguments& arguments);
 [[nodiscard]] int frames(Handset& handset, const Arguments& arguments);
 
+// These two look at what is stored, and need no module.
+[[nodiscard]] int vehicles(const Arguments& arguments);
+[[nodiscard]] int defaults(const Arguments& arguments);
+
 /// One line on the standard error stream.
 void complain(const std::string& why);
 [[nodiscard]] int notConnected();

@@ -52,7 +52,7 @@ std::vector<TorvAttribute> Handset::attributes() const {
         std::copy(list.begin(), list.end(), std::back_inserter(all));
     }
     for (const auto* key : {"powerLevel", "currentGear", "torqueLock", "sootReg", "soxReg"}) {
-        if (!m_vehicle.info()["parameters"][key].dictionary()) continue;
+        if (!m_vehicle.info().document()["parameters"][key].dictionary()) continue;
         all.push_back(m_vehicle.attributeForKey(key));
         if (!all.back().name) all.back().name = key;
     }

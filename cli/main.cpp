@@ -7,6 +7,7 @@
 #include "platform/real/RealPlatform.h"
 #include "platform/real/SystemLog.h"
 #include "vehicles/ProfileDocument.h"
+#include "vehicles/VehicleDataSource.h"
 
 namespace {
 
@@ -39,7 +40,10 @@ int main(int argc, char** argv) {
     RealPlatform platform;
     Platform::install(&platform);
     const QuitSignals signals_{[&] { platform.runLoop().quit(); }};
-    auto vehicle = vehicleFromFileOrShipped(arguments->profile, error);
+    if (arguments->command == itorvctl::Command::vehicles) return itorvctl::vehicles(*arguments);
+    if (arguments->command == itorvctl::Command::defaults) return itorvctl::defaults(*arguments);
+    auto vehicle = arguments->profile.empty() ? std::optional{VehicleDataSource::currentVehicle()}
+                                              : vehicleFromFile(arguments->profile, error);
     if (!vehicle) {
         itorvctl::complain(error);
         return itorvctl::badArguments;

@@ -1,9 +1,12 @@
 // The one place where the application's parts are chosen and wired.
 #include <QCommandLineParser>
+#include <QDir>
+#include <QFileInfo>
 #include <QGuiApplication>
 #include <QQmlApplicationEngine>
 #include <QQuickStyle>
 #include <QQuickWindow>
+#include <QUrl>
 #include <chrono>
 #include <cstdio>
 #include <cstring>
@@ -11,6 +14,7 @@
 #include <string>
 
 #include "app/ConnectionStatus.h"
+#include "app/iTorvAppDelegate.h"
 #include "diagnostics/GroupsViewController.h"
 #include "platform/Log.h"
 #include "platform/real/QuitSignals.h"
@@ -19,8 +23,8 @@
 #include "screens/NavigationController.h"
 #include "screens/Stage.h"
 #include "session/ConnectionOptions.h"
-#include "session/iTorvFeeder.h"
 #include "vehicles/ProfileDocument.h"
+#include "vehicles/VehicleDataSource.h"
 
 namespace {
 
@@ -30,7 +34,7 @@ constexpr int badArguments = 2;
 constexpr int screenshotFailed = 1;
 
 struct Options {
-    ConnectionOptions connection;
+    iTorvAppDelegate::LaunchOptions launch;
     std::filesystem::path profile;
     QString screenshot;
     std::chrono::milliseconds after{2000};
@@ -66,11 +70,13 @@ std::optional<std::string> readArguments(const QCoreApplication& application, Op
     parser.setApplicationDescription("Live values of the tuning module, and all that can be set in it.");
     parser.addHelpOption();
     parser.addVersionOption();
+    parser.addPositionalArgument("file", "A tuning profile document to import.", "[FILE]");
     parser.addOptions({
         {"module", "Connect to this module, wherever the network says it is.", "HOST:PORT"},
         {"interface", "The network interface whose address tells which module to look for (en0).", "NAME",
          "en0"},
-        {"profile", "Use this vehicle profile document.", "FILE"},
+        {"profile", "Make this vehicle profile document the current vehicle.", "FILE"},
+        {"update-server", "Where vehicle profiles are updated from.", "URL"},
         {"offscreen", "Show no window; for pictures and tests."},
         {"size", "Size of the window in pixels (1136x640).", "WIDTHxHEIGHT"},
         {"screenshot", "Save a picture of the window (PNG) and end.", "FILE"},
@@ -79,13 +85,25 @@ std::optional<std::string> readArguments(const QCoreApplication& application, Op
     if (!parser.parse(application.arguments())) return parser.errorText().toStdString();
     if (parser.isSet("help")) parser.showHelp(0);
     if (parser.isSet("version")) parser.showVersion();
-    if (!parser.positionalArguments().isEmpty()) {
-        return "there is no argument \"" + parser.positionalArguments().first().toStdString() + "\"";
+    const auto words = parser.positionalArguments();
+    if (words.size() > 1) return "there is no argument \"" + words[1].toStdString() + "\"";
+    if (!words.isEmpty()) {
+        const auto url = QUrl::fromUserInput(words.first(), QDir::currentPath(), QUrl::AssumeLocalFile);
+        const bool missing = url.isLocalFile() && !QFileInfo::exists(url.toLocalFile());
+        if (!url.isValid() || missing) return "there is no file \"" + words.first().toStdString() + "\"";
+        options.launch.url = url.toString().toStdString();
     }
-    options.connection.interface = parser.value("interface").toStdString();
+    if (parser.isSet("update-server")) {
+        const QUrl server{parser.value("update-server"), QUrl::StrictMode};
+        const bool web = server.scheme() == "http" || server.scheme() == "https";
+        if (!web || server.host().isEmpty())
+            return "--update-server takes an address as in http://example.com";
+        VehicleDataSource::setUpdateServer(server.toString().toStdString());
+    }
+    options.launch.connection.interface = parser.value("interface").toStdString();
     if (parser.isSet("module")) {
-        options.connection.module = endpointFromText(parser.value("module").toStdString());
-        if (!options.connection.module) {
+        options.launch.connection.module = endpointFromText(parser.value("module").toStdString());
+        if (!options.launch.connection.module) {
             return "--module takes an address and a port from 1 to 65535, as in 127.0.0.1:2000";
         }
     }
@@ -114,9 +132,8 @@ void takeScreenshotLater(RunLoop& loop, QQuickWindow& window, const Options& opt
 }  // namespace
 
 int main(int argc, char** argv) {
-    qInstallMessageHandler([](QtMsgType, const QMessageLogContext&, const QString& message) {
-        logLine(message.toStdString());
-    });
+    qInstallMessageHandler(
+        [](QtMsgType, const QMessageLogContext&, const QString& message) { logLine(message.toStdString()); });
     chooseOffscreen(argc, argv);
     QQuickStyle::setStyle("Basic");
     QGuiApplication application{argc, argv};
@@ -132,20 +149,27 @@ int main(int argc, char** argv) {
     const QuitSignals signals_{[&] { platform.runLoop().quit(); }};
     QObject::connect(&application, &QGuiApplication::lastWindowClosed, [&] { platform.runLoop().quit(); });
 
-    std::string error;
-    const auto vehicle = vehicleFromFileOrShipped(options.profile, error);
-    if (!vehicle) return refuse(error);
+    if (!options.profile.empty()) {
+        std::string error;
+        const auto vehicle = vehicleFromFile(options.profile, error);
+        if (!vehicle) return refuse(error);
+        VehicleDataSource::setCurrentVehicle(*vehicle);
+        VehicleDataSource::saveVehicle(*vehicle);
+    }
 
-    const auto feeder = std::make_shared<iTorvFeeder>(options.connection);
-    ConnectionStatus status{feeder};
-    NavigationController navigation{std::make_shared<GroupsViewController>(*vehicle, feeder)};
-    Stage stage{navigation, &status};
-    feeder->setFeeding(true);
-    feeder->start();
-
+    const auto control = std::make_shared<iTorvAppDelegate>();
+    std::unique_ptr<ConnectionStatus> status;
+    std::unique_ptr<NavigationController> navigation;
+    std::unique_ptr<Stage> stage;
     QQmlApplicationEngine engine;
-    engine.setInitialProperties({{"stage", QVariant::fromValue(&stage)}});
-    engine.load("qrc:/iTorv/Main.qml");
+    control->applicationDidFinishLaunchingWithOptions(options.launch, [&] {
+        status = std::make_unique<ConnectionStatus>(control->feeder());
+        navigation = std::make_unique<NavigationController>(
+            std::make_shared<GroupsViewController>(control->currentVehicle(), control->feeder()));
+        stage = std::make_unique<Stage>(*navigation, status.get());
+        engine.setInitialProperties({{"stage", QVariant::fromValue(stage.get())}});
+        engine.load("qrc:/iTorv/Main.qml");
+    });
     if (engine.rootObjects().isEmpty()) return refuse("the window could not be made");
     auto* window = qobject_cast<QQuickWindow*>(engine.rootObjects().first());
     if (options.size) window->resize(*options.size);

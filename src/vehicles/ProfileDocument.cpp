@@ -1,41 +1,13 @@
 #include "vehicles/ProfileDocument.h"
 
 #include <algorithm>
-#include <cerrno>
-#include <cstring>
-#include <fstream>
-#include <system_error>
 
 #include "JSON/SBJsonParser.h"
 #include "platform/Platform.h"
+#include "support/FileContents.h"
 
 namespace torv {
 namespace {
-
-constexpr std::uintmax_t mostBytes = 16U << 20U;
-
-std::optional<std::string> contents(const std::filesystem::path& file, std::string& error) {
-    std::error_code code;
-    if (std::filesystem::is_directory(file, code)) {
-        error = file.string() + ": is a folder";
-        return std::nullopt;
-    }
-    std::ifstream stream{file, std::ios::binary};
-    std::string text;
-    if (stream) {
-        text.resize(mostBytes + 1);
-        stream.read(text.data(), static_cast<std::streamsize>(text.size()));
-        text.resize(static_cast<std::size_t>(stream.gcount()));
-    }
-    if (!stream && !stream.eof()) {
-        error = file.string() + ": " + std::strerror(errno);
-    } else if (text.size() > mostBytes) {
-        error = file.string() + ": is larger than 16 MiB";
-    } else {
-        return text;
-    }
-    return std::nullopt;
-}
 
 std::string place(std::string_view text, std::size_t offset) {
     const auto before = text.substr(0, std::min(offset, text.size()));
@@ -47,7 +19,7 @@ std::string place(std::string_view text, std::size_t offset) {
 }  // namespace
 
 std::optional<Vehicle> vehicleFromFile(const std::filesystem::path& file, std::string& error) {
-    const auto text = contents(file, error);
+    const auto text = contentsOfFile(file, error);
     if (!text) return std::nullopt;
     SBJsonParser parser;
     auto document = parser.objectWithString(*text);
@@ -62,7 +34,7 @@ std::optional<Vehicle> vehicleFromFile(const std::filesystem::path& file, std::s
         return std::nullopt;
     }
     auto vehicle = Vehicle::vehicleFromDictionary(*info);
-    vehicle.setInfo(std::move(*info));
+    vehicle.setInfo(ProfileInfo{std::move(*info)});
     return vehicle;
 }
 

@@ -1,7 +1,6 @@
 #include "vehicles/Vehicle.h"
 
 #include <algorithm>
-#include <array>
 #include <iterator>
 
 #include "platform/Platform.h"
@@ -15,10 +14,6 @@ UserDefaults& defaults() {
 
 /// What is missing shows as this in a key made from it.
 constexpr auto nothing = "(null)";
-
-Value fromText(const std::optional<std::string>& text) {
-    return text ? Value{*text} : Value{};
-}
 
 }  // namespace
 
@@ -100,32 +95,6 @@ bool Vehicle::hasAID(AID aid) const {
     const auto found = sensors();
     return std::any_of(found.begin(), found.end(),
                        [&](const TorvAttribute& sensor) { return sensor.aid == aid; });
-}
-
-Value Vehicle::encoded() const {
-    return Dictionary{{"name", fromText(m_name)}, {"version", fromText(m_version)},
-                      {"DTC", fromText(m_DTC)},   {"url", fromText(m_url)},
-                      {"info", m_info},           {"updateAvailable", m_updateAvailable}};
-}
-
-std::optional<Vehicle> Vehicle::fromEncoded(const Value& value) {
-    const auto* fields = value.dictionary();
-    if (!fields || !(*fields)["info"].dictionary() || !(*fields)["updateAvailable"].truth())
-        return std::nullopt;
-    const std::array<std::string_view, 4> texts{"name", "version", "DTC", "url"};
-    const bool readable = std::all_of(texts.begin(), texts.end(), [&](std::string_view key) {
-        const auto& text = (*fields)[key];
-        return text.isNull() || text.text();
-    });
-    if (!readable) return std::nullopt;
-    Vehicle vehicle;
-    vehicle.m_name = (*fields)["name"].textValue();
-    vehicle.m_version = (*fields)["version"].textValue();
-    vehicle.m_DTC = (*fields)["DTC"].textValue();
-    vehicle.m_url = (*fields)["url"].textValue();
-    vehicle.m_info = *(*fields)["info"].dictionary();
-    vehicle.m_updateAvailable = *(*fields)["updateAvailable"].truth();
-    return vehicle;
 }
 
 }  // namespace torv

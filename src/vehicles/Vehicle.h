@@ -8,6 +8,7 @@
 #include "attributes/TorvAttribute.h"
 #include "attributes/TorvAttributeGroup.h"
 #include "support/Value.h"
+#include "vehicles/ProfileInfo.h"
 
 namespace torv {
 
@@ -34,8 +35,8 @@ public:
     [[nodiscard]] const Text& DTC() const { return m_DTC; }
     void setDTC(Text DTC) { m_DTC = std::move(DTC); }
     /// The whole document; empty while it has not been downloaded.
-    [[nodiscard]] const Dictionary& info() const { return m_info; }
-    void setInfo(Dictionary info) { m_info = std::move(info); }
+    [[nodiscard]] const ProfileInfo& info() const { return m_info; }
+    void setInfo(ProfileInfo info) { m_info = std::move(info); }
     /// A newer version of this downloaded profile is on the update server.
     [[nodiscard]] bool updateAvailable() const { return m_updateAvailable; }
     void setUpdateAvailable(bool available) { m_updateAvailable = available; }
@@ -69,20 +70,17 @@ public:
     /// By name alone: two versions of a profile are the same vehicle. What has no name equals nothing.
     [[nodiscard]] bool isEqual(const Vehicle& other) const { return m_name && m_name == other.m_name; }
 
-    /// The six fields under their names, for the store, and back.
-    [[nodiscard]] Value encoded() const;
-    /// Nothing of a value that `encoded` has not made.
-    [[nodiscard]] static std::optional<Vehicle> fromEncoded(const Value& value);
-
 private:
-    [[nodiscard]] const Value& parameter(std::string_view key) const { return m_info["parameters"][key]; }
+    [[nodiscard]] const Value& parameter(std::string_view key) const {
+        return m_info.document()["parameters"][key];
+    }
     [[nodiscard]] std::string sensorsKey() const;
 
     Text m_name;
     Text m_url;
     Text m_version;
     Text m_DTC;
-    Dictionary m_info;
+    ProfileInfo m_info;
     bool m_updateAvailable = false;
 };
 

@@ -88,7 +88,7 @@ TEST_F(UserDefaultsTest, AnUnreadableEntryIsLeftAlone) {
     { SqliteUserDefaults{file}.setObjectForKey(Value{"good"}, "good"); }
     sqlite3* database = nullptr;
     ASSERT_EQ(sqlite3_open(file.c_str(), &database), SQLITE_OK);
-    ASSERT_EQ(sqlite3_exec(database, "INSERT INTO defaults VALUES (x'626164', '{\"$data\": 5}')", nullptr,
+    ASSERT_EQ(sqlite3_exec(database, "INSERT INTO defaults VALUES (x'626164', 'archive', '{\"$data\": 5}')", nullptr,
                            nullptr, nullptr),
               SQLITE_OK);
     sqlite3_close(database);

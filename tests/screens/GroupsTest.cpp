@@ -27,7 +27,7 @@ Dictionary sensor(int aid, const char* name, const char* category, const char* u
 
 Vehicle vehicleWith(Array sensors) {
     Vehicle vehicle;
-    vehicle.setInfo({{"parameters", Dictionary{{"sensors", std::move(sensors)}}}});
+    vehicle.setInfo(ProfileInfo{Dictionary{{"parameters", Dictionary{{"sensors", std::move(sensors)}}}}});
     return vehicle;
 }
 

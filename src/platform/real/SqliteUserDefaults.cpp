@@ -14,9 +14,9 @@ namespace {
 constexpr auto openStatements =
     "PRAGMA journal_mode = WAL;"
     "PRAGMA synchronous = FULL;"
-    "CREATE TABLE IF NOT EXISTS defaults (key BLOB PRIMARY KEY, value TEXT NOT NULL);";
-constexpr auto readStatement = "SELECT key, value FROM defaults";
-constexpr auto setStatement = "INSERT OR REPLACE INTO defaults (key, value) VALUES (?, ?)";
+    "CREATE TABLE IF NOT EXISTS defaults (key BLOB PRIMARY KEY, kind TEXT NOT NULL, value NOT NULL);";
+constexpr auto readStatement = "SELECT key, kind, value FROM defaults";
+constexpr auto setStatement = "INSERT OR REPLACE INTO defaults (key, kind, value) VALUES (?, ?, ?)";
 constexpr auto removeStatement = "DELETE FROM defaults WHERE key = ?";
 constexpr int busyMilliseconds = 2000;
 
@@ -39,6 +39,17 @@ std::string column(sqlite3_stmt* statement, int index) {
     const auto* bytes = static_cast<const char*>(sqlite3_column_blob(statement, index));
     return bytes ? std::string(bytes, static_cast<std::size_t>(sqlite3_column_bytes(statement, index)))
                  : std::string{};
+}
+
+// Texts stand as they are, however long; all else as archived text.
+constexpr auto textKind = "text";
+constexpr auto archiveKind = "archive";
+
+std::optional<Value> valueOf(const std::string& kind, std::string content, std::string& error) {
+    if (kind == textKind) return content;
+    if (kind == archiveKind) return valueFromArchivedText(content, error);
+    error = "unknown kind \"" + kind + "\"";
+    return std::nullopt;
 }
 
 bool bindKey(sqlite3_stmt* statement, const std::string& key) {
@@ -100,7 +111,7 @@ bool SqliteUserDefaults::load() {
     while ((step = sqlite3_step(statement.get())) == SQLITE_ROW) {
         auto key = column(statement.get(), 0);
         std::string error;
-        auto value = valueFromArchivedText(column(statement.get(), 1), error);
+        auto value = valueOf(column(statement.get(), 1), column(statement.get(), 2), error);
         if (value) {
             m_entries.insert_or_assign(std::move(key), std::move(*value));
         } else {
@@ -133,12 +144,15 @@ bool SqliteUserDefaults::write(const std::string& key, const Value* value) {
     const auto statement = prepare(m_database.get(), value ? setStatement : removeStatement);
     if (!statement || !bindKey(statement.get(), key)) return false;
     if (value) {
-        const auto text = archivedText(*value);
-        if (!text) {
+        const auto archived = value->text() ? std::nullopt : archivedText(*value);
+        const auto* content = value->text() ? value->text() : archived ? &*archived : nullptr;
+        if (!content) {
             logLine("the entry \"" + key + "\" nests too deep to be kept");
             return true;
         }
-        sqlite3_bind_text64(statement.get(), 2, text->data(), text->size(), SQLITE_TRANSIENT, SQLITE_UTF8);
+        sqlite3_bind_text(statement.get(), 2, value->text() ? textKind : archiveKind, -1, SQLITE_STATIC);
+        sqlite3_bind_blob64(statement.get(), 3, content->empty() ? "" : content->data(), content->size(),
+                            SQLITE_TRANSIENT);
     }
     return sqlite3_step(statement.get()) == SQLITE_DONE;
 }

@@ -1,0 +1,104 @@
+#include <algorithm>
+#include <cstdio>
+#include <string>
+#include <vector>
+
+#include "Commands.h"
+#include "JSON/SBJsonWriter.h"
+#include "JSON/ValueArchive.h"
+#include "platform/Platform.h"
+#include "vehicles/VehicleDataSource.h"
+
+namespace itorvctl {
+
+using namespace torv;
+
+namespace {
+
+void print(const char* place, const Vehicle& vehicle) {
+    const auto* state = vehicle.updateAvailable() ? "  update available"
+                        : vehicle.info().empty()  ? "  not downloaded"
+                                                  : "";
+    std::printf("%-8s  %s  version %s%s\n", place, vehicle.name().value_or("(no name)").c_str(),
+                vehicle.version().value_or("(none)").c_str(), state);
+}
+
+int list() {
+    print("current", VehicleDataSource::currentVehicle());
+    for (const auto& vehicle : VehicleDataSource::storedVehicles())
+        print("stored", vehicle);
+    for (const auto& vehicle : VehicleDataSource::remoteVehicles())
+        print("remote", vehicle);
+    return success;
+}
+
+std::optional<Vehicle> named(const std::vector<Vehicle>& vehicles, const std::string& name) {
+    const auto found =
+        std::find_if(vehicles.begin(), vehicles.end(), [&](const Vehicle& v) { return v.name() == name; });
+    if (found == vehicles.end()) return std::nullopt;
+    return *found;
+}
+
+int use(const std::string& name) {
+    const auto vehicle = named(VehicleDataSource::storedVehicles(), name);
+    if (!vehicle) {
+        complain("no vehicle \"" + name + "\" is stored");
+        return badArguments;
+    }
+    if (vehicle->info().empty()) {
+        complain("\"" + name + "\" is not downloaded yet; update it first");
+        return badArguments;
+    }
+    VehicleDataSource::setCurrentVehicle(*vehicle);
+    if (!Platform::current().userDefaults().synchronize()) return noAnswer;
+    std::printf("%s is the current vehicle\n", name.c_str());
+    return success;
+}
+
+int update(const std::string& name) {
+    auto vehicle = named(VehicleDataSource::vehicles(), name);
+    if (!vehicle) {
+        complain("there is no vehicle \"" + name + "\", neither stored nor on the update server");
+        return badArguments;
+    }
+    if (!VehicleDataSource::updateVehicle(*vehicle)) {
+        complain("\"" + name + "\" could not be downloaded; --verbose tells why");
+        return noAnswer;
+    }
+    if (vehicle->info().empty()) {
+        complain("what was downloaded for \"" + name + "\" is no profile");
+        return noAnswer;
+    }
+    // The current vehicle is stored beside the list.
+    if (vehicle->isEqual(VehicleDataSource::currentVehicle())) VehicleDataSource::setCurrentVehicle(*vehicle);
+    print("stored", *vehicle);
+    return success;
+}
+
+}  // namespace
+
+int vehicles(const Arguments& arguments) {
+    if (arguments.words.empty()) return list();
+    return arguments.words[0] == "use" ? use(arguments.words[1]) : update(arguments.words[1]);
+}
+
+int defaults(const Arguments& arguments) {
+    auto& store = Platform::current().userDefaults();
+    if (arguments.words.empty()) {
+        for (const auto& key : store.keys())
+            std::puts(key.c_str());
+        return success;
+    }
+    const auto& key = arguments.words[1];
+    const auto keys = store.keys();
+    if (std::find(keys.begin(), keys.end(), key) == keys.end()) {
+        complain("nothing is stored under \"" + key + "\"");
+        return badArguments;
+    }
+    const auto value = store.objectForKey(key);
+    std::puts(value.text() ? value.text()->c_str()
+                           : archivedText(value).value_or("(too deep to show)").c_str());
+    return success;
+}
+
+}  // namespace itorvctl

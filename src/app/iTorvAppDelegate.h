@@ -1,0 +1,90 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "app/iTorvAppDelegateDelegate.h"
+#include "screens/AlertView.h"
+#include "session/iTorvFeeder.h"
+#include "vehicles/SettingValueStore.h"
+#include "vehicles/Vehicle.h"
+
+namespace torv {
+
+/// Application control: launch, the first write of default settings, the replay after each connect, the
+/// state of the connection, and the word to its observers when the vehicle changes.
+///
+/// Lives as long as the process. Main thread, but for `readAid`, which does nothing.
+class iTorvAppDelegate final : public iTorvReader,
+                               public iTorvConnectionListener,
+                               public std::enable_shared_from_this<iTorvAppDelegate> {
+public:
+    struct LaunchOptions {
+        ConnectionOptions connection;
+        std::optional<std::string> url;  ///< "file:..." names a tuning profile to import
+    };
+
+    /// `showFirstPage` makes the first page and the window; the connection is being made by then.
+    void applicationDidFinishLaunchingWithOptions(const LaunchOptions& options,
+                                                  const std::function<void()>& showFirstPage);
+    /// Clears the live data log, with its minimum and maximum values, without asking.
+    void applicationDidReceiveMemoryWarning();
+
+    void configureZephrelaneFeatures();
+    /// What the store holds for the setting, decoded; with nothing stored the formatter decides.
+    [[nodiscard]] std::optional<AVFormatterData> formattedValueForSetting(const TorvAttribute& setting) const;
+    void setCurrentVehicle(const Vehicle& vehicle);
+    void refreshWarningSensors();
+    void showConnectionErrorMessage();
+
+    /// Observers are not owned, and one may stand in the list more than once.
+    void addDelegate(iTorvAppDelegateDelegate* observer);
+    void removeDelegate(iTorvAppDelegateDelegate* observer);
+
+    /// Set by each connect, cleared by a reported failure alone: a lost session is told to nobody.
+    [[nodiscard]] bool connected() const { return m_connected; }
+    [[nodiscard]] const std::shared_ptr<iTorvFeeder>& feeder() const { return m_feeder; }
+    [[nodiscard]] const Vehicle& currentVehicle() const { return m_currentVehicle; }
+    /// Nothing when nothing is stored for the vehicle. Follows at the next connect or from the settings.
+    [[nodiscard]] const std::optional<ProfileDictionary>& settingValues() const { return m_settingValues; }
+    [[nodiscard]] bool connectionErrorMessageAllowed() const { return m_connectionErrorMessageAllowed; }
+    void setConnectionErrorMessageAllowed(bool allowed) { m_connectionErrorMessageAllowed = allowed; }
+    [[nodiscard]] bool connectionErrorMessageShown() const { return m_connectionErrorMessageShown; }
+    [[nodiscard]] const std::shared_ptr<AlertView>& disconnectedWarning() const {
+        return m_disconnectedWarning;
+    }
+    /// Made by its first writer.
+    [[nodiscard]] std::optional<Dictionary>& dataLoggingDict() { return m_dataLoggingDict; }
+    /// The document of the launch URL, until the import screen takes it.
+    [[nodiscard]] const std::optional<Value>& importVehicleInfo() const { return m_importVehicleInfo; }
+
+    void readAid(std::span<std::uint8_t>, AID) override {}
+    [[nodiscard]] std::int32_t priority() const override { return 1; }
+    void iTorvFeederDidEstablishConnection(iTorvFeeder& feeder) override;
+    void iTorvFeederDidFailToConnect(iTorvFeeder& feeder) override;
+
+private:
+    void writeDefaults(const std::vector<TorvAttribute>& settings);
+    void writeDefault(const TorvAttribute& setting);
+    void endoftimer();
+    void alertViewClickedButtonAtIndex();
+    void importFileURL(const std::string& url);
+    void readFor(const std::string& key);
+    void tellObservers(void (iTorvAppDelegateDelegate::*what)(iTorvAppDelegate&));
+
+    bool m_connected = false;
+    std::shared_ptr<iTorvFeeder> m_feeder;
+    std::optional<Dictionary> m_dataLoggingDict;
+    Vehicle m_currentVehicle;
+    std::optional<ProfileDictionary> m_settingValues;
+    std::vector<iTorvAppDelegateDelegate*> m_delegates;
+    bool m_connectionErrorMessageShown = false;
+    bool m_connectionErrorMessageAllowed = false;
+    std::shared_ptr<AlertView> m_disconnectedWarning;
+    std::optional<Value> m_importVehicleInfo;
+};
+
+}  // namespace torv

@@ -1,0 +1,183 @@
+#include "vehicles/VehicleDataSource.h"
+
+#include <algorithm>
+#include <mutex>
+#include <utility>
+
+#include "JSON/SBJSON.h"
+#include "platform/Log.h"
+#include "platform/Platform.h"
+#include "support/Reachability.h"
+#include "support/URLData.h"
+#include "support/Utf8.h"
+#include "vehicles/ProfileDocument.h"
+#include "vehicles/StoredArchive.h"
+#include "vehicles/VehicleArchive.h"
+#include "vehicles/VersionComparison.h"
+
+namespace torv {
+namespace {
+
+constexpr auto currentKey = "current_vehicle";
+constexpr auto vehiclesKey = "vehicles";
+constexpr auto manifestPath = "/itorvv2/update.json";
+
+UserDefaults& defaults() {
+    return Platform::current().userDefaults();
+}
+
+struct Server {
+    std::mutex mutex;
+    std::string url = VehicleDataSource::defaultUpdateServer;
+};
+
+Server& server() {
+    static Server instance;
+    return instance;
+}
+
+/// What is stored under the key; nothing when nothing is, or nothing that can be read.
+std::optional<std::vector<Vehicle>> storedUnder(const char* key) {
+    const auto stored = defaults().objectForKey(key);
+    if (stored.isNull()) return std::nullopt;
+    std::string error = "it is no text";
+    auto vehicles = stored.text() ? vehiclesFromArchive(*stored.text(), error) : std::nullopt;
+    if (vehicles && vehicles->empty()) {
+        error = "it holds no vehicle";
+        vehicles.reset();
+    }
+    if (!vehicles) setAsideUnreadable(key, stored, error);
+    return vehicles;
+}
+
+void archiveUnder(const char* key, std::span<const Vehicle> vehicles) {
+    defaults().setObjectForKey(archivedVehicles(vehicles), key);
+}
+
+std::optional<std::string> utf8Text(const Data& data) {
+    std::string text{data.begin(), data.end()};
+    if (!isUtf8(text)) return std::nullopt;
+    return text;
+}
+
+}  // namespace
+
+void VehicleDataSource::setUpdateServer(std::string url) {
+    while (url.ends_with('/'))
+        url.pop_back();
+    const std::scoped_lock lock{server().mutex};
+    server().url = std::move(url);
+}
+
+std::string VehicleDataSource::updateServer() {
+    const std::scoped_lock lock{server().mutex};
+    return server().url;
+}
+
+Vehicle VehicleDataSource::currentVehicle() {
+    if (const auto stored = storedUnder(currentKey)) return stored->front();
+    std::string error;
+    auto vehicle = vehicleFromFileOrShipped({}, error);
+    if (!vehicle) {
+        logLine(error);
+        return {};
+    }
+    setCurrentVehicle(*vehicle);
+    return *vehicle;
+}
+
+void VehicleDataSource::setCurrentVehicle(const Vehicle& vehicle) {
+    archiveUnder(currentKey, {&vehicle, 1});
+}
+
+std::vector<Vehicle> VehicleDataSource::storedVehicles() {
+    if (auto stored = storedUnder(vehiclesKey)) return std::move(*stored);
+    std::vector<Vehicle> vehicles{currentVehicle()};
+    archiveUnder(vehiclesKey, vehicles);
+    return vehicles;
+}
+
+std::vector<Vehicle> VehicleDataSource::remoteVehicles() {
+    const auto url = updateServer() + manifestPath;
+    const auto data = dataOfURL(url);
+    if (!data) return {};
+    const auto text = utf8Text(*data);
+    const auto manifest = vehicleInfo(text);
+    if (!manifest || !manifest->array()) {
+        logLine(url + (text ? " is no list of vehicles" : " is not UTF-8"));
+        return {};
+    }
+    std::vector<Vehicle> vehicles;
+    for (const auto& element : manifest->elements()) {
+        const auto* entry = element.dictionary();
+        auto vehicle = entry ? Vehicle::vehicleFromDictionary(*entry) : Vehicle{};
+        if (vehicle.name()) {
+            vehicles.push_back(std::move(vehicle));
+        } else {
+            // Without a name it equals no vehicle, and would be added anew each time.
+            logLine(url + " has an entry without a name, which is passed over");
+        }
+    }
+    return vehicles;
+}
+
+std::vector<Vehicle> VehicleDataSource::vehicles() {
+    auto merged = storedVehicles();
+    if (Reachability::isInternetAvailable()) {
+        logLine("inetavailable");
+        const auto current = currentVehicle();
+        VersionComparison comparison;
+        for (auto& remote : remoteVehicles()) {
+            const auto stored = std::find_if(merged.begin(), merged.end(),
+                                             [&](const Vehicle& v) { return v.isEqual(remote); });
+            if (stored == merged.end()) {
+                logLine("contains vehicles");  // the opposite is meant; whoever reads the log knows it so
+                merged.push_back(std::move(remote));
+                continue;
+            }
+            if (comparison.isNewer(stored->version(), remote.version())) {
+                stored->setUrl(remote.url());
+                if (stored->info().empty()) {
+                    stored->setVersion(remote.version());
+                } else {
+                    stored->setUpdateAvailable(true);
+                }
+            }
+            if (stored->isEqual(current)) setCurrentVehicle(*stored);
+        }
+        archiveUnder(vehiclesKey, merged);
+    }
+    std::stable_sort(merged.begin(), merged.end(),
+                     [](const Vehicle& a, const Vehicle& b) { return a.name() < b.name(); });
+    return merged;
+}
+
+std::optional<Value> VehicleDataSource::vehicleInfo(std::optional<std::string_view> text) {
+    return SBJSON{}.objectWithString(text);
+}
+
+void VehicleDataSource::saveVehicle(const Vehicle& vehicle) {
+    auto stored = storedVehicles();
+    std::erase_if(stored, [&](const Vehicle& v) { return v.isEqual(vehicle); });
+    stored.push_back(vehicle);
+    archiveUnder(vehiclesKey, stored);
+    defaults().synchronize();
+}
+
+bool VehicleDataSource::updateVehicle(Vehicle& vehicle) {
+    if (!vehicle.url()) return false;
+    logLine(*vehicle.url());
+    const auto data = dataOfURL(*vehicle.url());
+    if (!data) return false;
+    auto info = vehicleInfo(utf8Text(*data));
+    if (!info || !info->dictionary()) logLine(*vehicle.url() + " holds no profile");
+    auto document = info && info->dictionary() ? std::move(*info->dictionary()) : Dictionary{};
+    vehicle.setUpdateAvailable(false);
+    vehicle.setVersion(document["version"].textValue());
+    vehicle.setDTC(document["DTC"].textValue());
+    vehicle.setInfo(ProfileInfo{std::move(document)});
+    saveVehicle(vehicle);
+    return true;
+}
+
+}  // namespace torv

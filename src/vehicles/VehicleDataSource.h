@@ -1,0 +1,48 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "vehicles/Vehicle.h"
+
+namespace torv {
+
+/// Knows which profile is the current one, which are stored, and which the update server offers, and merges
+/// the last two.
+///
+/// No state of its own but the server's address: all lives in the user defaults "current_vehicle" and
+/// "vehicles", in the profile that ships, and on the server. Every call gives new objects. `remoteVehicles`,
+/// `vehicles` and `updateVehicle` block for as long as the network takes; `vehicles` may run on a background
+/// thread. Reading, merging and writing the list is not guarded against a `saveVehicle` in between.
+class VehicleDataSource final {
+public:
+    static constexpr auto defaultUpdateServer = "http://update.itorv.example";
+
+    /// "http://host[:port]"; the manifest is at /itorvv2/update.json there.
+    static void setUpdateServer(std::string url);
+    [[nodiscard]] static std::string updateServer();
+
+    /// The profile that ships, at the first use. An unreadable archive is set aside.
+    [[nodiscard]] static Vehicle currentVehicle();
+    static void setCurrentVehicle(const Vehicle& vehicle);
+    /// The current one alone, at the first use.
+    [[nodiscard]] static std::vector<Vehicle> storedVehicles();
+    /// Without documents; empty when the manifest can't be had.
+    [[nodiscard]] static std::vector<Vehicle> remoteVehicles();
+    /// Stored and remote vehicles in one list, by name. Without a network the stored ones, and nothing is
+    /// written. A stored vehicle whose version on the server is newer takes the address from there, and an
+    /// update mark if it has a document, else the version.
+    [[nodiscard]] static std::vector<Vehicle> vehicles();
+    /// What the text holds, a dictionary or a list; nothing when it is no JSON.
+    [[nodiscard]] static std::optional<Value> vehicleInfo(std::optional<std::string_view> text);
+    /// In place of the stored one of that name, at the end of the list.
+    static void saveVehicle(const Vehicle& vehicle);
+    /// Downloads the document into the vehicle and stores it. With no address, or nothing to be had there,
+    /// the vehicle stays as it is. A document that is no JSON empties it, and so it is stored. True when
+    /// something came.
+    static bool updateVehicle(Vehicle& vehicle);
+};
+
+}  // namespace torv
