@@ -1,10 +1,10 @@
 // What the window costs at 200 updates a second, with the software renderer: processor time of the program,
 // and how often the scene is drawn while the shown values move, stand still, and stay away.
 
-#include <sys/resource.h>
 #include <unistd.h>
 
 #include <QCoreApplication>
+#include <QEventLoop>
 #include <QFile>
 #include <QGuiApplication>
 #include <QProcess>
@@ -13,10 +13,12 @@
 #include <QQuickWindow>
 #include <QTemporaryDir>
 #include <QTimer>
+#include <array>
 #include <chrono>
 #include <cstdio>
 #include <memory>
 #include <optional>
+#include <string>
 
 #include "app/ConnectionStatus.h"
 #include "bench/Bench.h"
@@ -68,7 +70,7 @@ std::optional<double> loadOf(qint64 process) {
 }
 
 void printLoad(const char* what, double percent) {
-    std::printf("%-52s %6.1f %% of one core   limit 25\n", what, percent);
+    std::printf("%-52s %7.1f %% of one core   limit 25\n", what, percent);
 }
 
 /// The program as it is started by a user, and the bench beside it.
@@ -78,23 +80,26 @@ int measureProgram() {
     QProcess program;
     program.setProcessChannelMode(QProcess::MergedChannels);
     module.start(folder + "/itorv-bench",
-                 {"--rate", QString::number(rate), "--port", "0", "--quiet", "--profile", profile});
+                 {"--rate", QString::number(rate), "--port", "0", "--profile", profile});
     if (!module.waitForReadyRead()) return fail("itorv-bench does not start");
-    const auto port = module.readAllStandardOutput().trimmed().split(' ').last();
+    const auto port = module.readLine().trimmed().split(' ').last();
     program.start(folder + "/itorv", {"--offscreen", "--profile", profile, "--module", "127.0.0.1:" + port});
     if (!program.waitForStarted()) return fail("itorv does not start");
     runFor(warmUp);
     const auto load = loadOf(program.processId());
+    const auto events = module.readAllStandardOutput();
+    const bool connected = events.contains("handset connected") && !events.contains("handset gone");
     for (auto* process : {&program, &module}) {
         process->terminate();
         process->waitForFinished();
     }
     if (!load) return fail("itorv ended by itself: " + program.readAll().toStdString());
+    if (!connected) return fail("itorv did not stay connected");
     printLoad("itorv as it starts, 200 frames a second", *load);
     return 0;
 }
 
-/// What stands in the way of a redraw, one after the other; nothing takes an earlier one back.
+/// What the module does, one phase after the other; none takes back an earlier one.
 struct Phase {
     const char* name;
     void (*begin)(bench::Bench&);
@@ -148,8 +153,8 @@ int measureLiveList() {
         const auto load = loadOf(QCoreApplication::applicationPid());
         const auto frames = module.statistics().framesSent - framesBefore;
         if (&phase == &phases.front()) printLoad("live list and bench in one process, values moving", *load);
-        std::printf("redraws in 10 s, %-35s %6d               limit %s   (%llu frames received)\n",
-                    phase.name, redraws, phase.limit, static_cast<unsigned long long>(frames));
+        std::printf("redraws in 10 s: %-38s %3d   limit %s   (%llu frames received)\n", phase.name, redraws,
+                    phase.limit, static_cast<unsigned long long>(frames));
     }
     return 0;
 }

@@ -69,8 +69,9 @@ void setPropertiesFromDictionary(Object& object, const Dictionary& dictionary,
         const auto name = capitalizeFirstLetterUpper(key, true);
         for (const auto& property : properties) {
             if (property.name != name) continue;
-            const bool goOn = std::visit(
-                [&](auto member) { return property_detail::assign(object.*member, value); }, property.member);
+            const bool goOn =
+                std::visit([&, &given = value](auto member) { return property_detail::assign(object.*member, given); },
+                           property.member);
             if (!goOn) return;
         }
     }

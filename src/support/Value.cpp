@@ -78,7 +78,7 @@ void Dictionary::set(std::string key, Value value) {
         return;
     }
     m_members.push_back({std::move(key), std::move(value)});
-    if (m_members.size() <= smallSize) return;
+    if (m_index.empty() && m_members.size() <= smallSize) return;
     if (m_members.size() * 2 > m_index.size()) {
         rebuildIndex(std::max(m_index.size() * 2, 4 * smallSize));
     } else {

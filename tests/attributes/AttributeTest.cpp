@@ -335,7 +335,8 @@ TEST_F(VehicleTest, TheShippedProfileIsWhole) {
     }
     for (const auto& a : vehicle->settings()) {
         EXPECT_TRUE(a.formatter->dataFromAV(nullptr)) << "a setting with nothing stored, " << a.aid;
-        EXPECT_TRUE(!a.optionValues || textsOfList(a.optionValues).size() == textsOfList(a.options).size()) << a.aid;
+        EXPECT_TRUE(!a.optionValues || textsOfList(a.optionValues).size() == textsOfList(a.options).size())
+            << a.aid;
     }
 }
 

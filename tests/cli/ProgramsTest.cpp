@@ -65,7 +65,7 @@ TEST(Programs, BadArgumentsGetOneLineAndTheCodeTwo) {
         {"itorv", {"--offscreen", "--after", "never"}},
         {"itorv", {"--offscreen", "--size", "0x0"}},
         {"itorv", {"--offscreen", "--profile", broken}},
-        {"itorv", {"--offscreen", "what"}},
+        {"itorv", {"--offscreen", "what", "else"}},
         {"itorv-bench", {"--port", "65536"}},
     };
     for (const auto& [program, arguments] : rows) {

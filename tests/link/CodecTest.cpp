@@ -110,8 +110,7 @@ TEST_F(CodecTest, ParsesAndBuildsTheWorkedFrames) {
         clear();
         std::uint32_t parsedType = 0;
         Bytes parsed;
-        EXPECT_EQ(parse(padded(bytes), parsedType, parsed),
-                  slots.empty() ? partial : complete);
+        EXPECT_EQ(parse(padded(bytes), parsedType, parsed), slots.empty() ? partial : complete);
         EXPECT_EQ(parsedType, type);
         EXPECT_EQ(parsed, aids);
         for (const auto& slot : slots) {
@@ -216,12 +215,7 @@ TEST_F(CodecTest, UnpacksEvenOddPayloads) {
          {{219, "01020304"}, {220, "0209"}}},
         {"seven items", 0, "0101020203030404050506060707", complete, "01020304050607", {}},
         {"an AID twice", 1, "09 01 09 02", complete, "09 09", {{9, "02"}}},
-        {"14 AIDs",
-         2,
-         "010203040506070809C8DCFEFF00",
-         partial,
-         "010203040506070809C8DCFEFF00",
-         {{9, ""}}},
+        {"14 AIDs", 2, "010203040506070809C8DCFEFF00", partial, "010203040506070809C8DCFEFF00", {{9, ""}}},
     };
     for (const auto& [name, type, payload, result, aids, slots] : rows) {
         SCOPED_TRACE(name);

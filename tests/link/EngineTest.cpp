@@ -148,12 +148,7 @@ TEST_F(EngineTest, DispatchesByType) {
         Results sends;
     } rows[] = {
         {"write", framed(0, {9, 1}), x2comFrameComplete, {9}, 1, {x2comTxAckSent, x2comTxIdle}},
-        {"cut short",
-         framed(0, {9, 2, 100}),
-         x2comFramePartial,
-         {9, 100},
-         2,
-         {x2comTxAckSent, x2comTxIdle}},
+        {"cut short", framed(0, {9, 2, 100}), x2comFramePartial, {9, 100}, 2, {x2comTxAckSent, x2comTxIdle}},
         {"write of nothing", framed(0, {}), x2comFramePartial, {}, 2, {x2comTxIdle}},
         {"push A", framed(1, {9, 3}), x2comFrameComplete, {9}, 3, {x2comTxIdle}},
         {"ack that nothing awaits", framed(2, {9}), x2comFrameGood, {}, 3, {x2comTxIdle}},

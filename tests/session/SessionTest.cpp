@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "fakes/FakePlatform.h"
+#include "fakes/Frames.h"
 #include "fakes/FreshEngine.h"
 #include "session/iTorvFeeder.h"
 
@@ -15,13 +16,7 @@ namespace {
 using namespace torv;
 using namespace std::chrono_literals;
 using fakes::Bytes;
-
-/// A frame with its CRC, spelt out byte by byte from header and payload.
-Bytes frame(std::initializer_list<std::uint8_t> body) {
-    Bytes bytes{body};
-    bytes.push_back(x2comCrc8(bytes.data(), static_cast<std::uint8_t>(bytes.size())));
-    return bytes;
-}
+using fakes::frame;
 
 const Bytes push = frame({0x13, 10, 0x2A});              // AID 10 is 42
 const Bytes otherPush = frame({0x14, 100, 0x12, 0x34});  // AID 100 is 0x3412

@@ -1,0 +1,204 @@
+// Application control in virtual time, with a module that the test plays.
+#include <gtest/gtest.h>
+
+#include <fstream>
+#include <map>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "app/iTorvAppDelegate.h"
+#include "attributes/AVVehicleSpeedFormatter.h"
+#include "fakes/FakePlatform.h"
+#include "fakes/Frames.h"
+#include "fakes/FreshEngine.h"
+#include "vehicles/VehicleDataSource.h"
+
+namespace {
+
+using namespace torv;
+using namespace std::chrono_literals;
+using fakes::Bytes;
+using fakes::frame;
+
+Dictionary setting(int aid, const char* minimum, int formatter) {
+    return {{"aid", Number::fromInteger(aid)},
+            {"name", "Setting " + std::to_string(aid)},
+            {"minValue", Number{minimum}},
+            {"formatter", Number::fromInteger(formatter)},
+            {"multiplyFactor", Number::fromInteger(1)}};
+}
+
+Vehicle truck(const char* name, Array settings) {
+    Vehicle vehicle;
+    vehicle.setName(name);
+    vehicle.setInfo(ProfileInfo{Dictionary{{"parameters", Dictionary{{"settings", std::move(settings)}}}}});
+    return vehicle;
+}
+
+struct Observer final : iTorvAppDelegateDelegate {
+    void iTorvAppDelegateDidChangeCurrentVehicle(iTorvAppDelegate& app) override {
+        heard += app.feeder()->feeding() ? "VEHICLE " : "vehicle ";
+    }
+    void iTorvAppDelegateDidChangeWarningSensors(iTorvAppDelegate& app) override {
+        heard += app.feeder()->feeding() ? "SENSORS " : "sensors ";
+    }
+    std::string heard;
+};
+
+class AppDelegateTest : public testing::Test {
+protected:
+    AppDelegateTest() {
+        fakes::freshenEngine();
+        replay = platform.notificationCenter().addObserver(
+            "sendNotification", [this] { replayedAt.push_back(platform.loop.time()); });
+    }
+
+    void launch(const Vehicle& vehicle, std::optional<std::string> url = {}) {
+        VehicleDataSource::setCurrentVehicle(vehicle);
+        app = std::make_shared<iTorvAppDelegate>();
+        app->applicationDidFinishLaunchingWithOptions({.connection = {}, .url = std::move(url)},
+                                                      [&] { pageMade = !platform.opened.empty(); });
+    }
+    /// Three chunks; then every write is recorded and, if the module is kind, acknowledged.
+    void connect(bool acknowledges = true) {
+        auto& stream = platform.stream();
+        stream.onWrite = [this, acknowledges](const Bytes& sent) {
+            writes.push_back(sent);
+            if (!acknowledges) return;
+            platform.stream().feed(frame({0x22, sent[1]}));
+            platform.stream().feed(frame({0x13, 10, 1}));
+        };
+        for (int i = 0; i < 3; ++i) {
+            stream.feed(frame({0x13, 10, 1}));
+            platform.loop.runWork();
+        }
+    }
+
+    fakes::FakePlatform platform;
+    NotificationCenter::Observation replay;
+    std::vector<std::chrono::milliseconds> replayedAt;
+    std::vector<Bytes> writes;
+    bool pageMade = false;
+    std::shared_ptr<iTorvAppDelegate> app;
+};
+
+TEST_F(AppDelegateTest, LaunchConnectsBeforeThePageIsMade) {
+    launch(truck("Truck", {}));
+    EXPECT_TRUE(pageMade);
+    EXPECT_TRUE(app->feeder()->feeding());
+    EXPECT_FALSE(app->connected());
+    EXPECT_TRUE(app->connectionErrorMessageAllowed());
+}
+
+TEST_F(AppDelegateTest, ANewVehicleGetsItsLowestValuesTwiceEach) {
+    launch(truck("Truck",
+                 {setting(95, "2800.9", 0), setting(152, "30", 7), setting(4, "1", 3), setting(2, "1", 99)}));
+    connect();
+    EXPECT_TRUE(app->connected());
+    EXPECT_EQ(writes, (std::vector<Bytes>{frame({0x04, 95, 0xF0, 0x0A}), frame({0x04, 95, 0xF0, 0x0A}),
+                                          frame({0x05, 152, 0, 30, 0}), frame({0x05, 152, 0, 30, 0})}));
+    const auto stored = SettingValueStore::load(app->currentVehicle());
+    ASSERT_TRUE(stored);
+    EXPECT_EQ(stored->size(), 2U);
+    const auto shown = app->formattedValueForSetting(app->currentVehicle().settings()[1]);
+    ASSERT_TRUE(shown);
+    EXPECT_EQ(shown->value, "30");
+    EXPECT_EQ(shown->flags, 9);
+
+    ASSERT_TRUE(replayedAt.empty());
+    const auto connectedAt = platform.loop.time();
+    platform.loop.runFor(500ms);
+    ASSERT_EQ(replayedAt.size(), 1U);
+    EXPECT_EQ(replayedAt[0] - connectedAt, 500ms);
+
+    writes.clear();
+    platform.stream().lose();
+    platform.loop.runWork();
+    EXPECT_TRUE(app->connected());  // a loss is told to nobody
+    connect();
+    EXPECT_TRUE(writes.empty());  // what is stored is not written again
+    platform.loop.runFor(500ms);
+    EXPECT_EQ(replayedAt.size(), 2U);
+}
+
+TEST_F(AppDelegateTest, DefaultsAreStoredWhetherOrNotTheModuleTakesThem) {
+    launch(truck("Truck", {setting(95, "2800", 0)}));
+    connect(false);
+    EXPECT_TRUE(SettingValueStore::load(app->currentVehicle()));
+    EXPECT_EQ(std::count(writes.begin(), writes.end(), frame({0x04, 95, 0xF0, 0x0A})), 42);
+}
+
+TEST_F(AppDelegateTest, FailuresBuildOneAlertThatNobodySees) {
+    launch(truck("Truck", {}));
+    platform.loop.runFor(20s);
+    EXPECT_EQ(app->disconnectedWarning(), nullptr);
+    app->setConnectionErrorMessageAllowed(false);
+    platform.loop.runFor(2s);
+    EXPECT_EQ(app->disconnectedWarning(), nullptr);
+    app->setConnectionErrorMessageAllowed(true);
+    platform.loop.runFor(3s);
+    const auto first = app->disconnectedWarning();
+    ASSERT_NE(first, nullptr);
+    EXPECT_EQ(first->title(), "Connection Error");
+    EXPECT_TRUE(first->message().endsWith("connect to the iVolte network. Then re-launch this app"));
+    platform.loop.runFor(9s);
+    EXPECT_EQ(app->disconnectedWarning(), first);
+    connect();
+    EXPECT_TRUE(app->connected());
+    EXPECT_FALSE(app->connectionErrorMessageShown());
+    EXPECT_EQ(app->disconnectedWarning(), nullptr);
+    app->iTorvFeederDidFailToConnect(*app->feeder());
+    EXPECT_FALSE(app->connected());
+    EXPECT_NE(app->disconnectedWarning(), first);
+}
+
+TEST_F(AppDelegateTest, ObserversHearOfAChangeWhileNothingIsFed) {
+    launch(truck("Truck", {}));
+    Observer kept;
+    Observer gone;
+    app->addDelegate(&kept);
+    app->addDelegate(&gone);
+    app->removeDelegate(&gone);
+    app->refreshWarningSensors();
+    app->setCurrentVehicle(truck("Other", {}));
+    EXPECT_EQ(kept.heard, "sensors vehicle sensors ");
+    EXPECT_EQ(gone.heard, "");
+    EXPECT_TRUE(app->feeder()->feeding());
+    EXPECT_EQ(app->currentVehicle().name(), "Other");
+}
+
+TEST_F(AppDelegateTest, TheStockTireSizeIsTakenOnlyWithStoredSettings) {
+    platform.defaults.setObjectForKey(Value{"31.5"}, "STOCK_TIRE_SIZE");
+    AVVehicleSpeedFormatter::setStockTireSize("1");
+    launch(truck("Truck", {setting(95, "1", 0)}));
+    EXPECT_EQ(AVVehicleSpeedFormatter::stockTireSize(), "1");
+    connect();
+    app->configureZephrelaneFeatures();
+    EXPECT_EQ(AVVehicleSpeedFormatter::stockTireSize(), "31.5");
+    EXPECT_EQ(AVVehicleSpeedFormatter::currentTireSize(), "31.5");
+}
+
+TEST_F(AppDelegateTest, AFileURLIsKeptForTheImport) {
+    const auto file = testing::TempDir() + "profile to import.json";
+    std::ofstream{file} << R"({"a": 1})";
+    launch(truck("Truck", {}), "file://" + file);
+    ASSERT_TRUE(app->importVehicleInfo());
+    EXPECT_EQ((*app->importVehicleInfo())["a"].intValue(), 1);
+    for (const auto* other : {"http://example.com/a.json", "file:///no/such/file", "file:///", "nonsense"}) {
+        launch(truck("Truck", {}), other);
+        EXPECT_FALSE(app->importVehicleInfo()) << other;
+        EXPECT_TRUE(pageMade);
+    }
+}
+
+TEST_F(AppDelegateTest, AMemoryWarningClearsTheLog) {
+    launch(truck("Truck", {}));
+    app->applicationDidReceiveMemoryWarning();
+    EXPECT_FALSE(app->dataLoggingDict());
+    app->dataLoggingDict() = Dictionary{{"78max", Number::fromInteger(1)}};
+    app->applicationDidReceiveMemoryWarning();
+    EXPECT_TRUE(app->dataLoggingDict()->empty());
+}
+
+}  // namespace
