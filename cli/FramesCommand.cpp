@@ -15,8 +15,8 @@ using namespace torv;
 namespace {
 
 constexpr std::array<const char*, 6> typeNames{"write", "push A", "ack", "push B", "request", "response"};
-constexpr std::array<const char*, 8> resultNames{"idle",    "complete", "partial",        "good",
-                                                 "bad CRC", "empty",    "response taken", "ack taken"};
+constexpr std::array<const char*, 8> resultNames{
+    "0 idle", "1 complete", "2 partial", "3 good", "4 bad CRC", "5 empty", "6 response taken", "7 ack taken"};
 
 std::string itemsText(std::span<const std::uint8_t> payload, bool isList) {
     std::string text;

@@ -41,6 +41,11 @@ void Handset::run() {
     }
 }
 
+void Handset::limitTime() {
+    auto& loop = Platform::current().runLoop();
+    loop.scheduleTimer(m_arguments.timeout, false, [&loop](Timer&) { loop.quit(); });
+}
+
 std::int64_t Handset::elapsed() const {
     const auto time = Platform::current().runLoop().now() - m_start;
     return std::chrono::duration_cast<std::chrono::milliseconds>(time).count();
@@ -84,11 +89,20 @@ Reading readingOf(const TorvAttribute& attribute, AV value, std::int64_t millise
     reading.value = data->value;
     reading.flags = data->flags;
     reading.warning = attribute.isInWarning(static_cast<double>(floatValue(data->value)));
-    if (std::dynamic_pointer_cast<AVGearFormatter>(attribute.formatter)) {
-        const auto code = intValue(data->value);
-        if (code > ' ' && code < 127) reading.value = std::string(1, static_cast<char>(code));
-    }
+    reading.isCharacter = std::dynamic_pointer_cast<AVGearFormatter>(attribute.formatter) != nullptr;
     return reading;
+}
+
+std::string shownValue(const Reading& reading) {
+    const auto code = intValue(reading.value);
+    const bool character = reading.isCharacter && code > ' ' && code < 127;
+    return printable(character ? std::string(1, static_cast<char>(code)) : reading.value);
+}
+
+std::string printable(std::string text) {
+    std::replace_if(
+        text.begin(), text.end(), [](unsigned char c) { return c < ' ' || c == 0x7F; }, ' ');
+    return text;
 }
 
 std::string jsonLine(const Reading& reading) {
@@ -103,8 +117,8 @@ std::string jsonLine(const Reading& reading) {
 }
 
 std::string plainText(const Reading& reading) {
-    return reading.name + ": " + reading.value + (reading.unit.empty() ? "" : " " + reading.unit) +
-           (reading.warning ? "  WARNING" : "");
+    return printable(reading.name) + ": " + shownValue(reading) +
+           (reading.unit.empty() ? "" : " " + printable(reading.unit)) + (reading.warning ? "  WARNING" : "");
 }
 
 }  // namespace itorvctl

@@ -24,6 +24,9 @@ public:
     [[nodiscard]] bool connect();
     /// Turns the loop until the command's time is over or the program is to end.
     void run();
+    /// Ends what waits for the module when the time is over; a link that is lost in mid-command would be
+    /// waited for without end.
+    void limitTime();
     /// Milliseconds since this handset was made.
     [[nodiscard]] std::int64_t elapsed() const;
 
@@ -50,6 +53,7 @@ struct Reading {
     std::string unit;
     std::int32_t flags = 0;
     bool warning = false;
+    bool isCharacter = false;  ///< the value is the code of a character, as of a gear
     std::int64_t milliseconds = 0;
 };
 
@@ -57,5 +61,9 @@ struct Reading {
                                 std::int64_t milliseconds);
 [[nodiscard]] std::string jsonLine(const Reading& reading);
 [[nodiscard]] std::string plainText(const Reading& reading);
+/// The value as a person reads it.
+[[nodiscard]] std::string shownValue(const Reading& reading);
+/// Without control characters: names come from documents, and terminals obey.
+[[nodiscard]] std::string printable(std::string text);
 
 }  // namespace itorvctl

@@ -49,10 +49,10 @@ public:
     explicit TableDisplay(const std::vector<TorvAttribute>& sensors) {
         for (const auto& sensor : sensors) {
             m_rows.push_back({.aid = sensor.aid,
-                              .name = sensor.name.value_or(std::string{}),
+                              .name = printable(sensor.name.value_or(std::string{})),
                               .raw = {},
                               .value = "-",
-                              .unit = unitText(sensor)});
+                              .unit = printable(unitText(sensor))});
         }
         std::fputs("\033[2J", stdout);
         m_timer =
@@ -62,7 +62,9 @@ public:
 
     void show(const Reading& reading) override {
         for (auto& row : m_rows) {
-            if (row.aid == reading.aid) row = reading;
+            if (row.aid != reading.aid) continue;
+            row.value = shownValue(reading);
+            row.warning = reading.warning;
         }
     }
 
@@ -84,15 +86,15 @@ private:
 };
 
 /// Decodes on the main thread: a slow terminal must not hold up the reading thread.
-class SensorReader final : public iTorvReader {
+class SensorReader final : public iTorvReader, public std::enable_shared_from_this<SensorReader> {
 public:
     SensorReader(TorvAttribute sensor, const Handset& handset, std::shared_ptr<Display> display)
         : m_sensor(std::move(sensor)), m_handset(handset), m_display(std::move(display)) {}
 
     void readAid(std::span<std::uint8_t> bytes, AID aid) override {
         Platform::current().runLoop().performOnMainThread(
-            [this, value = AV::forAID(aid, bytes), milliseconds = m_handset.elapsed()] {
-                m_display->show(readingOf(m_sensor, value, milliseconds));
+            [self = shared_from_this(), value = AV::forAID(aid, bytes), milliseconds = m_handset.elapsed()] {
+                self->m_display->show(readingOf(self->m_sensor, value, milliseconds));
             });
     }
     [[nodiscard]] std::int32_t priority() const override { return 0; }

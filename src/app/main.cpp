@@ -14,9 +14,12 @@
 #include <string>
 
 #include "app/ConnectionStatus.h"
+#include "app/StartTimes.h"
 #include "app/iTorvAppDelegate.h"
 #include "diagnostics/GroupsViewController.h"
 #include "platform/Log.h"
+#include "platform/real/LoopbackOnly.h"
+#include "platform/real/MemoryPressure.h"
 #include "platform/real/QuitSignals.h"
 #include "platform/real/RealPlatform.h"
 #include "platform/real/SystemLog.h"
@@ -39,6 +42,7 @@ struct Options {
     QString screenshot;
     std::chrono::milliseconds after{2000};
     std::optional<QSize> size;
+    bool logTimes = false;
 };
 
 int refuse(const std::string& why) {
@@ -81,6 +85,7 @@ std::optional<std::string> readArguments(const QCoreApplication& application, Op
         {"size", "Size of the window in pixels (1136x640).", "WIDTHxHEIGHT"},
         {"screenshot", "Save a picture of the window (PNG) and end.", "FILE"},
         {"after", "Seconds until that picture is taken (2).", "SECONDS", "2"},
+        {"log-times", "Log how long the first frame and the first value took."},
     });
     if (!parser.parse(application.arguments())) return parser.errorText().toStdString();
     if (parser.isSet("help")) parser.showHelp(0);
@@ -109,6 +114,7 @@ std::optional<std::string> readArguments(const QCoreApplication& application, Op
     }
     options.profile = parser.value("profile").toStdString();
     options.screenshot = parser.value("screenshot");
+    options.logTimes = parser.isSet("log-times");
     bool isNumber = false;
     const double seconds = parser.value("after").toDouble(&isNumber);
     if (!isNumber || !(seconds >= 0) || seconds > 86400)
@@ -122,16 +128,17 @@ std::optional<std::string> readArguments(const QCoreApplication& application, Op
 }
 
 void takeScreenshotLater(RunLoop& loop, QQuickWindow& window, const Options& options) {
-    loop.scheduleTimer(options.after, false, [&window, file = options.screenshot](Timer&) {
+    loop.scheduleTimer(options.after, false, [&loop, &window, file = options.screenshot](Timer&) {
         const bool saved = window.grabWindow().save(file, "PNG");
         if (!saved) std::fprintf(stderr, "itorv: the picture could not be saved as %s\n", qPrintable(file));
-        QCoreApplication::exit(saved ? 0 : screenshotFailed);
+        loop.quit(saved ? 0 : screenshotFailed);
     });
 }
 
 }  // namespace
 
 int main(int argc, char** argv) {
+    const auto begin = StartTimes::Clock::now();
     qInstallMessageHandler(
         [](QtMsgType, const QMessageLogContext&, const QString& message) { logLine(message.toStdString()); });
     chooseOffscreen(argc, argv);
@@ -143,6 +150,9 @@ int main(int argc, char** argv) {
     Options options;
     if (const auto why = readArguments(application, options)) return refuse(*why);
 
+    if (QGuiApplication::platformName() == "vnc" && !keepListenersOnLoopback()) {
+        return refuse("the window could not be kept off the network");
+    }
     startSystemLog("itorv", LogTerminal::yes);
     RealPlatform platform;
     Platform::install(&platform);
@@ -158,6 +168,7 @@ int main(int argc, char** argv) {
     }
 
     const auto control = std::make_shared<iTorvAppDelegate>();
+    const MemoryPressure pressure{[&] { control->applicationDidReceiveMemoryWarning(); }};
     std::unique_ptr<ConnectionStatus> status;
     std::unique_ptr<NavigationController> navigation;
     std::unique_ptr<Stage> stage;
@@ -173,6 +184,8 @@ int main(int argc, char** argv) {
     if (engine.rootObjects().isEmpty()) return refuse("the window could not be made");
     auto* window = qobject_cast<QQuickWindow*>(engine.rootObjects().first());
     if (options.size) window->resize(*options.size);
+    std::optional<StartTimes> times;
+    if (options.logTimes) times.emplace(begin, *window, *navigation);
     if (!options.screenshot.isEmpty()) takeScreenshotLater(platform.runLoop(), *window, options);
     return QGuiApplication::exec();
 }

@@ -94,7 +94,7 @@ void setList(x2comAIDList& list, std::span<const std::uint8_t> aids) {
     std::copy_n(aids.begin(), list.count, list.aids.begin());
 }
 
-void popChunk(x2comFrame& buffer) {
+void x2comPopChunk(x2comFrame& buffer) {
     auto& e = engine();
     const std::scoped_lock lock{e.chunksMutex};
     if (e.rxChunks.empty()) return;
@@ -104,7 +104,7 @@ void popChunk(x2comFrame& buffer) {
     e.rxChunks.pop_front();
 }
 
-bool hasChunk() {
+bool x2comHasChunk() {
     auto& e = engine();
     const std::scoped_lock lock{e.chunksMutex};
     return !e.rxChunks.empty();
@@ -244,7 +244,7 @@ void x2comReset() {
         reply->owed = reply->more = false;
     e.write.busy = e.write.wait = false;
     e.read.wanted = e.read.busy = e.read.wait = false;  // `wanted` of the write channel is left as it is
-    popChunk(*e.rxCurrent);
+    x2comPopChunk(*e.rxCurrent);
 }
 
 void x2comPushChunk(const std::uint8_t* bytes, std::uint8_t length) {
@@ -258,12 +258,12 @@ void x2comPushChunk(const std::uint8_t* bytes, std::uint8_t length) {
 
 x2comResult x2comReceive(x2comAIDList& list) {
     list.count = 0;
-    if (!hasChunk()) return x2comRxIdle;
+    if (!x2comHasChunk()) return x2comRxIdle;
     auto& e = engine();
     ++e.badFrameCount;
     const auto& frame = *e.rxCurrent;
     e.rxCurrent = e.rxCurrent == &e.rxBufferA ? &e.rxBufferB : &e.rxBufferA;
-    popChunk(*e.rxCurrent);
+    x2comPopChunk(*e.rxCurrent);
     if (const auto check = x2comCheckFrame(frame.data(), x2comFrameLength(frame.data()));
         check != x2comFrameGood) {
         return check;

@@ -26,7 +26,9 @@ public:
     /// Waits until at least one event or timer has been handled. False once the application is
     /// quitting, then at once and without handling anything. Main thread; may nest.
     [[nodiscard]] virtual bool runOnce() = 0;
-    virtual void quit() = 0;
+    /// Ends every turn, nested ones too, and then the program with this code. Any thread.
+    virtual void quit(int code) = 0;
+    void quit() { quit(0); }
     [[nodiscard]] virtual Clock::time_point now() const = 0;
     [[nodiscard]] virtual bool isMainThread() const = 0;
 };

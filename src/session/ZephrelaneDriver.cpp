@@ -226,6 +226,7 @@ bool ZephrelaneDriver::requestValueForAID(std::int32_t aid) {
 bool ZephrelaneDriver::runExchange(RequestExchange request, std::int32_t aid, std::atomic<bool>& done,
                                    std::atomic<bool>& timedOut) {
     auto& loop = m_platform.runLoop();
+    if (!loop.isMainThread()) return false;
     const std::array<std::uint8_t, 1> aids{static_cast<std::uint8_t>(aid)};
     const auto accepted = [&] {
         const std::scoped_lock lock{m_exchangeMutex};
@@ -289,14 +290,18 @@ bool ZephrelaneDriver::canSend() {
 
 void ZephrelaneDriver::startX2comRespTimer() {
     if (m_respTimerRunning) return;
-    m_respTimer = m_platform.runLoop().scheduleTimer(
-        answerInterval, false, [this](Timer& timer) { x2comRespTimeoutHandler(timer); });
+    m_respTimer = m_platform.runLoop().scheduleTimer(answerInterval, false,
+                                                     [this, alive = std::weak_ptr{m_alive}](Timer& timer) {
+                                                         if (!alive.expired()) x2comRespTimeoutHandler(timer);
+                                                     });
     m_respTimerRunning = true;
 }
 
 void ZephrelaneDriver::startX2comAckTimer() {
     m_ackTimer = m_platform.runLoop().scheduleTimer(answerInterval, false,
-                                                    [this](Timer& timer) { x2comAckTimeoutHandler(timer); });
+                                                    [this, alive = std::weak_ptr{m_alive}](Timer& timer) {
+                                                        if (!alive.expired()) x2comAckTimeoutHandler(timer);
+                                                    });
     if (m_respTimer) m_respTimerRunning = true;
 }
 

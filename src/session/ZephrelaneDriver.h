@@ -30,7 +30,8 @@ namespace torv {
 /// reading thread. Two locks: the exchange lock lets one call into the engine run at a time and guards the
 /// two timers; the driver's lock guards the way out of frames and is held while the delegate hears of a
 /// message. Order: exchange, then driver. Neither is held while the main loop turns, nor across the
-/// delegate's calls on the main thread.
+/// delegate's calls on the main thread. The four timer notifications are posted under the exchange lock, so
+/// that an ack and its timer can't both win; an observer of them starts no exchange.
 class ZephrelaneDriver final : public x2comSink {
 public:
     explicit ZephrelaneDriver(ConnectionOptions options = {});
@@ -42,7 +43,7 @@ public:
     [[nodiscard]] ZephrelaneDriverDelegate* delegate() const { return m_delegate; }
     void setDelegate(ZephrelaneDriverDelegate* delegate) { m_delegate = delegate; }
 
-    /// Once.
+    /// Once. The blocking calls below are for the main thread; elsewhere they fail at once.
     void start();
     /// Does nothing while connected. Otherwise closes, opens and comes again in 3.0 s, without end.
     void reconnect();
@@ -133,6 +134,8 @@ private:
     std::atomic<bool> m_writeTimedOut{false};
     std::atomic<bool> m_readDone{false};
     std::atomic<bool> m_readTimedOut{false};
+    // Timers that nobody refers to any more may still run; they look here before they touch this object.
+    std::shared_ptr<char> m_alive = std::make_shared<char>();
     std::shared_ptr<Timer> m_ackTimer;
     std::shared_ptr<Timer> m_respTimer;
     bool m_respTimerRunning = false;

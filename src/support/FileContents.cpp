@@ -14,9 +14,10 @@ constexpr std::uintmax_t mostBytes = 16U << 20U;
 }  // namespace
 
 std::optional<std::string> contentsOfFile(const std::filesystem::path& file, std::string& error) {
+    // A pipe, for one, would be waited for without end.
     std::error_code code;
-    if (std::filesystem::is_directory(file, code)) {
-        error = file.string() + ": is a folder";
+    if (std::filesystem::exists(file, code) && !std::filesystem::is_regular_file(file, code)) {
+        error = file.string() + ": is not a regular file";
         return std::nullopt;
     }
     std::ifstream stream{file, std::ios::binary};

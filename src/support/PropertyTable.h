@@ -36,7 +36,13 @@ inline bool assign(std::optional<std::string>& member, const Value& value) {
 
 inline bool assign(ObjectProperty& member, const Value& value) {
     if (value.isNull()) return false;
-    member = value;
+    if (!value.text()) {
+        member = value;
+    } else if (auto decoded = percentDecoded(*value.text())) {
+        member = std::move(*decoded);
+    } else {
+        member = std::nullopt;
+    }
     return true;
 }
 
@@ -69,9 +75,9 @@ void setPropertiesFromDictionary(Object& object, const Dictionary& dictionary,
         const auto name = capitalizeFirstLetterUpper(key, true);
         for (const auto& property : properties) {
             if (property.name != name) continue;
-            const bool goOn =
-                std::visit([&, &given = value](auto member) { return property_detail::assign(object.*member, given); },
-                           property.member);
+            const bool goOn = std::visit(
+                [&, &given = value](auto member) { return property_detail::assign(object.*member, given); },
+                property.member);
             if (!goOn) return;
         }
     }

@@ -56,7 +56,7 @@ std::vector<TorvAttribute> Vehicle::sensors() const {
         if (!sensor.name) continue;
         const auto& entry = stored[*sensor.name].elements();
         if (entry.size() < 2) continue;
-        sensor.warningRule = entry[0].intValue();
+        sensor.warningRule = static_cast<std::int32_t>(entry[0].longLongValue());  // stored unsigned
         sensor.warningValue = entry[1].longLongValue();
     }
     return sensors;

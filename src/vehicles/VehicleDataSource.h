@@ -18,7 +18,7 @@ namespace torv {
 /// thread. Reading, merging and writing the list is not guarded against a `saveVehicle` in between.
 class VehicleDataSource final {
 public:
-    static constexpr auto defaultUpdateServer = "http://update.itorv.example";
+    static constexpr auto defaultUpdateServer = "http://update.example.com";
 
     /// "http://host[:port]"; the manifest is at /itorvv2/update.json there.
     static void setUpdateServer(std::string url);

@@ -3,7 +3,10 @@
 #include <cmath>
 #include <filesystem>
 #include <fstream>
+#include <map>
 #include <set>
+#include <sstream>
+#include <tuple>
 
 #include "JSON/SBJsonParser.h"
 #include "attributes/AVNumberFormatter.h"
@@ -71,91 +74,76 @@ TEST(Attribute, IsBlankWithoutKeys) {
 }
 
 TEST(Attribute, ConvertsOddDocuments) {
-    using A = TorvAttribute;
-    const auto text = [](const A::Text& value) { return value.value_or("nothing"); };
-    const auto& whole = [](auto value) { return std::to_string(value); };
-    const struct {
-        std::string document;
-        std::function<std::string(const A&)> field;
-        std::string expected;
-    } rows[] = {
-        {R"({"name": "Oil%20%41"})", [&](const A& a) { return text(a.name); }, "Oil A"},
-        {R"({"name": "100%"})", [&](const A& a) { return text(a.name); }, "nothing"},
-        {R"({"name": "%ff"})", [&](const A& a) { return text(a.name); }, "nothing"},
-        {R"({"Name": "n", "AID": 3})", [&](const A& a) { return text(a.name) + whole(a.aid); }, "n0"},
-        {R"({"name": "a", "Name": "b"})", [&](const A& a) { return text(a.name); }, "b"},
-        {R"({"name": 5})", [&](const A& a) { return text(a.name); }, "5"},
-        {R"({"category": "%41_1", "minmax": "%41"})",
-         [&](const A& a) { return text(a.category) + ' ' + text(a.minmax); }, "%41_1 %41"},
-        {R"({"Category": "a", "Minmax": "b"})", [&](const A& a) { return text(a.category) + text(a.minmax); },
-         "nothingnothing"},
-        {R"({"decimaldigits": 3, "multiplyFactor": 1})", [](const A& a) { return decoded(a, 7); }, "7"},
-        {R"({"decimaldigits": 3})", [&](const A& a) { return whole(a.decimaldigits); }, "0"},
-        {R"({"aid": "12x"})", [&](const A& a) { return whole(a.aid); }, "12"},
-        {R"({"aid": true})", [&](const A& a) { return whole(a.aid); }, "1"},
-        {R"({"aid": [1]})", [&](const A& a) { return whole(a.aid); }, "0"},
-        {R"({"aid": null, "warningRule": 2})", [&](const A& a) { return whole(a.aid + a.warningRule); }, "2"},
-        {R"({"aid": 9007199254740993})", [&](const A& a) { return whole(a.aid); }, "9007199254740993"},
-        {R"({"warningRule": 3000000000})", [&](const A& a) { return whole(a.warningRule); }, "2147483647"},
-        {R"({"toggable": "YES"})", [&](const A& a) { return whole(a.toggable); }, "1"},
-        {R"({"toggable": "NO"})", [&](const A& a) { return whole(a.toggable); }, "0"},
-        {R"({"options": {"a": 1}})", [&](const A& a) { return whole(textsOfList(a.options).size()); }, "0"},
-        {R"({"options": null, "aid": 4, "offset": 5, "minmax": "low"})",
-         [&](const A& a) { return whole(a.aid) + decoded(a, 1) + text(a.minmax); }, "05low"},
-        {R"({"formatter": null, "aid": 4, "offset": 5})",
-         [&](const A& a) { return whole(a.aid) + decoded(a, 1); }, "05"},
-        {R"({"offset": -40.7})", [](const A& a) { return decoded(a, 1); }, "-40"},
-        {R"({"offset": "-40.7"})", [](const A& a) { return decoded(a, 1); }, "-40"},
-        {R"({"formatter": 11})", [](const A& a) { return decoded(a, 1); }, "none"},
-        {R"({"formatter": -1})", [](const A& a) { return decoded(a, 1); }, "none"},
-        {R"({"formatter": "2"})", [](const A& a) { return decoded(a, 1); }, "49"},
-        {R"({"formatter": [2], "multiplyFactor": {}, "decimalDigits": false})",
-         [](const A& a) { return decoded(a, 1); }, "0"},
-    };
-    for (const auto& [document, field, expected] : rows)
-        EXPECT_EQ(field(attribute(document)), expected) << document;
+    /// The document, what it makes of the field that is named, and that field.
+    const std::array<std::string, 3> rows[] = {
+        {R"({"name": "Oil%20%41"})", "Oil A", "name"},
+        {R"({"name": "100%"})", "nothing", "name"},
+        {R"({"name": "%ff"})", "nothing", "name"},
+        {R"({"Name": "n", "AID": 3})", "n 0", "name aid"},
+        {R"({"name": "a", "Name": "b"})", "b", "name"},
+        {R"({"name": 5})", "5", "name"},
+        {R"({"category": "%41_1", "minmax": "%41"})", "%41_1 %41", "category minmax"},
+        {R"({"Category": "a", "Minmax": "b"})", "nothing nothing", "category minmax"},
+        {R"({"decimaldigits": 3, "multiplyFactor": 1})", "0 1", "digits of1"},
+        {R"({"aid": "12x"})", "12", "aid"},
+        {R"({"aid": true})", "1", "aid"},
+        {R"({"aid": [1]})", "0", "aid"},
+        {R"({"aid": null, "warningRule": 2})", "0 2", "aid rule"},
+        {R"({"aid": 9007199254740993})", "9007199254740993", "aid"},
+        {R"({"warningRule": 3000000000})", "2147483647", "rule"},
+        {R"({"toggable": "YES"})", "1", "toggable"},
+        {R"({"toggable": "NO"})", "0", "toggable"},
+        {R"({"options": {"a": 1}})", "0", "options"},
+        {R"({"options": null, "aid": 4, "offset": 5, "minmax": "low"})", "0 5 low", "aid of1 minmax"},
+        {R"({"formatter": null, "aid": 4, "offset": 5})", "0 5", "aid of1"},
+        {R"({"offset": -40.7})", "-40", "of1"},
+        {R"({"offset": "-40.7"})", "-40", "of1"},
+        {R"({"formatter": 11})", "none", "of1"},
+        {R"({"formatter": -1})", "none", "of1"},
+        {R"({"formatter": "2"})", "49", "of1"},
+        {R"({"formatter": [2], "multiplyFactor": {}, "decimalDigits": false})", "0", "of1"}};
+    for (const auto& [document, expected, names] : rows) {
+        const auto a = attribute(document);
+        const std::map<std::string, std::string> fields{
+            {"name", a.name.value_or("nothing")},
+            {"category", a.category.value_or("nothing")},
+            {"minmax", a.minmax.value_or("nothing")},
+            {"aid", std::to_string(a.aid)},
+            {"rule", std::to_string(a.warningRule)},
+            {"toggable", std::to_string(a.toggable)},
+            {"digits", std::to_string(a.decimaldigits)},
+            {"of1", decoded(a, 1)},
+            {"options", std::to_string(textsOfList(a.options).size())}};
+        std::istringstream words{names};
+        std::string found;
+        for (std::string name; words >> name;)
+            found += (found.empty() ? "" : " ") + fields.at(name);
+        EXPECT_EQ(found, expected) << document;
+    }
 }
 
 TEST(Attribute, NamesItsUnits) {
-    const struct {
-        std::string key;
-        std::optional<std::string> text;
-    } rows[] = {
-        {"DEGF",
-         "\xC2\xBA"
-         "F"},
-        {"PSI", "PSI"},
-        {"PERC", "%"},
-        {"DEG", "\xC2\xB0"},
-        {"", ""},
-        {"RPM", "RPM"},
-        {"USEC", "microseconds"},
-        {"SEC", "SEC"},
-        {"INCHES", "INCHES"},
-        {"degf", {}},
-        {"tSEC", {}},
-        {"tMIN", {}},
-        {"PSI ", {}},
-    };
-    for (const auto& [key, text] : rows)
+    const std::map<std::string, std::string> units{
+        {"DEGF", "\u00BAF"}, {"PSI", "PSI"},           {"PERC", "%"},  {"DEG", "\u00B0"},   {"", ""},
+        {"RPM", "RPM"},      {"USEC", "microseconds"}, {"SEC", "SEC"}, {"INCHES", "INCHES"}};
+    for (const auto& [key, text] : units)
         EXPECT_EQ(TorvAttribute::shortUnitDescriptionForUnitKey(key), text) << key;
+    for (const auto* key : {"degf", "tSEC", "tMIN", "PSI "})
+        EXPECT_EQ(TorvAttribute::shortUnitDescriptionForUnitKey(key), std::nullopt) << key;
 }
 
 TEST(Attribute, WarnsByItsRule) {
-    const struct {
-        std::int32_t rule;
-        bool below, at, above;
-    } rows[] = {{0, false, false, false},   {1, false, true, true},     {2, true, true, false},
-                {3, false, false, true},    {4, true, false, false},    {5, false, false, false},
-                {101, false, false, false}, {104, false, false, false}, {-1, false, false, false}};
-    for (const auto& [rule, below, at, above] : rows) {
+    const std::map<int, std::string> rows{// below, at and above the limit, and for what is no number
+                                          {0, "----"}, {1, "-ww-"},   {2, "ww--"},   {3, "--w-"}, {4, "w---"},
+                                          {5, "----"}, {101, "----"}, {104, "----"}, {-1, "----"}};
+    for (const auto& [rule, expected] : rows) {
         TorvAttribute a;
         a.warningRule = rule;
         a.warningValue = 100;
-        EXPECT_EQ(a.isInWarning(99.5), below) << rule;
-        EXPECT_EQ(a.isInWarning(100.0), at) << rule;
-        EXPECT_EQ(a.isInWarning(100.5), above) << rule;
-        EXPECT_FALSE(a.isInWarning(std::nan(""))) << rule;
+        std::string warns;
+        for (const double value : {99.5, 100.0, 100.5, std::nan("")})
+            warns += a.isInWarning(value) ? 'w' : '-';
+        EXPECT_EQ(warns, expected) << rule;
     }
 }
 
@@ -207,10 +195,8 @@ protected:
 TEST_F(VehicleTest, FromAManifestEntryHasNoInfo) {
     const auto vehicle = Vehicle::vehicleFromDictionary(parsed(
         R"({"vehicle": "Truck", "version": 1.4, "url": "u", "DTC": "YES", "parameters": {"sensors": [{}]}})"));
-    EXPECT_EQ(vehicle.name(), "Truck");
-    EXPECT_EQ(vehicle.version(), "1.4");
-    EXPECT_EQ(vehicle.url(), "u");
-    EXPECT_EQ(vehicle.DTC(), "YES");
+    EXPECT_EQ((std::tuple{vehicle.name(), vehicle.version(), vehicle.url(), vehicle.DTC()}),
+              (std::tuple{"Truck", "1.4", "u", "YES"}));
     EXPECT_TRUE(vehicle.info().empty());
     EXPECT_FALSE(vehicle.updateAvailable());
     EXPECT_TRUE(vehicle.sensors().empty() && vehicle.settings().empty() && vehicle.tuningItems().empty());
@@ -229,6 +215,9 @@ TEST_F(VehicleTest, HandsOutTheDocumentInOrder) {
     EXPECT_EQ(aids({vehicle.powerLevelAttribute(), vehicle.currentGearAttribute(),
                     vehicle.torqueLockAttribute(), vehicle.sootAttribute(), vehicle.soxAttribute()}),
               (std::vector<AID>{5, 6, 7, 8, 0}));
+    EXPECT_TRUE(vehicle.isEqual(Vehicle::vehicleFromDictionary({{"vehicle", "Truck"}})));
+    EXPECT_FALSE(vehicle.isEqual(truck("truck")));
+    EXPECT_FALSE(Vehicle{}.isEqual(Vehicle{}));
     EXPECT_TRUE(vehicle.hasAID(4));
     EXPECT_FALSE(vehicle.hasAID(91));
     auto odd = truck();
@@ -264,53 +253,34 @@ TEST_F(VehicleTest, StoresSensorWarningsByName) {
     }
 }
 
-TEST_F(VehicleTest, IsEqualByNameAlone) {
-    auto newer = truck();
-    newer.setVersion("1.5");
-    newer.setInfo({});
-    EXPECT_TRUE(truck().isEqual(newer));
-    EXPECT_FALSE(truck().isEqual(truck("truck")));
-    EXPECT_FALSE(Vehicle{}.isEqual(Vehicle{}));
-}
-
 TEST_F(VehicleTest, TravelsThroughTheArchive) {
+    const auto fields = [](const Vehicle& v) {
+        return std::tuple{v.name(), v.url(), v.version(), v.DTC(), v.info().document(), v.updateAvailable()};
+    };
     std::vector<Vehicle> originals{truck("T\n\"\xC3\xA9"), Vehicle{}, truck("Other")};
     originals[0].setUpdateAvailable(true);
     const auto archive = archivedVehicles(originals);
     std::string error;
     int whole = 0;
-    for (std::size_t size = 0; size <= archive.size();
-         ++size) {  // cut off anywhere: refused, or fewer vehicles
+    // Cut off anywhere: refused, or fewer vehicles.
+    for (std::size_t size = 0; size <= archive.size(); ++size) {
         error.clear();
         const auto back = vehiclesFromArchive(std::string_view{archive}.substr(0, size), error);
         ASSERT_EQ(error.empty(), back.has_value()) << size;
         if (!back) continue;
         ++whole;
-        for (std::size_t i = 0; i < back->size(); ++i) {
-            EXPECT_EQ((*back)[i].name(), originals[i].name());
-            EXPECT_EQ((*back)[i].url(), originals[i].url());
-            EXPECT_EQ((*back)[i].version(), originals[i].version());
-            EXPECT_EQ((*back)[i].DTC(), originals[i].DTC());
-            EXPECT_EQ((*back)[i].info().document(), originals[i].info().document());
-            EXPECT_EQ((*back)[i].updateAvailable(), originals[i].updateAvailable());
-        }
+        for (std::size_t i = 0; i < back->size(); ++i)
+            EXPECT_EQ(fields((*back)[i]), fields(originals[i]));
     }
     EXPECT_EQ(whole, 4);
-    const std::string head = "iTorv vehicles 1\n";
-    for (const std::string damaged :
-         {"", "iTorv vehicles 2\n", "iTorv vehicles 1\n\n", "iTorv vehicles 1\n[]\n\n",
-          R"({"updateAvailable": true, "infoBytes": 2})"
-          "\n{}x",
-          R"({"updateAvailable": true, "infoBytes": -1})"
-          "\n\n",
-          R"({"updateAvailable": true, "infoBytes": 9e18})"
-          "\n\n",
-          R"({"updateAvailable": 1, "infoBytes": 0})"
-          "\n\n",
-          R"({"name": 5, "updateAvailable": true, "infoBytes": 0})"
-          "\n\n"})
-        EXPECT_FALSE(vehiclesFromArchive(damaged.starts_with('{') ? head + damaged : damaged, error))
-            << damaged;
+    const std::string flag = R"(iTorv vehicles 1
+{"updateAvailable": )";
+    for (const auto& damaged :
+         {std::string{}, std::string{"iTorv vehicles 2\n"}, std::string{"iTorv vehicles 1\n\n"},
+          std::string{"iTorv vehicles 1\n[]\n\n"}, flag + "true, \"infoBytes\": 2}\n{}x",
+          flag + "true, \"infoBytes\": -1}\n\n", flag + "true, \"infoBytes\": 9e18}\n\n",
+          flag + "1, \"infoBytes\": 0}\n\n", flag + "true, \"name\": 5, \"infoBytes\": 0}\n\n"})
+        EXPECT_FALSE(vehiclesFromArchive(damaged, error)) << damaged;
 }
 
 TEST_F(VehicleTest, TheShippedProfileIsWhole) {
@@ -342,15 +312,12 @@ TEST_F(VehicleTest, TheShippedProfileIsWhole) {
 
 TEST_F(VehicleTest, TellsWhereAFileIsWrong) {
     const auto file = std::filesystem::path{testing::TempDir()} / "itorv_profile_test.json";
-    const struct {
-        std::string text, error;
-    } rows[] = {
+    const std::tuple<std::string, std::string> rows[] = {
         {"{\n  \"vehicle\": nul\n}", ": line 2, column 14: Expected 'null'"},
         {"", ": line 1, column 1: "},
         {"{\"a\": \"\xFF\"}", ": line 1, column "},
         {"[]", ": a profile is an object, and this is a list"},
-        {std::string((16U << 20U) + 1, ' '), ": is larger than 16 MiB"},
-    };
+        {std::string((16U << 20U) + 1, ' '), ": is larger than 16 MiB"}};
     std::string error;
     for (const auto& [text, expected] : rows) {
         std::ofstream{file, std::ios::binary} << text;
@@ -366,7 +333,7 @@ TEST_F(VehicleTest, TellsWhereAFileIsWrong) {
     EXPECT_FALSE(vehicleFromFile(file, error));
     EXPECT_EQ(error, file.string() + ": No such file or directory");
     EXPECT_FALSE(vehicleFromFile(testing::TempDir(), error));
-    EXPECT_NE(error.find("is a folder"), std::string::npos);
+    EXPECT_NE(error.find("is not a regular file"), std::string::npos);
 }
 
 }  // namespace

@@ -5,9 +5,10 @@
 #include <sys/socket.h>
 #include <unistd.h>
 
-#include <QCoreApplication>
+#include <algorithm>
 #include <fstream>
 #include <functional>
+#include <tuple>
 
 #include "bench/Bench.h"
 #include "bench/ModuleState.h"
@@ -94,30 +95,27 @@ bool holdsItem(const Frame& frame, const Item& item) {
     return std::ranges::find(items, item) != items.end();
 }
 
-struct FrameRow {
-    const char* name;
+const struct {
     Frame frame;
     Bytes wire;
-};
-const FrameRow frameRows[] = {
-    {"request", {4, {9}}, {0x42, 0x09, 0x39}},
-    {"response", {5, {9, 1}}, {0x53, 0x09, 0x01, 0x0E}},
-    {"write", {0, {5, 3}}, {0x03, 0x05, 0x03, 0x3B}},
-    {"ack", {2, {5}}, {0x22, 0x05, 0x3A}},
-    {"empty ack", {2, {}}, {0x21, 0xA1}},
-    {"push", {1, {100, 0x12, 0x34}}, {0x14, 0x64, 0x12, 0x34, 0x76}},
-    {"four bytes", {5, {200, 1, 2, 3, 4}}, {0x56, 0xC8, 1, 2, 3, 4, 0xCE}},
-    {"long value", {0, {220, 3, 0xAA, 0xBB}}, {0x05, 0xDC, 0x03, 0xAA, 0xBB, 0xC8}},
-    {"full frame",
-     {1, {224, 13, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12}},
+} frameRows[] = {
+    {{4, {9}}, {0x42, 0x09, 0x39}},
+    {{5, {9, 1}}, {0x53, 0x09, 0x01, 0x0E}},
+    {{0, {5, 3}}, {0x03, 0x05, 0x03, 0x3B}},
+    {{2, {5}}, {0x22, 0x05, 0x3A}},
+    {{2, {}}, {0x21, 0xA1}},
+    {{1, {100, 0x12, 0x34}}, {0x14, 0x64, 0x12, 0x34, 0x76}},
+    {{5, {200, 1, 2, 3, 4}}, {0x56, 0xC8, 1, 2, 3, 4, 0xCE}},
+    {{0, {220, 3, 0xAA, 0xBB}}, {0x05, 0xDC, 0x03, 0xAA, 0xBB, 0xC8}},
+    {{1, {224, 13, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12}},
      {0x1F, 0xE0, 0x0D, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 0x6C}},
 };
 
 TEST(Codec, KnownFrames) {
     const std::string digits = "123456789";
     EXPECT_EQ(crc8(Bytes(digits.begin(), digits.end())), 0x4B);
-    for (const FrameRow& row : frameRows) {
-        SCOPED_TRACE(row.name);
+    for (const auto& row : frameRows) {
+        SCOPED_TRACE(testing::PrintToString(row.wire));
         EXPECT_EQ(encode(row.frame), row.wire);
         EXPECT_EQ(decode(row.wire), row.frame);
         for (std::size_t at = 0; at < row.wire.size(); ++at) {
@@ -130,7 +128,7 @@ TEST(Codec, KnownFrames) {
 
 TEST(Codec, StreamIsCutIntoFramesWhereverTcpCutIt) {
     Bytes all;
-    for (const FrameRow& row : frameRows)
+    for (const auto& row : frameRows)
         all.insert(all.end(), row.wire.begin(), row.wire.end());
     for (std::size_t step : {1U, 3U, 16U, 500U}) {
         FrameStream stream;
@@ -176,24 +174,18 @@ TEST(Values, RawBytesOfAnAttribute) {
 }
 
 TEST(TroubleCodes, ReportBytes) {
-    struct Row {
-        std::vector<std::string> codes;
-        Bytes first;
-        Bytes second;
-    };
-    const Row rows[] = {
+    const std::tuple<std::vector<std::string>, Bytes, Bytes> rows[] = {
         {{"P0123", "U0158", "C0ABC"}, {13, 0, 3, 0x01, 0x23, 0xC1, 0x58, 0x4A, 0xBC, 0, 0, 0, 0}, {1}},
         {{}, {13, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0}, {1}},
         {{"P0001", "P0002", "P0003", "P0004", "P0005", "U0123", "P0420"},
          {13, 0, 7, 0, 1, 0, 2, 0, 3, 0, 4, 0, 5},
-         {5, 0xC1, 0x23, 0x04, 0x20}},
-    };
-    for (const Row& row : rows) {
+         {5, 0xC1, 0x23, 0x04, 0x20}}};
+    for (const auto& [codes, first, second] : rows) {
         ModuleState state;
-        state.setTroubleCodes(row.codes);
+        state.setTroubleCodes(codes);
         state.write({27, {0x55}});
-        EXPECT_EQ(state.value(224), row.first);
-        EXPECT_EQ(state.value(225), row.second);
+        EXPECT_EQ(state.value(224), first);
+        EXPECT_EQ(state.value(225), second);
         state.write({25, {0x55}});
         EXPECT_EQ(state.value(26), Bytes{1});
         state.write({27, {0x55}});
@@ -325,19 +317,23 @@ TEST(Link, SameSeedSameBytes) {
     EXPECT_NE(opening(5), opening(6));
 }
 
-struct FaultRow {
-    Fault fault;
-    bool (*seen)(Client&);
-};
 bool sees(Client& client, const std::function<bool(const Frame&)>& wanted) {
     return client.await(wanted).has_value();
 }
+/// A chunk of this kind among the next 20, which may each be more than a frame.
 bool seesChunk(Client& client, bool (*wanted)(const Bytes&)) {
     for (int chunk = 0; chunk < 20; ++chunk) {
         const std::optional<Bytes> bytes = client.read(2000ms, 64);
         if (bytes && wanted(*bytes)) return true;
     }
     return false;
+}
+/// The stream falls silent for 700 ms, or ends.
+bool stops(Client& client, bool ends) {
+    auto chunk = client.read(700ms);
+    while (chunk && !chunk->empty())
+        chunk = client.read(700ms);
+    return chunk.has_value() == ends;
 }
 /// How long the answer to this takes to come; more than a second if it never does.
 Clock::duration answerTime(Client& client, const Frame& asked, FrameType type) {
@@ -348,75 +344,67 @@ Clock::duration answerTime(Client& client, const Frame& asked, FrameType type) {
     return answered && answered->type == typeByte(type) ? Clock::now() - begin : Clock::duration(10s);
 }
 const Frame aWrite = writeFrame({42, {60}});
-const Frame aRequest{typeByte(FrameType::request), {9}};
+Clock::duration ackTime(Client& client) {
+    return answerTime(client, aWrite, FrameType::ack);
+}
+Clock::duration responseTime(Client& client) {
+    return answerTime(client, {typeByte(FrameType::request), {9}}, FrameType::response);
+}
+bool isLate(Clock::duration time) {
+    return time > 100ms && time < 1s;
+}
+bool cutsItem(const Frame& frame) {
+    Bytes whole;
+    for (const Item& item : parseItems(frame.payload))
+        appendItem(whole, item);
+    return frame.type == 1 && whole != frame.payload;
+}
+bool isDamaged(const Bytes& bytes) {
+    return bytes.size() > 8 && !decode(bytes);
+}
+bool isCut(const Bytes& bytes) {
+    return bytes.size() < 12 && !decode(bytes);
+}
+bool isJoined(const Bytes& bytes) {
+    return decode(bytes) && bytes.size() > (bytes[0] & 15U) + 1U;
+}
 
-const FaultRow faultRows[] = {
-    {Fault::dropAck, [](Client& c) { return answerTime(c, aWrite, FrameType::ack) == 10s; }},
-    {Fault::delayAck,
-     [](Client& c) {
-         auto t = answerTime(c, aWrite, FrameType::ack);
-         return t > 100ms && t < 1s;
-     }},
-    {Fault::dropResponse, [](Client& c) { return answerTime(c, aRequest, FrameType::response) == 10s; }},
-    {Fault::delayResponse,
-     [](Client& c) {
-         auto t = answerTime(c, aRequest, FrameType::response);
-         return t > 100ms && t < 1s;
-     }},
-    {Fault::corrupt,
-     [](Client& c) { return seesChunk(c, [](const Bytes& b) { return b.size() > 8 && !decode(b); }); }},
-    {Fault::split,
-     [](Client& c) { return seesChunk(c, [](const Bytes& b) { return b.size() < 12 && !decode(b); }); }},
-    {Fault::join,
-     [](Client& c) {
-         return seesChunk(c, [](const Bytes& b) { return decode(b) && b.size() > (b[0] & 15U) + 1U; });
-     }},
-    {Fault::silent,
-     [](Client& c) {
-         while (const auto b = c.read(700ms))
-             if (b->empty()) return false;
-         return true;
-     }},
-    {Fault::close,
-     [](Client& c) {
-         while (const auto b = c.read())
-             if (b->empty()) return true;
-         return false;
-     }},
+const std::pair<Fault, bool (*)(Client&)> faultRows[] = {
+    {Fault::dropAck, [](Client& c) { return ackTime(c) == 10s; }},
+    {Fault::delayAck, [](Client& c) { return isLate(ackTime(c)); }},
+    {Fault::dropResponse, [](Client& c) { return responseTime(c) == 10s; }},
+    {Fault::delayResponse, [](Client& c) { return isLate(responseTime(c)); }},
+    {Fault::corrupt, [](Client& c) { return seesChunk(c, isDamaged); }},
+    {Fault::split, [](Client& c) { return seesChunk(c, isCut); }},
+    {Fault::join, [](Client& c) { return seesChunk(c, isJoined); }},
+    {Fault::silent, [](Client& c) { return stops(c, false); }},
+    {Fault::close, [](Client& c) { return stops(c, true); }},
     {Fault::refuse, [](Client& c) { return !c.connected(); }},
     {Fault::mute, [](Client& c) { return c.connected() && !c.read(300ms); }},
     {Fault::strayAck, [](Client& c) { return sees(c, [](const Frame& f) { return f.type == 2; }); }},
     {Fault::reservedType, [](Client& c) { return sees(c, [](const Frame& f) { return f.type > 5; }); }},
     {Fault::badAid, [](Client& c) { return sees(c, [](const Frame& f) { return f.payload[0] == 255; }); }},
-    {Fault::cutItem,
-     [](Client& c) {
-         return sees(c, [](const Frame& f) {
-             Bytes whole;
-             for (const Item& item : parseItems(f.payload))
-                 appendItem(whole, item);
-             return f.type == 1 && whole != f.payload;
-         });
-     }},
+    {Fault::cutItem, [](Client& c) { return sees(c, cutsItem); }},
     {Fault::ownRequest, [](Client& c) { return sees(c, [](const Frame& f) { return f.type == 4; }); }},
     {Fault::ownWrite, [](Client& c) { return sees(c, [](const Frame& f) { return f.type == 0; }); }},
 };
 
 TEST(Faults, EachShowsOnTheWireAndCanBeCleared) {
     ASSERT_EQ(std::size(faultRows), faultCount);
-    for (const FaultRow& row : faultRows) {
-        SCOPED_TRACE(faultNames[static_cast<std::size_t>(row.fault)].name);
+    for (const auto& [fault, seen] : faultRows) {
+        SCOPED_TRACE(faultNames[static_cast<std::size_t>(fault)].name);
         Bench module(options());
         ASSERT_EQ(module.start(), std::nullopt);
-        module.setFault(row.fault, {.probability = 1});
+        module.setFault(fault, {.probability = 1});
         {
             Client client(module.port());
-            EXPECT_TRUE(row.seen(client));
+            EXPECT_TRUE(seen(client));
         }
-        EXPECT_GE(module.statistics().struck(row.fault), 1U);
+        EXPECT_GE(module.statistics().struck(fault), 1U);
         module.clearFaults();
         Client client(module.port());
         ASSERT_TRUE(client.await(FrameType::pushA));
-        EXPECT_LT(answerTime(client, aWrite, FrameType::ack), 1s);
+        EXPECT_LT(ackTime(client), 1s);
     }
 }
 
@@ -476,9 +464,3 @@ TEST(Start, SaysWhatIsWrong) {
 
 }  // namespace
 }  // namespace bench
-
-int main(int argc, char** argv) {
-    QCoreApplication application(argc, argv);
-    testing::InitGoogleTest(&argc, argv);
-    return RUN_ALL_TESTS();
-}

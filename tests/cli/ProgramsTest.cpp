@@ -1,11 +1,15 @@
 // The programs as a person runs them, bad arguments first.
 #include <gtest/gtest.h>
+#include <signal.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
 
 #include <QCoreApplication>
 #include <QImage>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QProcess>
+#include <QProcessEnvironment>
 #include <QTemporaryDir>
 #include <filesystem>
 #include <fstream>
@@ -42,6 +46,8 @@ TEST(Programs, BadArgumentsGetOneLineAndTheCodeTwo) {
     const auto broken = file("broken.json", "{\n  \"vehicle\": 01\n}");
     const auto list = file("list.json", "[]");
     const auto deep = file("deep.json", std::string(600, '['));
+    const auto pipe = folder.filePath("pipe");
+    ASSERT_EQ(mkfifo(pipe.toUtf8().constData(), 0600), 0);
     const std::vector<std::pair<QString, QStringList>> rows{
         {"itorvctl", {}},
         {"itorvctl", {"fly"}},
@@ -59,6 +65,7 @@ TEST(Programs, BadArgumentsGetOneLineAndTheCodeTwo) {
         {"itorvctl", {"watch", "--profile", "/no such file"}},
         {"itorvctl", {"watch", "--profile", "/"}},
         {"itorvctl", {"watch", "--profile", list}},
+        {"itorvctl", {"watch", "--profile", pipe}},
         {"itorvctl", {"watch", "--profile", deep}},
         {"itorvctl", {"--sing"}},
         {"itorv", {"--offscreen", "--module", "1.2.3.4:0"}},
@@ -122,11 +129,39 @@ TEST_F(ProgramsWithModule, GetSetWatchAndFrames) {
     EXPECT_NE(frames.output.find("push A"), std::string::npos);
     EXPECT_NE(frames.output.find("complete"), std::string::npos);
 
+    module->setFault(bench::Fault::dropResponse, {.probability = 1});
+    const auto unread = run("itorvctl", {"set", "226", "32", "--module", address});
+    EXPECT_EQ(unread.code, 1);  // codes that it could not read would be lost
+    module->clearFaults();
+    EXPECT_EQ(module->value(226)[1], 0);
     module->setFault(bench::Fault::dropAck, {.probability = 1});
     EXPECT_EQ(run("itorvctl", {"set", "95", "3300", "--module", address}).code, 1);
     module->setFault(bench::Fault::mute, {.probability = 1});
     module->dropConnections();
     EXPECT_EQ(run("itorvctl", {"get", "95", "--timeout", "0.5", "--module", address}).code, 3);
+}
+
+/// What can't be kept is said in one line, and the values run all the same.
+TEST_F(ProgramsWithModule, WithoutAPlaceForTheStoreValuesStillRun) {
+    for (const bool diskIsFull : {true, false}) {
+        const QTemporaryDir folder;
+        QProcess process;
+        auto environment = QProcessEnvironment::systemEnvironment();
+        environment.insert("XDG_DATA_HOME", diskIsFull ? folder.path() : "/proc/no such folder");
+        process.setProcessEnvironment(environment);
+        if (diskIsFull) {
+            process.setChildProcessModifier([] {
+                const rlimit nothing{0, 0};
+                setrlimit(RLIMIT_FSIZE, &nothing);
+                signal(SIGXFSZ, SIG_IGN);
+            });
+        }
+        process.start(QCoreApplication::applicationDirPath() + "/itorvctl",
+                      {"get", "4", "--verbose", "--module", address});
+        ASSERT_TRUE(process.waitForFinished(30000));
+        EXPECT_EQ(process.exitCode(), 0);
+        EXPECT_EQ(process.readAllStandardError().count("choices"), 1);
+    }
 }
 
 TEST_F(ProgramsWithModule, TheWindowTakesItsPictureAndEnds) {

@@ -39,7 +39,8 @@ public:
         fire(next);
         return !m_quitting;
     }
-    void quit() override { m_quitting = true; }
+    using RunLoop::quit;
+    void quit(int) override { m_quitting = true; }
     [[nodiscard]] Clock::time_point now() const override { return Clock::time_point{m_now}; }
     [[nodiscard]] bool isMainThread() const override { return true; }
 

@@ -65,8 +65,8 @@ protected:
         bool timeIsOver = false;
         const auto timer = loop.scheduleTimer(limit, false, [&](Timer&) { timeIsOver = true; });
         const auto ticks = loop.scheduleTimer(10ms, true, [](Timer&) {});
-        while (!condition() && !timeIsOver)
-            static_cast<void>(loop.runOnce());
+        while (!condition() && !timeIsOver && loop.runOnce()) {
+        }
         timer->invalidate();
         ticks->invalidate();
         return condition();

@@ -1,5 +1,6 @@
 // The session and the bench on real loopback sockets, with every fault that the bench knows.
 #include <gtest/gtest.h>
+#include <malloc.h>
 
 #include <array>
 #include <chrono>
@@ -78,8 +79,8 @@ protected:
         bool timeIsOver = false;
         const auto timer = loop.scheduleTimer(limit, false, [&](Timer&) { timeIsOver = true; });
         const auto ticks = loop.scheduleTimer(5ms, true, [](Timer&) {});
-        while (!condition() && !timeIsOver)
-            static_cast<void>(loop.runOnce());
+        while (!condition() && !timeIsOver && loop.runOnce()) {
+        }
         timer->invalidate();
         ticks->invalidate();
         return condition();
@@ -226,11 +227,26 @@ TEST_F(LoopbackTest, TwoHundredLossesLeaveNothingBehind) {
     };
     const auto filesBefore = openFiles();
     const auto threadsBefore = threads();
+    std::size_t inUse = 0;
     for (int i = 0; i < 200; ++i) {
-        module->dropConnections();
+        // In any order: dropped by the module, closed by a fault, and now and then the module gone for a
+        // while.
+        if (i % 40 == 20) {
+            module->stop();
+        } else if (i % 3 == 0) {
+            module->setFault(Fault::close, {.at = 0ms});
+        } else {
+            module->dropConnections();
+        }
         ASSERT_TRUE(waitUntil([&] { return !feeder->driver().connected(); })) << i;
+        if (i % 40 == 20) {
+            ASSERT_EQ(module->start().value_or(""), "");
+        }
         ASSERT_TRUE(waitUntil([&] { return feeder->driver().connected(); })) << i;
+        EXPECT_TRUE(feeder->driver().firstAVSeen());
+        if (i == 50) inUse = mallinfo2().uordblks;
     }
+    EXPECT_LE(mallinfo2().uordblks, inUse + (1U << 20U));
     EXPECT_TRUE(valuesFlow());
     EXPECT_LE(openFiles(), filesBefore + 2);
     EXPECT_EQ(threads(), threadsBefore);

@@ -8,23 +8,26 @@
 namespace torv {
 namespace {
 
-constexpr std::size_t mostBytes = 16U << 20U;
 constexpr long connectSeconds = 10;
-constexpr long totalSeconds = 60;
 constexpr long mostRedirects = 5;
 constexpr auto protocols = "http,https";
 
+struct Body {
+    Data bytes;
+    std::size_t most;
+};
+
 std::size_t append(const char* bytes, std::size_t size, std::size_t count, void* target) {
-    auto& body = *static_cast<Data*>(target);
+    auto& body = *static_cast<Body*>(target);
     const auto length = size * count;
-    if (body.size() + length > mostBytes) return 0;
-    body.insert(body.end(), bytes, bytes + length);
+    if (body.bytes.size() + length > body.most) return 0;
+    body.bytes.insert(body.bytes.end(), bytes, bytes + length);
     return length;
 }
 
 }  // namespace
 
-CurlURLLoader::CurlURLLoader() {
+CurlURLLoader::CurlURLLoader(Limits limits) : m_limits(limits) {
     curl_global_init(CURL_GLOBAL_DEFAULT);
 }
 CurlURLLoader::~CurlURLLoader() {
@@ -34,7 +37,7 @@ CurlURLLoader::~CurlURLLoader() {
 URLLoader::Reply CurlURLLoader::load(const std::string& url) {
     const std::unique_ptr<CURL, decltype(&curl_easy_cleanup)> handle{curl_easy_init(), &curl_easy_cleanup};
     if (!handle) return {.body = {}, .status = {}, .error = "libcurl could not be started"};
-    Data body;
+    Body body{.bytes = {}, .most = m_limits.bytes};
     std::array<char, CURL_ERROR_SIZE> message{};
     const auto set = [&](CURLoption option, auto value) { curl_easy_setopt(handle.get(), option, value); };
     set(CURLOPT_URL, url.c_str());
@@ -43,8 +46,8 @@ URLLoader::Reply CurlURLLoader::load(const std::string& url) {
     set(CURLOPT_FOLLOWLOCATION, 1L);
     set(CURLOPT_MAXREDIRS, mostRedirects);
     set(CURLOPT_CONNECTTIMEOUT, connectSeconds);
-    set(CURLOPT_TIMEOUT, totalSeconds);
-    set(CURLOPT_MAXFILESIZE, static_cast<long>(mostBytes));
+    set(CURLOPT_TIMEOUT_MS, static_cast<long>(m_limits.time.count()));
+    set(CURLOPT_MAXFILESIZE, static_cast<long>(m_limits.bytes));
     set(CURLOPT_NOSIGNAL, 1L);
     set(CURLOPT_ACCEPT_ENCODING, "");
     set(CURLOPT_ERRORBUFFER, message.data());
@@ -56,11 +59,11 @@ URLLoader::Reply CurlURLLoader::load(const std::string& url) {
     Reply reply;
     if (status != 0) reply.status = static_cast<int>(status);
     if (result == CURLE_OK) {
-        reply.body = std::move(body);
+        reply.body = std::move(body.bytes);
+    } else if (result == CURLE_WRITE_ERROR || result == CURLE_FILESIZE_EXCEEDED) {
+        reply.error = "it is larger than " + std::to_string(m_limits.bytes >> 20U) + " MiB";
     } else {
-        reply.error = body.size() + CURL_MAX_WRITE_SIZE > mostBytes ? "the document is larger than 16 MiB"
-                      : message[0] != '\0'                          ? message.data()
-                                                                    : curl_easy_strerror(result);
+        reply.error = message[0] != '\0' ? message.data() : curl_easy_strerror(result);
     }
     return reply;
 }

@@ -1,17 +1,30 @@
 #pragma once
 
+#include <chrono>
+#include <cstddef>
+
 #include "platform/URLLoader.h"
 
 namespace torv {
 
-/// HTTP and HTTPS by libcurl. At most 60 s and 16 MiB a document, at most 5 redirects, and no other
-/// protocol, redirects included: a manifest must not make the handset read its own files.
+/// HTTP and HTTPS by libcurl. At most 60 s and 16 MiB a document where the maker says nothing else, at most
+/// 5 redirects, and no other protocol, redirects included: a manifest must not make the handset read its own
+/// files.
 class CurlURLLoader final : public URLLoader {
 public:
-    CurlURLLoader();
+    struct Limits {
+        std::chrono::milliseconds time{60000};  ///< for all of a request, redirects included
+        std::size_t bytes = 16U << 20U;         ///< of a body, unpacked
+    };
+
+    CurlURLLoader() : CurlURLLoader(Limits{}) {}
+    explicit CurlURLLoader(Limits limits);
     ~CurlURLLoader() override;
 
     [[nodiscard]] Reply load(const std::string& url) override;
+
+private:
+    Limits m_limits;
 };
 
 }  // namespace torv

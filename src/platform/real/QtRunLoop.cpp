@@ -124,9 +124,10 @@ bool QtRunLoop::runOnce() {
     return !m_quitting;
 }
 
-void QtRunLoop::quit() {
+void QtRunLoop::quit(int code) {
     m_quitting = true;
-    performOnMainThread([] { QCoreApplication::exit(0); });
+    // Wakes a nested turn, and comes to the application's own loop once it runs.
+    performOnMainThread([code] { QCoreApplication::exit(code); });
 }
 
 bool QtRunLoop::isMainThread() const {

@@ -22,7 +22,8 @@ public:
                                          Timer::Handler handler) override;
     void performOnMainThread(std::function<void()> work) override;
     [[nodiscard]] bool runOnce() override;
-    void quit() override;
+    using RunLoop::quit;
+    void quit(int code) override;
     [[nodiscard]] Clock::time_point now() const override { return Clock::now(); }
     [[nodiscard]] bool isMainThread() const override;
 

@@ -2,6 +2,8 @@
 
 #include <sqlite3.h>
 
+#include <algorithm>
+#include <array>
 #include <system_error>
 #include <utility>
 
@@ -68,9 +70,13 @@ SqliteUserDefaults::SqliteUserDefaults(std::filesystem::path file) : m_file(std:
     std::error_code error;
     std::filesystem::create_directories(m_file.parent_path(), error);
     if (open() && load()) return;
-    if (m_database && sqlite3_errcode(m_database.get()) == SQLITE_NOTADB) setAside();
-    if (m_database && sqlite3_errcode(m_database.get()) == SQLITE_CORRUPT) setAside();
-    if (open() && load()) return;
+    // SQLITE_ERROR: a database, but with tables that are none of ours.
+    constexpr std::array strange{SQLITE_NOTADB, SQLITE_CORRUPT, SQLITE_ERROR};
+    const int result = m_database ? sqlite3_errcode(m_database.get()) : SQLITE_NOMEM;
+    if (std::find(strange.begin(), strange.end(), result) != strange.end()) {
+        setAside();
+        if (open() && load()) return;
+    }
     logLine("choices will not be remembered: " + m_file.string() + ": " +
             (m_database ? sqlite3_errmsg(m_database.get()) : "out of memory"));
     m_database.reset();

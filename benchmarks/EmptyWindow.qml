@@ -1,0 +1,5 @@
+import QtQuick.Window
+
+Window {
+    visible: true
+}
