@@ -9,7 +9,6 @@
 #include <QGuiApplication>
 #include <QProcess>
 #include <QQmlApplicationEngine>
-#include <QQuickStyle>
 #include <QQuickWindow>
 #include <QTemporaryDir>
 #include <QTimer>
@@ -166,7 +165,6 @@ int main(int argc, char** argv) {
     qputenv("XDG_DATA_HOME", home.path().toUtf8());
     qputenv("QT_QPA_PLATFORM", "offscreen");
     qputenv("QT_QUICK_BACKEND", "software");
-    QQuickStyle::setStyle("Basic");
     const QGuiApplication application{argc, argv};
     if (const int code = measureProgram(); code != 0) return code;
     return measureLiveList();

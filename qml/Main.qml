@@ -1,5 +1,4 @@
 import QtQuick
-import QtQuick.Window
 
 Window {
     id: window

@@ -4,7 +4,6 @@
 #include <QFileInfo>
 #include <QGuiApplication>
 #include <QQmlApplicationEngine>
-#include <QQuickStyle>
 #include <QQuickWindow>
 #include <QUrl>
 #include <chrono>
@@ -142,7 +141,6 @@ int main(int argc, char** argv) {
     qInstallMessageHandler(
         [](QtMsgType, const QMessageLogContext&, const QString& message) { logLine(message.toStdString()); });
     chooseOffscreen(argc, argv);
-    QQuickStyle::setStyle("Basic");
     QGuiApplication application{argc, argv};
     QGuiApplication::setApplicationName("itorv");
     QGuiApplication::setApplicationDisplayName("iTorv");
@@ -185,7 +183,7 @@ int main(int argc, char** argv) {
     auto* window = qobject_cast<QQuickWindow*>(engine.rootObjects().first());
     if (options.size) window->resize(*options.size);
     std::optional<StartTimes> times;
-    if (options.logTimes) times.emplace(begin, *window, *navigation);
+    if (options.logTimes) times.emplace(begin, *window, *navigation, control->feeder());
     if (!options.screenshot.isEmpty()) takeScreenshotLater(platform.runLoop(), *window, options);
     return QGuiApplication::exec();
 }

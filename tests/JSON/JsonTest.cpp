@@ -7,10 +7,8 @@
 #include <vector>
 
 #include "JSON/JSONValue.h"
-#include "JSON/SBJSON.h"
 #include "JSON/SBJsonParser.h"
 #include "JSON/SBJsonWriter.h"
-#include "platform/Log.h"
 
 namespace torv {
 namespace {
@@ -69,12 +67,9 @@ TEST(JsonReading, RefusesWithItsTrace) {
         {{{2, "No digits after exponent"}}, {"1e", "1E+"}},
         {{unrecognised}, {"x", "\0"s, "\xEF\xBB\xBF[]"}},
         {{{3, "Expected 'true'"}}, {"trux"}},
-        {{{3, "Expected 'false'"}}, {"fals"}},
-        {{{3, "Expected 'null'"}}, {"nul"}},
         {{{11, "End of input while parsing array"}}, {"[", "[1, "}},
         {{end, inArray}, {"[ "}},
         {{unrecognised, inArray}, {"[1,,2]"}},
-        {{{2, "Leading + disallowed in number"}, inArray, inArray}, {"[[+1]]"}},
         {{{9, "Trailing comma disallowed in array"}}, {"[1,]", "[1 , ]"}},
         {{{11, "End of input while parsing object"}}, {"{", "{\"a\":1"}},
         {{key}, {"{1:2}"}},
@@ -87,7 +82,6 @@ TEST(JsonReading, RefusesWithItsTrace) {
         {{{10, "Garbage after JSON"}}, {"[] x", "[]\0"s}},
         {{endInString}, {"\"abc", "\"abc\\", "\"abc\0def\""s}},
         {control("a"), {"\"a\nb\""}},
-        {control("1f"), {"\"\x1F\""}},
         {control("c3"), {"\"ok\xC3\""}},
         {control("c0"), {"\"\xC0\x80\""}},
         {control("ed"), {"\"\xED\xA0\x80\""}},
@@ -96,7 +90,6 @@ TEST(JsonReading, RefusesWithItsTrace) {
         {{noDigit, noQuad, broken}, {R"("\u12)", R"("\u12g4")", R"("\u-123")"}},
         {{{6, "Invalid high character in surrogate pair"}, broken}, {R"("\udc00")"}},
         {{noLow, broken}, {R"("\ud800")", R"("\ud800\n")"}},
-        {{noDigit, noLow, broken}, {R"("\ud800\u00")"}},
         {{badLow, broken}, {R"("\ud800\u0041")", R"("\ud800\udfff")"}},
     };
     SBJsonParser parser;
@@ -141,17 +134,6 @@ TEST(JsonReading, ObjectsOnlyAtTheTop) {
     EXPECT_EQ(troubles(parser), (std::vector<Trouble>{{4, "Valid fragment, but not JSON"}}));
     EXPECT_FALSE(parser.objectWithString(std::nullopt));
     EXPECT_EQ(troubles(parser), (std::vector<Trouble>{{12, "Input was 'nil'"}}));
-}
-
-TEST(JsonReading, MegabytesOfOneThing) {
-    constexpr std::size_t many = 1'000'000;
-    const std::string digits(many, '7');
-    EXPECT_EQ(SBJsonParser{}.fragmentWithString(digits)->number()->stringValue(), digits);
-    std::string newlines = "\"";
-    for (std::size_t i = 0; i < many; ++i)
-        newlines += "\\n";
-    EXPECT_EQ(SBJsonParser{}.fragmentWithString(newlines + '"')->text()->size(), many);
-    EXPECT_FALSE(SBJsonParser{}.fragmentWithString(std::string(many, '[')));
 }
 
 TEST(JsonDepth, LimitHoldsBothWays) {
@@ -212,60 +194,6 @@ TEST(JsonWriting, RefusesWhatHasNoForm) {
               (std::vector<Trouble>{unsupported, {1, "Unsupported value for key k in object"}}));
     EXPECT_FALSE(writer.stringWithObject("text"));
     EXPECT_EQ(troubles(writer), (std::vector<Trouble>{{4, "Not valid type for JSON"}}));
-}
-
-TEST(JsonWriting, AsksForTheProxy) {
-    struct Leaf {
-        [[nodiscard]] Value proxyForJson() const { return Array{"leaf"}; }
-    };
-    struct Branch {
-        [[nodiscard]] Leaf proxyForJson() const { return {}; }
-    };
-    EXPECT_EQ(SBJsonWriter{}.stringWithObject(Branch{}), R"(["leaf"])");
-    EXPECT_EQ(JSONFragment(Leaf{}), R"(["leaf"])");
-}
-
-TEST(JsonFacade, PassesOptionsInAndErrorsOut) {
-    SBJSON json;
-    JSONError error;
-    json.setMaxDepth(1);
-    json.setHumanReadable(true);
-    json.setSortKeys(true);
-    EXPECT_FALSE(json.objectWithStringError("[[]]", &error));
-    EXPECT_EQ(error.code, 3);
-    ASSERT_TRUE(error.underlying);
-    EXPECT_EQ(error.underlying->code, 7);
-    EXPECT_EQ(json.errorTrace().size(), 2U);
-    EXPECT_FALSE(json.stringWithObjectError(Array{Array{}}, &error));
-    EXPECT_EQ(error.code, 7);
-    EXPECT_EQ(json.stringWithObject(Dictionary{{"b", true}, {"a", true}}),
-              "{\n  \"a\" : true,\n  \"b\" : true\n}");
-    EXPECT_TRUE(json.errorTrace().empty());
-    EXPECT_FALSE(json.objectWithStringAllowScalarError("5", false, nullptr));
-    EXPECT_TRUE(json.objectWithStringAllowScalarError("5", true, nullptr));
-    EXPECT_FALSE(json.stringWithObjectAllowScalarError("5", false, &error));
-    EXPECT_EQ(error.code, 4);
-    EXPECT_EQ(json.stringWithFragmentError("5", &error), "\"5\"");
-}
-
-TEST(JsonInOneCall, LogsFailures) {
-    std::vector<std::string> lines;
-    setLogSink([&](std::string_view line) { lines.emplace_back(line); });
-    EXPECT_FALSE(JSONValue("5"));
-    EXPECT_FALSE(JSONFragmentValue("[-]"));
-    EXPECT_FALSE(JSONRepresentation(true));
-    EXPECT_FALSE(JSONFragment(Data{}));
-    EXPECT_EQ(JSONFragmentValue("5"), Value{Number{"5"}});
-    setLogSink({});
-    const auto line = [](const std::string& call, const std::string& trace) {
-        return "-" + call + " failed. Error trace is: (org.torvjson.JSON.ErrorDomain " + trace + ")";
-    };
-    EXPECT_EQ(lines, (std::vector{line("JSONValue", R"(4 "Valid fragment, but not JSON")"),
-                                  line("JSONFragmentValue",
-                                       R"(2 "No digits after initial minus", org.torvjson.JSON.ErrorDomain )"
-                                       R"(3 "Expected value while parsing array")"),
-                                  line("JSONRepresentation", R"(4 "Not valid type for JSON")"),
-                                  line("JSONFragment", R"(1 "JSON serialisation not supported for Data")")}));
 }
 
 }  // namespace

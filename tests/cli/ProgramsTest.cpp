@@ -167,10 +167,12 @@ TEST_F(ProgramsWithModule, WithoutAPlaceForTheStoreValuesStillRun) {
 TEST_F(ProgramsWithModule, TheWindowTakesItsPictureAndEnds) {
     const QTemporaryDir folder;
     const auto file = folder.filePath("picture.png");
-    EXPECT_EQ(run("itorv", {"--offscreen", "--size", "640x360", "--screenshot", file, "--after", "1.5",
-                            "--module", address})
-                  .code,
-              0);
+    const auto result = run("itorv", {"--offscreen", "--log-times", "--size", "640x360", "--screenshot", file,
+                                      "--after", "1.5", "--module", address});
+    EXPECT_EQ(result.code, 0);
+    const auto frame = result.error.find("first frame after ");
+    EXPECT_LT(frame, result.error.find("first value after ")) << result.error;
+    EXPECT_NE(result.error.find("first value after "), std::string::npos) << result.error;
     EXPECT_EQ(QImage{file}.size(), (QSize{640, 360}));
     EXPECT_EQ(run("itorv", {"--offscreen", "--screenshot", "/no/such/folder/x.png", "--after", "0",
                             "--module", address})

@@ -4,7 +4,6 @@
 #include <QImage>
 #include <QQmlApplicationEngine>
 #include <QQuickItem>
-#include <QQuickStyle>
 #include <QQuickWindow>
 #include <chrono>
 #include <filesystem>
@@ -28,7 +27,6 @@ class WindowTest : public testing::Test {
 protected:
     WindowTest() {
         qputenv("XDG_DATA_HOME", (testing::TempDir() + "itorv-window").c_str());
-        QQuickStyle::setStyle("Basic");
         platform = std::make_unique<RealPlatform>();
         Platform::install(platform.get());
         fakes::freshenEngine();

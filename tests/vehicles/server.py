@@ -9,7 +9,6 @@ import threading
 import time
 
 FOLDER = sys.argv[1]
-FAULTY_SECONDS = 30
 PROFILE = b'{"vehicle": "Impostor", "version": "9.9"}'
 
 
@@ -39,23 +38,11 @@ class Handler(http.server.BaseHTTPRequestHandler):
     def answer_404(self, _):
         self.reply(404, PROFILE)
 
-    def answer_500(self, _):
-        self.reply(500, PROFILE)
-
     def answer_cut(self, _):
         self.reply(200, PROFILE, length=len(PROFILE) + 100)
 
     def answer_latin(self, _):
         self.reply(200, b'[{"vehicle": "Caf\xe9", "version": "9.9"}]')
-
-    def answer_text(self, _):
-        self.reply(200, b"<html>Please log in</html>")
-
-    def answer_announced(self, _):
-        self.reply(200, b"[" + bytes(1 << 20), length=50 << 20)
-
-    def answer_loop(self, rest):
-        self.reply(302, b"", location="/loop/" + rest)
 
     def answer_passwd(self, _):
         self.reply(302, b"", location="file:///etc/passwd")
@@ -64,8 +51,7 @@ class Handler(http.server.BaseHTTPRequestHandler):
         self.send_response(200)
         self.send_header("Connection", "close")
         self.end_headers()
-        end = time.monotonic() + FAULTY_SECONDS
-        while time.monotonic() < end:
+        while True:  # until the client has had enough
             self.wfile.write(block)
             time.sleep(pause)
 

@@ -1,9 +1,11 @@
 #include "platform/real/CurlURLLoader.h"
 
 #include <curl/curl.h>
+#include <dlfcn.h>
 
 #include <array>
 #include <memory>
+#include <optional>
 
 namespace torv {
 namespace {
@@ -11,6 +13,41 @@ namespace {
 constexpr long connectSeconds = 10;
 constexpr long mostRedirects = 5;
 constexpr auto protocols = "http,https";
+
+/// libcurl, loaded with the first request: it brings thirty libraries with it, and most starts of the
+/// program fetch nothing. Never unloaded, for some of those can't be.
+struct Curl {
+    decltype(&curl_global_init) globalInit = nullptr;
+    decltype(&curl_easy_init) init = nullptr;
+    decltype(&curl_easy_cleanup) cleanup = nullptr;
+    decltype(&curl_easy_setopt) setopt = nullptr;
+    decltype(&curl_easy_perform) perform = nullptr;
+    decltype(&curl_easy_getinfo) getinfo = nullptr;
+    decltype(&curl_easy_strerror) strerror = nullptr;
+};
+
+template <class Function>
+bool find(void* library, const char* name, Function& function) {
+    function = reinterpret_cast<Function>(::dlsym(library, name));
+    return function != nullptr;
+}
+
+std::optional<Curl> loadCurl() {
+    auto* const library = ::dlopen("libcurl.so.4", RTLD_NOW | RTLD_LOCAL);
+    Curl c;
+    const bool whole =
+        library && find(library, "curl_global_init", c.globalInit) &&
+        find(library, "curl_easy_init", c.init) && find(library, "curl_easy_cleanup", c.cleanup) &&
+        find(library, "curl_easy_setopt", c.setopt) && find(library, "curl_easy_perform", c.perform) &&
+        find(library, "curl_easy_getinfo", c.getinfo) && find(library, "curl_easy_strerror", c.strerror);
+    if (!whole || c.globalInit(CURL_GLOBAL_DEFAULT) != CURLE_OK) return std::nullopt;
+    return c;
+}
+
+const std::optional<Curl>& sharedCurl() {
+    static const auto curl = loadCurl();
+    return curl;
+}
 
 struct Body {
     Data bytes;
@@ -27,19 +64,14 @@ std::size_t append(const char* bytes, std::size_t size, std::size_t count, void*
 
 }  // namespace
 
-CurlURLLoader::CurlURLLoader(Limits limits) : m_limits(limits) {
-    curl_global_init(CURL_GLOBAL_DEFAULT);
-}
-CurlURLLoader::~CurlURLLoader() {
-    curl_global_cleanup();
-}
-
 URLLoader::Reply CurlURLLoader::load(const std::string& url) {
-    const std::unique_ptr<CURL, decltype(&curl_easy_cleanup)> handle{curl_easy_init(), &curl_easy_cleanup};
+    const auto& curl = sharedCurl();
+    if (!curl) return {.body = {}, .status = {}, .error = "libcurl is not to be had"};
+    const std::unique_ptr<CURL, decltype(&curl_easy_cleanup)> handle{curl->init(), curl->cleanup};
     if (!handle) return {.body = {}, .status = {}, .error = "libcurl could not be started"};
     Body body{.bytes = {}, .most = m_limits.bytes};
     std::array<char, CURL_ERROR_SIZE> message{};
-    const auto set = [&](CURLoption option, auto value) { curl_easy_setopt(handle.get(), option, value); };
+    const auto set = [&](CURLoption option, auto value) { curl->setopt(handle.get(), option, value); };
     set(CURLOPT_URL, url.c_str());
     set(CURLOPT_PROTOCOLS_STR, protocols);
     set(CURLOPT_REDIR_PROTOCOLS_STR, protocols);
@@ -53,9 +85,9 @@ URLLoader::Reply CurlURLLoader::load(const std::string& url) {
     set(CURLOPT_ERRORBUFFER, message.data());
     set(CURLOPT_WRITEFUNCTION, &append);
     set(CURLOPT_WRITEDATA, &body);
-    const auto result = curl_easy_perform(handle.get());
+    const auto result = curl->perform(handle.get());
     long status = 0;
-    curl_easy_getinfo(handle.get(), CURLINFO_RESPONSE_CODE, &status);
+    curl->getinfo(handle.get(), CURLINFO_RESPONSE_CODE, &status);
     Reply reply;
     if (status != 0) reply.status = static_cast<int>(status);
     if (result == CURLE_OK) {
@@ -63,7 +95,7 @@ URLLoader::Reply CurlURLLoader::load(const std::string& url) {
     } else if (result == CURLE_WRITE_ERROR || result == CURLE_FILESIZE_EXCEEDED) {
         reply.error = "it is larger than " + std::to_string(m_limits.bytes >> 20U) + " MiB";
     } else {
-        reply.error = message[0] != '\0' ? message.data() : curl_easy_strerror(result);
+        reply.error = message[0] != '\0' ? message.data() : curl->strerror(result);
     }
     return reply;
 }

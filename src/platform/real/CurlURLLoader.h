@@ -18,13 +18,12 @@ public:
     };
 
     CurlURLLoader() : CurlURLLoader(Limits{}) {}
-    explicit CurlURLLoader(Limits limits);
-    ~CurlURLLoader() override;
+    explicit CurlURLLoader(Limits limits) : m_limits(limits) {}
 
     [[nodiscard]] Reply load(const std::string& url) override;
 
 private:
-    Limits m_limits;
+    const Limits m_limits;
 };
 
 }  // namespace torv
