@@ -44,7 +44,7 @@ protected:
         screen->viewWillAppear();
         return screen;
     }
-    static void receive(std::uint8_t aid, std::initializer_list<std::uint8_t> bytes) {
+    static void receive(std::uint8_t aid, const fakes::Bytes& bytes) {
         const std::scoped_lock lock{avStoreMutex()};
         std::copy(bytes.begin(), bytes.end(), x2comReceiveSlot(aid));
     }
@@ -81,7 +81,7 @@ TEST_F(GroupsTest, ValuesComeHalfASecondLaterInTheLayoutOfTheirUnit) {
         std::uint8_t aid;
         const char* unit;
         int formatter;
-        std::initializer_list<std::uint8_t> bytes;
+        fakes::Bytes bytes;
         const char* text;
     };
     const std::vector<Row> rows{
