@@ -90,9 +90,9 @@ std::optional<Arguments> readArguments(const QStringList& arguments, std::string
         {"interface", "The network interface whose address tells which module to look for (en0).", "NAME",
          "en0"},
         {"profile", "Use this vehicle profile document.", "FILE"},
-        {"json", "One JSON object a line."},
+        {"json", "One JSON object a line (watch, get and frames)."},
         {"timeout", "Seconds to wait for the module (10).", "SECONDS", "10"},
-        {"for", "End after so many seconds; watch and frames go on without.", "SECONDS"},
+        {"for", "End so many seconds after the module was found; watch and frames go on without.", "SECONDS"},
         {"flags", "State bits to write with the value (set): 1 off, 2 on, 4 third, 8/16 second off/on.",
          "NUMBER"},
         {"update-server", "Where vehicle profiles are updated from.", "URL"},
@@ -129,7 +129,11 @@ std::optional<Arguments> readArguments(const QStringList& arguments, std::string
         }
     }
     if (parser.isSet("update-server")) {
-        torv::VehicleDataSource::setUpdateServer(parser.value("update-server").toStdString());
+        const auto server = parser.value("update-server").toStdString();
+        if (!server.starts_with("http://") && !server.starts_with("https://")) {
+            return refuse("--update-server takes an address as in http://example.com");
+        }
+        torv::VehicleDataSource::setUpdateServer(server);
     }
     const auto timeout = seconds(parser.value("timeout"));
     if (!timeout) return refuse("--timeout takes a number of seconds");

@@ -19,8 +19,8 @@ void print(const char* place, const Vehicle& vehicle) {
     const auto* state = vehicle.updateAvailable() ? "  update available"
                         : vehicle.info().empty()  ? "  not downloaded"
                                                   : "";
-    std::printf("%-8s  %s  version %s%s\n", place, vehicle.name().value_or("(no name)").c_str(),
-                vehicle.version().value_or("(none)").c_str(), state);
+    std::printf("%-8s  %s  version %s%s\n", place, printable(vehicle.name().value_or("(no name)")).c_str(),
+                printable(vehicle.version().value_or("(none)")).c_str(), state);
 }
 
 int list() {
@@ -50,7 +50,10 @@ int use(const std::string& name) {
         return badArguments;
     }
     VehicleDataSource::setCurrentVehicle(*vehicle);
-    if (!Platform::current().userDefaults().synchronize()) return noAnswer;
+    if (!Platform::current().userDefaults().synchronize()) {
+        complain("the choice could not be kept; --verbose tells why");
+        return noAnswer;
+    }
     std::printf("%s is the current vehicle\n", name.c_str());
     return success;
 }

@@ -108,8 +108,11 @@ int set(Handset& handset, const Arguments& arguments) {
         complain("the module did not acknowledge");
         return noAnswer;
     }
-    std::printf("%s set to %s %s: acknowledged\n", attribute->name.value_or("value").c_str(),
-                arguments.value.c_str(), unitText(mode).c_str());
+    // As the module has it now: what the value's form can't hold is gone.
+    auto written = AV::forAID(arguments.aid, {bytes.get(), slotSize(arguments.aid)});
+    const auto shown = attribute->dataFromAV(written).value_or(data).value;
+    std::printf("%s set to %s %s: acknowledged\n", attribute->name.value_or("value").c_str(), shown.c_str(),
+                unitText(mode).c_str());
     return success;
 }
 

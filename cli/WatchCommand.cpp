@@ -1,6 +1,8 @@
+#include <sys/ioctl.h>
 #include <unistd.h>
 
 #include <algorithm>
+#include <array>
 #include <chrono>
 #include <cstdio>
 #include <memory>
@@ -69,13 +71,21 @@ public:
     }
 
 private:
+    /// As many rows and columns as the terminal has; what is more would scroll the rest away.
     void draw() const {
+        winsize size{};
+        const bool known =
+            ::ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) == 0 && size.ws_row > 1 && size.ws_col > 0;
+        const auto rows = known ? std::min<std::size_t>(m_rows.size(), size.ws_row - 1U) : m_rows.size();
         std::fputs("\033[H", stdout);
-        for (const auto& row : m_rows) {
-            const auto* colour = row.warning ? "\033[1;31m" : "";
-            std::printf("%3d  %-20.20s %s%12s %-12.12s%s%s\033[K\n", static_cast<int>(row.aid),
-                        row.name.c_str(), colour, row.value.c_str(), row.unit.c_str(),
-                        row.warning ? "WARNING" : "", row.warning ? "\033[0m" : "");
+        for (std::size_t i = 0; i < rows; ++i) {
+            const auto& row = m_rows[i];
+            std::array<char, 256> line{};
+            std::snprintf(line.data(), line.size(), "%3d  %-20.20s %12.12s %-12.12s%s",
+                          static_cast<int>(row.aid), row.name.c_str(), row.value.c_str(), row.unit.c_str(),
+                          row.warning ? "WARNING" : "");
+            const int width = known ? size.ws_col : static_cast<int>(line.size());
+            std::printf("%s%.*s\033[0m\033[K\n", row.warning ? "\033[1;31m" : "", width, line.data());
         }
         std::fputs("\033[J", stdout);
         std::fflush(stdout);

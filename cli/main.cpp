@@ -1,5 +1,6 @@
 #include <QCoreApplication>
 #include <array>
+#include <cstdio>
 
 #include "Arguments.h"
 #include "Commands.h"
@@ -50,7 +51,11 @@ int main(int argc, char** argv) {
     }
     itorvctl::Handset handset{*arguments, std::move(*vehicle)};
     for (const auto& [command, run] : rows) {
-        if (command == arguments->command) return run(handset, *arguments);
+        if (command != arguments->command) continue;
+        const int code = run(handset, *arguments);
+        if (std::fflush(stdout) == 0 && std::ferror(stdout) == 0) return code;
+        itorvctl::complain("the output could not be written");
+        return itorvctl::noAnswer;
     }
     return itorvctl::badArguments;
 }

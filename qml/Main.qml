@@ -13,12 +13,12 @@ Window {
     color: Theme.ground
     title: "iTorv"
 
-    // Lengths are points on a stage 320 high, scaled to the window's own height.
+    // Lengths are points on a stage 320 high, scaled to the window's own height; one held upright is 320 wide.
     Item {
-        readonly property real points: Math.max(window.height, 1) / 320
+        readonly property real points: Math.max(Math.min(window.width, window.height), 1) / 320
 
         width: window.width / points
-        height: 320
+        height: window.height / points
         scale: points
         transformOrigin: Item.TopLeft
 

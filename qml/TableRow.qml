@@ -25,6 +25,8 @@ Item {
         width: delegate.width - 40
         verticalAlignment: Text.AlignVCenter
         elide: Text.ElideRight
+            maximumLineCount: 1
+            textFormat: Text.PlainText
         text: delegate.sectionTitle
         color: "white"
         font.pixelSize: 16
@@ -62,7 +64,7 @@ Item {
             anchors.bottom: parent.bottom
             x: 14
             width: parent.width - 14
-            height: 0.5
+            height: 1
             color: Theme.line
         }
 
@@ -74,6 +76,8 @@ Item {
             width: delegate.subtitle ? body.width - 28 - mark.width
                                      : Math.min(implicitWidth, (body.width - 28) * 0.6)
             elide: Text.ElideRight
+            maximumLineCount: 1
+            textFormat: Text.PlainText
             text: delegate.cell.text
             color: delegate.cell.dimmed ? Theme.faint : Theme.text
             font.pixelSize: 14
@@ -88,6 +92,8 @@ Item {
                                      : body.width - 28 - title.width - mark.width - 16
             horizontalAlignment: delegate.subtitle ? Text.AlignLeft : Text.AlignRight
             elide: Text.ElideRight
+            maximumLineCount: 1
+            textFormat: Text.PlainText
             text: delegate.cell.detailText
             color: delegate.cell.alarming ? Theme.alarm : delegate.subtitle ? Theme.faint : Theme.accent
             font.pixelSize: delegate.subtitle ? 11 : 15

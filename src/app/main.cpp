@@ -6,6 +6,8 @@
 #include <QQmlApplicationEngine>
 #include <QQuickWindow>
 #include <QUrl>
+#include <algorithm>
+#include <array>
 #include <chrono>
 #include <cstdio>
 #include <cstring>
@@ -56,6 +58,24 @@ void chooseOffscreen(int argc, char** argv) {
         qputenv("QT_QPA_PLATFORM", "offscreen");
         qputenv("QT_QUICK_BACKEND", "software");
     }
+}
+
+/// Qt would end the process without a word that a user understands.
+bool lacksDisplay(int argc, char** argv) {
+    for (int i = 1; i < argc; ++i) {
+        if (std::strcmp(argv[i], "-platform") == 0) return false;
+    }
+    const std::array variables{"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM"};
+    return std::none_of(variables.begin(), variables.end(),
+                        [](const char* name) { return qEnvironmentVariableIsSet(name); });
+}
+
+bool asksForText(int argc, char** argv) {
+    return std::any_of(argv + 1, argv + argc, [](const char* argument) {
+        const std::array options{"-h", "--help", "--help-all", "-v", "--version"};
+        return std::any_of(options.begin(), options.end(),
+                           [&](const char* o) { return std::strcmp(argument, o) == 0; });
+    });
 }
 
 std::optional<QSize> sizeFromText(const QString& text) {
@@ -138,9 +158,20 @@ void takeScreenshotLater(RunLoop& loop, QQuickWindow& window, const Options& opt
 
 int main(int argc, char** argv) {
     const auto begin = StartTimes::Clock::now();
-    qInstallMessageHandler(
-        [](QtMsgType, const QMessageLogContext&, const QString& message) { logLine(message.toStdString()); });
+    qInstallMessageHandler([](QtMsgType type, const QMessageLogContext&, const QString& message) {
+        logLine(message.toStdString());
+        if (type == QtFatalMsg) std::fprintf(stderr, "itorv: %s\n", qPrintable(message));
+    });
     chooseOffscreen(argc, argv);
+    if (asksForText(argc, argv)) {
+        const QCoreApplication application{argc, argv};
+        QCoreApplication::setApplicationName("itorv");
+        QCoreApplication::setApplicationVersion("1.0");
+        Options none;
+        static_cast<void>(readArguments(application, none));  // shows what is asked for, and ends
+    }
+    if (lacksDisplay(argc, argv))
+        return refuse("there is no display; --offscreen needs none, and ./run serves one by VNC");
     QGuiApplication application{argc, argv};
     QGuiApplication::setApplicationName("itorv");
     QGuiApplication::setApplicationDisplayName("iTorv");
@@ -149,7 +180,7 @@ int main(int argc, char** argv) {
     if (const auto why = readArguments(application, options)) return refuse(*why);
 
     if (QGuiApplication::platformName() == "vnc" && !keepListenersOnLoopback()) {
-        return refuse("the window could not be kept off the network");
+        return refuse("the window can't be served by VNC on the loopback interface; is the port taken?");
     }
     startSystemLog("itorv", LogTerminal::yes);
     RealPlatform platform;

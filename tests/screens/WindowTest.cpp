@@ -13,6 +13,7 @@
 #include "bench/Bench.h"
 #include "diagnostics/GroupsViewController.h"
 #include "fakes/FreshEngine.h"
+#include "fakes/WaitUntil.h"
 #include "platform/real/RealPlatform.h"
 #include "screens/NavigationController.h"
 #include "screens/Stage.h"
@@ -59,15 +60,7 @@ protected:
     }
 
     bool waitUntil(const std::function<bool()>& condition, std::chrono::milliseconds limit = 20s) {
-        auto& loop = platform->runLoop();
-        bool timeIsOver = false;
-        const auto timer = loop.scheduleTimer(limit, false, [&](Timer&) { timeIsOver = true; });
-        const auto ticks = loop.scheduleTimer(10ms, true, [](Timer&) {});
-        while (!condition() && !timeIsOver && loop.runOnce()) {
-        }
-        timer->invalidate();
-        ticks->invalidate();
-        return condition();
+        return fakes::waitUntil(platform->runLoop(), condition, limit);
     }
 
     std::unique_ptr<RealPlatform> platform;

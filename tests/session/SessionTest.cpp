@@ -152,6 +152,7 @@ TEST_F(SessionTest, NothingButWholeAVsBringsItUp) {
         {"cut item", frame({0x13, 100, 1})},
         {"bad CRC", {0x13, 10, 1, 0}},
         {"empty", {0}},
+        {"a read of nothing", {}},
     };
     start();
     for (const auto& [name, bytes] : rows) {
@@ -391,6 +392,9 @@ TEST_F(FeederTest, FeedModes) {
     };
     feeder->setFeeding(false);
     tenMessages();
+    EXPECT_EQ(count(), 0U);
+    connect();
+    EXPECT_EQ(feeder->valueForAID(10).bytes()[0], 0x2A);  // the store goes on filling
     EXPECT_EQ(count(), 0U);
     feeder->setFeeding(true);
     tenMessages();

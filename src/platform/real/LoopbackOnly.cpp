@@ -22,15 +22,17 @@ bool listens(int file) {
 
 bool keepListenersOnLoopback() {
     bool kept = true;
+    bool any = false;
     std::error_code error;
     for (const auto& entry : std::filesystem::directory_iterator{"/proc/self/fd", error}) {
         const auto name = entry.path().filename().string();
         int file = -1;
         std::from_chars(name.data(), name.data() + name.size(), file);
         if (!listens(file)) continue;
+        any = true;
         kept = ::setsockopt(file, SOL_SOCKET, SO_BINDTODEVICE, loopback, sizeof loopback) == 0 && kept;
     }
-    return kept && !error;
+    return any && kept && !error;
 }
 
 }  // namespace torv
