@@ -20,7 +20,7 @@ Item {
 
     Text {
         visible: delegate.isFirst && delegate.sectionTitle !== ""
-        x: 20
+        x: 8  // 20 from the edge of the screen
         height: 50
         width: delegate.width - 40
         verticalAlignment: Text.AlignVCenter
