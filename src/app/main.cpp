@@ -179,6 +179,7 @@ int main(int argc, char** argv) {
     Options options;
     if (const auto why = readArguments(application, options)) return refuse(*why);
 
+    QCoreApplication::sendPostedEvents();  // the VNC platform begins to listen with its first event
     if (QGuiApplication::platformName() == "vnc" && !keepListenersOnLoopback()) {
         return refuse("the window can't be served by VNC on the loopback interface; is the port taken?");
     }
