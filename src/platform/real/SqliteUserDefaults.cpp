@@ -121,7 +121,9 @@ bool SqliteUserDefaults::load() {
         if (value) {
             m_entries.insert_or_assign(std::move(key), std::move(*value));
         } else {
-            logLine("the stored entry \"" + key + "\" can't be read and is left alone: " + error);
+            std::string line = "the stored entry \"";
+            line.append(key).append("\" can't be read and is left alone: ").append(error);
+            logLine(line);
         }
     }
     return step == SQLITE_DONE;

@@ -6,7 +6,7 @@
 
 namespace torv {
 
-ThreadWorkQueue::ThreadWorkQueue(std::string name)
+ThreadWorkQueue::ThreadWorkQueue(const std::string& name)
     : m_name(name.substr(0, 15)), m_thread([this] { run(); }) {}
 
 ThreadWorkQueue::~ThreadWorkQueue() {

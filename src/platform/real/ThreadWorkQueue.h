@@ -13,7 +13,7 @@ namespace torv {
 /// One thread that takes the work in order.
 class ThreadWorkQueue final : public WorkQueue {
 public:
-    explicit ThreadWorkQueue(std::string name);
+    explicit ThreadWorkQueue(const std::string& name);
     ~ThreadWorkQueue() override;
 
     void post(std::function<void()> work) override;
