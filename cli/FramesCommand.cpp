@@ -49,7 +49,9 @@ class FramePrinter final : public ZephrelaneDriver::Monitor {
 public:
     FramePrinter(const Handset& handset, bool json) : m_handset(handset), m_json(json) {}
 
-    void frameSent(std::span<const std::uint8_t> frame) override { print("sent", frame, "sent"); }
+    void frameSent(std::span<const std::uint8_t> frame, x2comTxResult result) override {
+        print("sent", frame, (std::to_string(result) + " sent").c_str());
+    }
 
     void chunkReceived(std::span<const std::uint8_t> chunk, x2comResult resultOfTheOneBefore) override {
         if (!m_before.empty()) print("received", m_before, resultNames[resultOfTheOneBefore]);

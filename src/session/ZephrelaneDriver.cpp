@@ -255,7 +255,9 @@ AV ZephrelaneDriver::readValueForAID(std::int32_t aid) const {
 void ZephrelaneDriver::transmit() {
     ExchangeLock lock{m_exchangeMutex};
     auto* const outer = std::exchange(m_transmitLock, &lock);
-    x2comTransmit();
+    m_sent.clear();
+    const auto result = x2comTransmit();
+    if (m_monitor && !m_sent.empty()) m_monitor->frameSent(m_sent, result);
     m_transmitLock = outer;
 }
 
@@ -267,7 +269,7 @@ void ZephrelaneDriver::sendBytes(std::span<const std::uint8_t> frame) {
         const std::scoped_lock lock{m_lock};
         if (!m_connected || !m_stream) return true;  // dropped; the exchange ends by its timer
         if (m_stream->write({bytes.data(), frame.size()}) < 0) return false;
-        if (m_monitor) m_monitor->frameSent({bytes.data(), frame.size()});
+        m_sent.assign(bytes.begin(), bytes.begin() + static_cast<std::ptrdiff_t>(frame.size()));
         return true;
     };
     while (!written()) {

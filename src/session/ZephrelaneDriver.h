@@ -86,7 +86,7 @@ public:
         Monitor(const Monitor&) = delete;
         Monitor& operator=(const Monitor&) = delete;
         virtual ~Monitor() = default;
-        virtual void frameSent(std::span<const std::uint8_t> frame) = 0;
+        virtual void frameSent(std::span<const std::uint8_t> frame, x2comTxResult result) = 0;
         virtual void chunkReceived(std::span<const std::uint8_t> chunk, x2comResult resultOfTheOneBefore) = 0;
     };
     void setMonitor(std::shared_ptr<Monitor> monitor) { m_monitor = std::move(monitor); }
@@ -120,6 +120,7 @@ private:
     const ConnectionOptions m_options;
     ZephrelaneDriverDelegate* m_delegate = nullptr;
     std::shared_ptr<Monitor> m_monitor;
+    std::vector<std::uint8_t> m_sent;  // by the running `transmit`; main thread
 
     std::shared_ptr<ByteStream> m_stream;  // null while closed
     std::int32_t m_counter = 0;
