@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "app/iTorvAppDelegateDelegate.h"
+#include "datalog/DataLog.h"
 #include "screens/AlertView.h"
 #include "session/iTorvFeeder.h"
 #include "vehicles/SettingValueStore.h"
@@ -57,7 +58,7 @@ public:
         return m_disconnectedWarning;
     }
     /// Made by its first writer.
-    [[nodiscard]] std::optional<Dictionary>& dataLoggingDict() { return m_dataLoggingDict; }
+    [[nodiscard]] std::optional<DataLog>& dataLoggingDict() { return m_dataLoggingDict; }
     /// The document of the launch URL, until the import screen takes it.
     [[nodiscard]] const std::optional<Value>& importVehicleInfo() const { return m_importVehicleInfo; }
 
@@ -77,7 +78,7 @@ private:
 
     bool m_connected = false;
     std::shared_ptr<iTorvFeeder> m_feeder;
-    std::optional<Dictionary> m_dataLoggingDict;
+    std::optional<DataLog> m_dataLoggingDict;
     Vehicle m_currentVehicle;
     std::optional<ProfileDictionary> m_settingValues;
     std::vector<iTorvAppDelegateDelegate*> m_delegates;

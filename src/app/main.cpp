@@ -3,7 +3,6 @@
 #include <QDir>
 #include <QFileInfo>
 #include <QGuiApplication>
-#include <QQmlApplicationEngine>
 #include <QQuickWindow>
 #include <QUrl>
 #include <algorithm>
@@ -14,9 +13,12 @@
 #include <memory>
 #include <string>
 
+#include "MainWindow.h"
 #include "app/ConnectionStatus.h"
+#include "app/MainMenuViewController.h"
 #include "app/StartTimes.h"
 #include "app/iTorvAppDelegate.h"
+#include "dashboards/iTorvViewController.h"
 #include "diagnostics/GroupsViewController.h"
 #include "platform/Log.h"
 #include "platform/real/LoopbackOnly.h"
@@ -24,7 +26,6 @@
 #include "platform/real/QuitSignals.h"
 #include "platform/real/RealPlatform.h"
 #include "platform/real/SystemLog.h"
-#include "screens/NavigationController.h"
 #include "screens/Stage.h"
 #include "session/ConnectionOptions.h"
 #include "vehicles/ProfileDocument.h"
@@ -146,6 +147,26 @@ std::optional<std::string> readArguments(const QCoreApplication& application, Op
     return std::nullopt;
 }
 
+DashboardScreens screensOf(const std::shared_ptr<iTorvAppDelegate>& control) {
+    return {.mainMenu =
+                [control] {
+                    return std::make_shared<MainMenuViewController>(std::vector<MainMenuViewController::Row>{
+                        {"Diagnostics", [control]() -> std::shared_ptr<ViewController> {
+                             return std::make_shared<GroupsViewController>(control->currentVehicle(),
+                                                                           control->feeder());
+                         }}});
+                },
+            .carSetup = {}};
+}
+
+QStringList shownValues(const std::vector<std::unique_ptr<DroppableView>>& places) {
+    QStringList values;
+    for (const auto& place : places) {
+        if (place->gauge()) values += place->gauge()->valueView().glyphs();
+    }
+    return values;
+}
+
 void takeScreenshotLater(RunLoop& loop, QQuickWindow& window, const Options& options) {
     loop.scheduleTimer(options.after, false, [&loop, &window, file = options.screenshot](Timer&) {
         const bool saved = window.grabWindow().save(file, "PNG");
@@ -200,22 +221,23 @@ int main(int argc, char** argv) {
     const auto control = std::make_shared<iTorvAppDelegate>();
     const MemoryPressure pressure{[&] { control->applicationDidReceiveMemoryWarning(); }};
     std::unique_ptr<ConnectionStatus> status;
-    std::unique_ptr<NavigationController> navigation;
+    std::shared_ptr<iTorvViewController> firstPage;
     std::unique_ptr<Stage> stage;
-    QQmlApplicationEngine engine;
+    std::unique_ptr<MainWindow> mainWindow;
     control->applicationDidFinishLaunchingWithOptions(options.launch, [&] {
         status = std::make_unique<ConnectionStatus>(control->feeder());
-        navigation = std::make_unique<NavigationController>(
-            std::make_shared<GroupsViewController>(control->currentVehicle(), control->feeder()));
-        stage = std::make_unique<Stage>(*navigation, status.get());
-        engine.setInitialProperties({{"stage", QVariant::fromValue(stage.get())}});
-        engine.load("qrc:/iTorv/Main.qml");
+        firstPage = std::make_shared<iTorvViewController>(control, screensOf(control));
+        stage = std::make_unique<Stage>(firstPage, status.get());
+        mainWindow = std::make_unique<MainWindow>(*stage);
     });
-    if (engine.rootObjects().isEmpty()) return refuse("the window could not be made");
-    auto* window = qobject_cast<QQuickWindow*>(engine.rootObjects().first());
+    auto* window = mainWindow->window();
+    if (!window) return refuse("the window could not be made");
     if (options.size) window->resize(*options.size);
     std::optional<StartTimes> times;
-    if (options.logTimes) times.emplace(begin, *window, *navigation, control->feeder());
+    if (options.logTimes) {
+        times.emplace(begin, *window, control->feeder(),
+                      [&] { return shownValues(firstPage->droppableViews()); });
+    }
     if (!options.screenshot.isEmpty()) takeScreenshotLater(platform.runLoop(), *window, options);
     return QGuiApplication::exec();
 }

@@ -1,6 +1,5 @@
 #include "screens/NavigationController.h"
 
-#include <QQmlEngine>
 #include <utility>
 
 #include "screens/Touch.h"
@@ -8,7 +7,6 @@
 namespace torv {
 
 NavigationController::NavigationController(std::shared_ptr<ViewController> root) {
-    QQmlEngine::setObjectOwnership(this, QQmlEngine::CppOwnership);
     root->m_navigationController = this;
     m_stack.push_back(std::move(root));
     topViewController()->loadViewIfNeeded();

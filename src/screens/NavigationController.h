@@ -1,6 +1,5 @@
 #pragma once
 
-#include <QObject>
 #include <memory>
 #include <vector>
 
@@ -9,7 +8,7 @@
 namespace torv {
 
 /// A stack of screens, the topmost of which is shown. The root stays. Main thread.
-class NavigationController final : public QObject {
+class NavigationController final : public ViewController {
     Q_OBJECT
     Q_PROPERTY(torv::ViewController* topViewController READ topViewController NOTIFY stackChanged)
     Q_PROPERTY(int depth READ depth NOTIFY stackChanged)
@@ -20,6 +19,7 @@ public:
     explicit NavigationController(std::shared_ptr<ViewController> root);
     ~NavigationController() override;
 
+    [[nodiscard]] QString look() const override { return QStringLiteral("NavigationScreen.qml"); }
     [[nodiscard]] ViewController* topViewController() const { return m_stack.back().get(); }
     [[nodiscard]] int depth() const { return static_cast<int>(m_stack.size()); }
     [[nodiscard]] QString backTitle() const;

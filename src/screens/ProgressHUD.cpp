@@ -18,9 +18,15 @@ void ProgressHUD::setTexts(const QString& label, const QString& details) {
     emit changed();
 }
 
+void ProgressHUD::setCancelHidden(bool hidden) {
+    if (m_cancelHidden == hidden) return;
+    m_cancelHidden = hidden;
+    emit changed();
+}
+
 void ProgressHUD::touchCancel() {
     queueTouch(this, [](ProgressHUD& self) {
-        if (self.m_cancel) self.m_cancel();
+        if (self.cancellable()) self.m_cancel();
     });
 }
 

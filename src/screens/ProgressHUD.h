@@ -12,14 +12,15 @@ class ProgressHUD final : public QObject {
     Q_OBJECT
     Q_PROPERTY(QString labelText READ labelText NOTIFY changed)
     Q_PROPERTY(QString detailsLabelText READ detailsLabelText NOTIFY changed)
-    Q_PROPERTY(bool cancellable READ cancellable CONSTANT)
+    Q_PROPERTY(bool cancellable READ cancellable NOTIFY changed)
 
 public:
     explicit ProgressHUD(std::function<void()> cancel = {});
 
     [[nodiscard]] QString labelText() const { return m_labelText; }
     [[nodiscard]] QString detailsLabelText() const { return m_detailsLabelText; }
-    [[nodiscard]] bool cancellable() const { return static_cast<bool>(m_cancel); }
+    [[nodiscard]] bool cancellable() const { return m_cancel && !m_cancelHidden; }
+    void setCancelHidden(bool hidden);
     void setTexts(const QString& label, const QString& details);
 
     Q_INVOKABLE void touchCancel();
@@ -31,6 +32,7 @@ private:
     QString m_labelText;
     QString m_detailsLabelText;
     const std::function<void()> m_cancel;
+    bool m_cancelHidden = false;
 };
 
 }  // namespace torv

@@ -3,17 +3,34 @@
 #include <QQmlEngine>
 #include <utility>
 
-#include "screens/NavigationController.h"
 #include "screens/Touch.h"
 
 namespace torv {
 
-Stage::Stage(NavigationController& navigation, QObject* status) : m_navigation(navigation), m_status(status) {
+Stage::Stage(std::shared_ptr<ViewController> root, QObject* status)
+    : m_root(std::move(root)), m_status(status) {
     QQmlEngine::setObjectOwnership(this, QQmlEngine::CppOwnership);
     if (m_status) QQmlEngine::setObjectOwnership(m_status, QQmlEngine::CppOwnership);
+    connect(m_root.get(), &ViewController::presentationChanged, this, &Stage::topChanged);
+    m_root->loadViewIfNeeded();
+    m_root->viewWillAppear();
+    m_root->viewDidAppear();
 }
 
 Stage::~Stage() = default;
+
+ViewController* Stage::top() const {
+    auto* screen = m_root.get();
+    while (auto* presented = screen->presentedViewController())
+        screen = presented;
+    return screen;
+}
+
+void Stage::setViewSize(QSizeF size) {
+    if (viewSize() == size) return;
+    m_root->setViewSize(size);
+    emit viewSizeChanged();
+}
 
 void Stage::show(std::shared_ptr<AlertView> alert) {
     QObject::connect(alert.get(), &AlertView::dismissed, this, [this, gone = alert.get()] {

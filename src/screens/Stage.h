@@ -11,22 +11,25 @@
 
 namespace torv {
 
-class NavigationController;
-
-/// All that the window shows: the stack of screens, and over it alerts and overlays. Main thread.
+/// All that the window shows: the topmost of the screens, and over it alerts and overlays. Main thread.
 class Stage final : public QObject {
     Q_OBJECT
-    Q_PROPERTY(torv::NavigationController* navigation READ navigation CONSTANT)
+    Q_PROPERTY(torv::ViewController* top READ top NOTIFY topChanged)
+    Q_PROPERTY(QSizeF viewSize READ viewSize WRITE setViewSize NOTIFY viewSizeChanged)
     Q_PROPERTY(QObject* status READ status CONSTANT)
     Q_PROPERTY(torv::AlertView* alert READ alert NOTIFY alertsChanged)
     Q_PROPERTY(torv::ProgressHUD* progress READ progress NOTIFY progressChanged)
 
 public:
-    /// `status` is what the bar tells of the connection; neither it nor the navigation is owned.
-    Stage(NavigationController& navigation, QObject* status);
+    /// Loads the root. `status` is what the bar tells of the connection, and is not owned.
+    Stage(std::shared_ptr<ViewController> root, QObject* status);
     ~Stage() override;
 
-    [[nodiscard]] NavigationController* navigation() const { return &m_navigation; }
+    /// The last one of those that are presented over the root, or the root.
+    [[nodiscard]] ViewController* top() const;
+    /// Of the root and of all that is presented over it, in points.
+    [[nodiscard]] QSizeF viewSize() const { return m_root->viewSize(); }
+    void setViewSize(QSizeF size);
     [[nodiscard]] QObject* status() const { return m_status; }
     /// The topmost; null when there is none.
     [[nodiscard]] AlertView* alert() const { return m_alerts.empty() ? nullptr : m_alerts.back().get(); }
@@ -37,11 +40,13 @@ public:
     void setProgress(std::shared_ptr<ProgressHUD> progress);
 
 signals:
+    void topChanged();
+    void viewSizeChanged();
     void alertsChanged();
     void progressChanged();
 
 private:
-    NavigationController& m_navigation;
+    const std::shared_ptr<ViewController> m_root;
     QObject* m_status;
     std::vector<std::shared_ptr<AlertView>> m_alerts;
     std::shared_ptr<ProgressHUD> m_progress;

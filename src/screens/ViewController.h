@@ -1,7 +1,9 @@
 #pragma once
 
 #include <QObject>
+#include <QSizeF>
 #include <QString>
+#include <algorithm>
 #include <memory>
 
 #include "screens/BarButtonItem.h"
@@ -12,12 +14,14 @@ class NavigationController;
 
 /// One screen without its looks: title, bar buttons, and the calls as it comes and goes. Main thread.
 ///
-/// `look` names the QML file that draws it.
+/// `look` names the QML file that draws it. A screen may present another over itself; that one ends with its
+/// dismissal. Lengths are points.
 class ViewController : public QObject, public std::enable_shared_from_this<ViewController> {
     Q_OBJECT
     Q_PROPERTY(QString title READ title NOTIFY titleChanged)
     Q_PROPERTY(QString look READ look CONSTANT)
     Q_PROPERTY(QString backButtonTitle READ backButtonTitle CONSTANT)
+    Q_PROPERTY(QSizeF viewSize READ viewSize NOTIFY viewSizeChanged)
     Q_PROPERTY(torv::BarButtonItem* leftBarButton READ leftBarButton NOTIFY barButtonsChanged)
     Q_PROPERTY(torv::BarButtonItem* rightBarButton READ rightBarButton NOTIFY barButtonsChanged)
 
@@ -40,16 +44,33 @@ public:
     [[nodiscard]] virtual Orientations orientations() const { return Orientations::landscape; }
     [[nodiscard]] NavigationController* navigationController() const { return m_navigationController; }
 
+    [[nodiscard]] QSizeF viewSize() const { return m_viewSize; }
+    void setViewSize(QSizeF size);
+    /// The longer side of the view, and of the screen; the window is the screen.
+    [[nodiscard]] double viewWidth() const { return std::max(m_viewSize.width(), m_viewSize.height()); }
+    [[nodiscard]] double screenWidth() const { return viewWidth(); }
+
+    [[nodiscard]] ViewController* presentedViewController() const { return m_presented.get(); }
+    /// Does nothing while this one presents another.
+    void presentModalViewControllerAnimated(std::shared_ptr<ViewController> screen, bool animated);
+    /// Ends what this one presents; if that is nothing, itself, with the stack that it stands on.
+    void dismissModalViewControllerAnimated(bool animated);
+
     /// Runs `viewDidLoad` once, before the screen is first shown.
     void loadViewIfNeeded();
     virtual void viewDidLoad() {}
     virtual void viewWillAppear() {}
     virtual void viewDidAppear() {}
     virtual void viewWillDisappear() {}
+    /// The view has another size.
+    virtual void viewDidLayout() {}
 
 signals:
     void titleChanged();
     void barButtonsChanged();
+    void viewSizeChanged();
+    /// Here or further up.
+    void presentationChanged();
 
 protected:
     void setBackButtonTitle(const QString& title) { m_backButtonTitle = title; }
@@ -62,6 +83,9 @@ private:
     std::unique_ptr<BarButtonItem> m_leftBarButton;
     std::unique_ptr<BarButtonItem> m_rightBarButton;
     NavigationController* m_navigationController = nullptr;  // while it stands on its stack
+    std::shared_ptr<ViewController> m_presented;
+    ViewController* m_presenting = nullptr;
+    QSizeF m_viewSize{568, 320};
     bool m_loaded = false;
 };
 

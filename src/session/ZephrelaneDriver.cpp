@@ -138,6 +138,7 @@ void ZephrelaneDriver::streamLost() {
         m_connected = false;
         m_firstAVSeen = false;
     }
+    m_arrivals.endSession();
     reconnect();
 }
 
@@ -177,7 +178,9 @@ void ZephrelaneDriver::handleAIDsUpdateCount(std::span<const std::uint8_t> aids)
     const std::scoped_lock lock{m_lock};
     Message message;
     message.reserve(aids.size());
+    const auto now = m_platform.runLoop().now();
     for (const auto aid : aids) {
+        m_arrivals.record(aid, now);
         auto key = std::to_string(aid);
         {
             const std::scoped_lock storeLock{avStoreMutex()};
@@ -250,6 +253,10 @@ AV ZephrelaneDriver::readValueForAID(std::int32_t aid) const {
     const std::scoped_lock lock{avStoreMutex()};
     const auto size = slotSize(aid);
     return {{x2comReceiveSlot(static_cast<std::uint8_t>(aid)), size}, size};
+}
+
+bool ZephrelaneDriver::isOldValueForAID(std::int32_t aid) const {
+    return m_arrivals.isOld(aid, m_platform.runLoop().now());
 }
 
 void ZephrelaneDriver::transmit() {

@@ -13,6 +13,7 @@
 #include "link/x2comEngine.h"
 #include "platform/ByteStream.h"
 #include "platform/Platform.h"
+#include "session/ArrivalTimes.h"
 #include "session/ConnectionOptions.h"
 #include "session/ZephrelaneDriverDelegate.h"
 
@@ -59,6 +60,9 @@ public:
     [[nodiscard]] bool requestValueForAID(std::int32_t aid);
     /// What the module last sent; zeros if nothing. Any thread.
     [[nodiscard]] AV readValueForAID(std::int32_t aid) const;
+
+    /// True when the AID has arrived too long ago to be live, or never. Any thread.
+    [[nodiscard]] bool isOldValueForAID(std::int32_t aid) const;
 
     void readData(ByteStream& stream);
     x2comResult handleMessage();
@@ -122,6 +126,7 @@ private:
     std::shared_ptr<Monitor> m_monitor;
     std::vector<std::uint8_t> m_sent;  // by the running `transmit`; main thread
 
+    ArrivalTimes m_arrivals;
     std::shared_ptr<ByteStream> m_stream;  // null while closed
     std::int32_t m_counter = 0;
 

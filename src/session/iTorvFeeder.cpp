@@ -65,6 +65,10 @@ AV iTorvFeeder::valueForAID(AID aid) const {
     return m_driver.readValueForAID(driverAID(aid));
 }
 
+bool iTorvFeeder::isOldValueForAID(AID aid) const {
+    return m_driver.isOldValueForAID(driverAID(aid));
+}
+
 void iTorvFeeder::enableTimedFeedMode() {
     const std::scoped_lock lock{m_mutex};
     m_timedFeedMode = true;

@@ -45,6 +45,10 @@ public:
     /// The newest value in the store, whatever the feed mode.
     [[nodiscard]] AV valueForAID(AID aid) const;
 
+    /// True when the AID has arrived at the store too long ago to be taken for live, or never; whatever the
+    /// feed mode. Any thread.
+    [[nodiscard]] bool isOldValueForAID(AID aid) const;
+
     void enableTimedFeedMode();
     void disableTimedFeedMode();
     void enableFeed();

@@ -196,7 +196,7 @@ TEST_F(AppDelegateTest, AMemoryWarningClearsTheLog) {
     launch(truck("Truck", {}));
     app->applicationDidReceiveMemoryWarning();
     EXPECT_FALSE(app->dataLoggingDict());
-    app->dataLoggingDict() = Dictionary{{"78max", Number::fromInteger(1)}};
+    app->dataLoggingDict().emplace().record(78, 600, {});
     app->applicationDidReceiveMemoryWarning();
     EXPECT_TRUE(app->dataLoggingDict()->empty());
 }

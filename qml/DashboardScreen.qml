@@ -1,0 +1,178 @@
+import QtQuick
+
+Item {
+    id: page
+
+    required property var screen
+    required property var stage
+
+    // Pixels for each point of a page 320 high, on which a stage 480 wide has its room.
+    readonly property real u: Math.max(Math.min(width / 480, height / 320), 0.1)
+    readonly property var keys: [Qt.Key_Left, Qt.Key_Right, Qt.Key_Down, Qt.Key_Plus, Qt.Key_Minus, Qt.Key_Space]
+
+    focus: true
+    Keys.onPressed: event => {
+        event.accepted = keys.includes(event.key);
+        if (event.accepted) screen.touchKey(event.key);
+    }
+
+    Binding {
+        target: page.stage
+        property: "viewSize"
+        value: Qt.size(page.width / page.u, 320)
+    }
+
+    Picture {
+        frame: Qt.rect(0, 0, page.width, page.height)
+        name: page.screen.background
+    }
+
+    Item {
+        id: view
+
+        y: Math.round((page.height - height) / 2)
+        width: page.width
+        height: 320 * page.u
+        clip: page.height > height + 1
+
+        Repeater {
+            model: page.screen.backdrops
+
+            Picture {
+                required property var modelData
+
+                u: page.u
+                frame: modelData.frame
+                name: modelData.image
+                z: modelData.layer
+            }
+        }
+
+        Repeater {
+            model: page.screen.places
+
+            DroppableView {
+                required property var modelData
+
+                place: modelData
+                u: page.u
+            }
+        }
+
+        Loader {
+            z: 10
+            active: page.screen.controls !== null
+            sourceComponent: ControlStrip {
+                strip: page.screen.controls
+                u: page.u
+            }
+        }
+
+        Repeater {
+            model: page.screen.buttons
+
+            Picture {
+                required property var modelData
+
+                z: 11
+                u: page.u
+                frame: modelData.frame
+                name: modelData.image
+                opacity: page.screen.pressedButton === modelData.name ? 0.6 : 1
+            }
+        }
+
+        Item {
+            z: 12
+            x: 8 * page.u
+            y: view.height - 12 * page.u
+            scale: page.u
+            transformOrigin: Item.TopLeft
+            visible: !page.stage.status.connected
+
+            StatusIndicator { status: page.stage.status }
+        }
+
+        PageView {
+            z: 13
+            u: page.u
+            picker: page.screen.pageView
+            pressed: page.screen.pressedButton
+        }
+
+        Loader {
+            id: dragged
+
+            z: 14
+
+            function show() {
+                const view = page.screen.touchingView;
+                if (view && view.icon !== undefined) {
+                    setSource("DraggableIndicatorView.qml", { "view": view, "u": page.u });
+                } else {
+                    source = "";
+                }
+            }
+
+            Connections {
+                target: page.screen
+                function onTouchingViewChanged() { dragged.show(); }
+            }
+        }
+
+        Rectangle {
+            z: 15
+            visible: page.screen.toast !== ""
+            x: page.screen.toastFrame.x * page.u
+            y: page.screen.toastFrame.y * page.u
+            width: page.screen.toastFrame.width * page.u
+            height: page.screen.toastFrame.height * page.u
+            radius: 8 * page.u
+            color: "#545454"
+            border.width: 2 * page.u
+            border.color: "white"
+
+            Text {
+                anchors.fill: parent
+                anchors.margins: 10 * page.u
+                horizontalAlignment: Text.AlignHCenter
+                verticalAlignment: Text.AlignVCenter
+                wrapMode: Text.Wrap
+                textFormat: Text.PlainText
+                text: page.screen.toast
+                color: "white"
+                font.pixelSize: Math.max(14 * page.u, 1)
+            }
+        }
+    }
+
+    MultiPointTouchArea {
+        function point(touch) { return Qt.point(touch.x / page.u, (touch.y - view.y) / page.u); }
+        function tell(what, touches) {
+            for (const touch of touches) {
+                const place = point(touch);
+                what.call(page.screen, touch.pointId, place.x, place.y);
+            }
+        }
+
+        anchors.fill: parent
+        onPressed: touches => tell(page.screen.touchBegan, touches)
+        onUpdated: touches => tell(page.screen.touchMoved, touches)
+        onReleased: touches => tell(page.screen.touchEnded, touches)
+        onCanceled: page.screen.touchCancelled()
+    }
+
+    WheelHandler {
+        acceptedDevices: PointerDevice.Mouse | PointerDevice.TouchPad
+        orientation: Qt.Vertical
+        onWheel: event => page.screen.touchWheel(event.angleDelta.y)
+    }
+
+    ProgressOverlay {
+        width: page.width / page.u
+        height: page.height / page.u
+        scale: page.u
+        transformOrigin: Item.TopLeft
+        progress: page.screen.progress
+    }
+}

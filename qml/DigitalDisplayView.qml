@@ -1,0 +1,26 @@
+import QtQuick
+
+Item {
+    id: display
+
+    required property var view
+    property real u: 1
+
+    x: Math.round(view.frame.x * u)
+    y: Math.round(view.frame.y * u)
+
+    Repeater {
+        model: 5
+
+        Picture {
+            required property int index
+
+            readonly property string glyph: display.view.glyphs[index]
+
+            u: display.u
+            name: glyph === "" ? "" : "glyph/" + glyph
+            frame: Qt.rect(display.view.offsets[index] + (display.view.cellSize.width - display.view.glyphSize.width) / 2,
+                           2, display.view.glyphSize.width, display.view.glyphSize.height)
+        }
+    }
+}

@@ -1,0 +1,73 @@
+import QtQuick
+import iTorv.Looks 1.0
+
+Item {
+    id: root
+
+    required property var gauge
+    property real u: 1
+
+    readonly property real dim: gauge.old ? 0.35 : 1
+
+    clip: true
+
+    GaugeScaleItem {
+        anchors.fill: parent
+        visible: !root.gauge.tile
+        gauge: root.gauge
+    }
+
+    Picture {
+        u: root.u
+        frame: root.gauge.nameFrame
+        name: root.gauge.name === "" ? ""
+              : "label/" + (root.gauge.inWarning ? "yellow/" : "grey/") + encodeURIComponent(root.gauge.name)
+    }
+
+    DigitalDisplayView {
+        u: root.u
+        view: root.gauge.valueView
+        opacity: root.dim
+    }
+
+    Picture {
+        u: root.u
+        frame: root.gauge.unitFrame
+        name: root.gauge.unit
+        opacity: root.dim
+    }
+
+    Picture {
+        u: root.u
+        frame: root.gauge.iconFrame
+        name: root.gauge.icon
+    }
+
+    Picture {
+        id: needle
+
+        u: root.u
+        frame: root.gauge.needleFrame
+        name: root.gauge.needle
+        opacity: root.gauge.old ? 0.5 : 1
+        smooth: true
+        antialiasing: true
+        Component.onCompleted: frames.follow()
+    }
+
+    FrameAnimation {
+        id: frames
+
+        function follow() {
+            needle.rotation = root.gauge.needleAngle();
+            running = !root.gauge.needleAtRest();
+        }
+
+        onTriggered: follow()
+    }
+
+    Connections {
+        target: root.gauge.tile ? null : root.gauge
+        function onNeedleAimed() { frames.follow(); }
+    }
+}

@@ -1,0 +1,41 @@
+import QtQuick
+
+Item {
+    id: root
+
+    required property var indicator
+    property real u: 1
+
+    x: Math.round(indicator.frame.x * u)
+    y: Math.round(indicator.frame.y * u)
+    width: Math.round(indicator.frame.width * u)
+    height: Math.round(indicator.frame.height * u)
+    opacity: indicator.alpha
+    clip: true
+
+    Picture {
+        u: root.u
+        frame: root.indicator.iconFrame
+        name: root.indicator.icon
+    }
+
+    DigitalDisplayView {
+        u: root.u
+        view: root.indicator.digitalDisplayView
+        opacity: root.indicator.old ? 0.35 : 1
+    }
+
+    // Fills its frame and keeps its shape, so that a long one runs over the sides.
+    Picture {
+        readonly property rect room: root.indicator.unitFrame
+        readonly property size natural: root.indicator.unitSize
+        readonly property real factor: natural.width > 0 && room.width > 0
+                                       ? Math.max(room.width / natural.width, room.height / natural.height) : 0
+
+        u: root.u
+        frame: Qt.rect(room.x, room.y + (room.height - natural.height * factor) / 2, natural.width * factor,
+                       natural.height * factor)
+        name: factor > 0 ? root.indicator.unit : ""
+        opacity: root.indicator.old ? 0.35 : 1
+    }
+}

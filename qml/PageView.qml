@@ -1,0 +1,83 @@
+import QtQuick
+
+Item {
+    id: root
+
+    required property var picker
+    property real u: 1
+    property string pressed
+
+    x: Math.round(picker.frame.x * u)
+    y: Math.round(picker.frame.y * u)
+    width: Math.round(picker.frame.width * u)
+    height: Math.round(picker.frame.height * u)
+    clip: true
+
+    Behavior on y {
+        enabled: root.picker.animating
+        NumberAnimation { duration: 500; easing.type: Easing.InOutQuad }
+    }
+    Behavior on height {
+        enabled: root.picker.animating
+        NumberAnimation { duration: 500; easing.type: Easing.InOutQuad }
+    }
+
+    Picture {
+        u: root.u
+        frame: Qt.rect(0, 0, 480, 80)
+        name: root.picker.image
+    }
+
+    CustomPageControl {
+        u: root.u
+        control: root.picker.pageControl
+    }
+
+    Item {
+        readonly property rect room: root.picker.scrollView.frame
+
+        x: Math.round(room.x * root.u)
+        y: Math.round(room.y * root.u)
+        width: Math.round(room.width * root.u)
+        height: Math.round(room.height * root.u)
+        clip: true
+        visible: root.height > y
+
+        Item {
+            id: content
+
+            x: -root.picker.scrollView.contentOffset * root.u
+
+            Behavior on x {
+                enabled: root.picker.scrollView.offsetAnimated
+                NumberAnimation { duration: 300; easing.type: Easing.OutCubic }
+            }
+
+            Repeater {
+                model: root.picker.items
+
+                IndicatorView {
+                    required property var modelData
+
+                    indicator: modelData
+                    u: root.u
+                    visible: x + width > -content.x && x < -content.x + content.parent.width
+                }
+            }
+        }
+    }
+
+    Picture {
+        u: root.u
+        frame: root.picker.previousButtonFrame
+        name: "picture/PREVIOUS_IMAGE.png"
+        opacity: root.picker.pageControl.currentPage === 0 ? 0.25 : root.pressed === "previous" ? 0.6 : 1
+    }
+    Picture {
+        u: root.u
+        frame: root.picker.nextButtonFrame
+        name: "picture/NEXT_IMAGE.png"
+        opacity: root.picker.pageControl.currentPage >= root.picker.pageControl.numberOfPages - 1 ? 0.25
+                 : root.pressed === "next" ? 0.6 : 1
+    }
+}

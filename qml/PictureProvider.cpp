@@ -1,0 +1,109 @@
+#include "PictureProvider.h"
+
+#include <QImage>
+#include <QPainter>
+#include <QUrl>
+#include <algorithm>
+#include <cmath>
+
+#include "dashboards/DigitalDisplayView.h"
+#include "dashboards/LcdFont.h"
+#include "platform/Platform.h"
+
+namespace torv {
+namespace {
+
+constexpr int largestScale = 3;
+constexpr double labelFontSize = 0.9;  // of the box's height
+constexpr double closest = 0.6;        // narrower letters can't be read
+constexpr int longestLabel = 200;
+
+QPixmap pictureFromFile(const QString& name, QSize size) {
+    const auto stem = name.endsWith(u".png") ? name.chopped(4) : name;
+    const auto& resources = Platform::current().resources();
+    const auto load = [&](int scale) {
+        const auto file =
+            QStringLiteral("images/") + stem + (scale > 1 ? QStringLiteral("@%1x").arg(scale) : QString{});
+        const auto path = resources.pathForResourceOfType(file.toStdString(), "png");
+        return path ? QImage{QString::fromStdString(path->string())} : QImage{};
+    };
+    auto image = load(1);
+    if (image.isNull() || size.isEmpty()) return QPixmap::fromImage(image);
+    const double growth = std::max(static_cast<double>(size.width()) / image.width(),
+                                   static_cast<double>(size.height()) / image.height());
+    const int scale = std::clamp(static_cast<int>(std::ceil(growth - 0.05)), 1, largestScale);
+    if (scale > 1) {
+        if (auto larger = load(scale); !larger.isNull()) image = std::move(larger);
+    }
+    if (image.size() != size) image = image.scaled(size, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+    return QPixmap::fromImage(image);
+}
+
+QPixmap painted(QSize size, const QPainterPath& path, const QColor& colour) {
+    QPixmap picture{size.expandedTo({1, 1})};
+    picture.fill(Qt::transparent);
+    QPainter painter{&picture};
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.fillPath(path, colour);
+    return picture;
+}
+
+QPixmap glyph(const QString& key, QSize size) {
+    for (const auto& style : displayStyles) {
+        const auto format = QString::fromLatin1(style.keyFormat);
+        const auto begin = format.left(format.indexOf(u'%'));
+        if (!key.startsWith(begin)) continue;
+        const auto code = key.mid(begin.size(), key.indexOf(u'.') - begin.size()).toUShort();
+        return painted(
+            size, lcdGlyph(QChar{code}, size),
+            QColor::fromRgbF(static_cast<float>(style.colour[0]), static_cast<float>(style.colour[1]),
+                             static_cast<float>(style.colour[2])));
+    }
+    return {};
+}
+
+QColor grey() {
+    const auto level = static_cast<float>(lcdGrey[0]);
+    return QColor::fromRgbF(level, level, level);
+}
+
+QPixmap text(const QString& words, double fontSize, QSize size) {
+    const auto natural = lcdTextSize(words, fontSize);
+    if (size.isEmpty()) size = natural.toSize();
+    const double scale = size.height() / natural.height();
+    return painted(size,
+                   QTransform::fromScale(size.width() / natural.width(), scale).map(lcdText(words, fontSize)),
+                   grey());
+}
+
+QPixmap label(const QString& words, const QColor& colour, QSize size) {
+    const double fontSize = size.height() * labelFontSize;
+    auto shown = words.left(longestLabel);
+    while (shown.size() > 1 && lcdTextSize(shown, fontSize).width() * closest > size.width())
+        shown.chop(1);
+    const double narrower = std::min(1.0, size.width() / std::max(lcdTextSize(shown, fontSize).width(), 1.0));
+    return painted(size, QTransform::fromScale(narrower, 1).map(lcdText(shown, fontSize)), colour);
+}
+
+QString decodedText(const QString& text) {
+    return QUrl::fromPercentEncoding(text.toUtf8());
+}
+
+}  // namespace
+
+QPixmap PictureProvider::requestPixmap(const QString& id, QSize* size, const QSize& requestedSize) {
+    const auto kind = id.section(u'/', 0, 0);
+    const auto rest = id.section(u'/', 1);
+    const auto first = rest.section(u'/', 0, 0);
+    const auto last = decodedText(rest.section(u'/', 1));
+    QPixmap picture;
+    if (kind == u"picture") picture = pictureFromFile(rest, requestedSize);
+    if (kind == u"glyph") picture = glyph(rest, requestedSize);
+    if (kind == u"text") picture = text(last, first.toDouble(), requestedSize);
+    if (kind == u"label")
+        picture = label(last, first == u"yellow" ? QColor{Qt::yellow} : grey(), requestedSize);
+    if (size) *size = picture.size();
+    return picture;
+}
+
+}  // namespace torv

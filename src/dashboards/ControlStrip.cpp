@@ -1,0 +1,82 @@
+#include "dashboards/ControlStrip.h"
+
+#include <array>
+#include <string>
+#include <utility>
+
+namespace torv {
+namespace {
+
+constexpr double powerLevelWidth = 86;
+constexpr double besidePowerLevel = 30;
+constexpr QSizeF warningSize{28, 25};
+constexpr double gearGap = 5;
+constexpr QSizeF gearSize{12, 17};
+
+// From the strip's right edge.
+constexpr double torqueLockRight = 48;
+constexpr double sootRight = 72;
+constexpr double soxRight = 102;
+
+template <class Lamp>
+std::shared_ptr<Lamp> makeLamp(double left) {
+    auto lamp = makeReader<Lamp>(QRectF{left, 0, 0, 0});
+    lamp->setFrame({QPointF{left, 0}, lamp->imageSize()});
+    return lamp;
+}
+
+}  // namespace
+
+ControlStrip::ControlStrip(QRectF frame, double powerLevelLeft, const std::shared_ptr<iTorvFeeder>& feeder)
+    : View(frame) {
+    const double width = frame.width();
+    m_powerLevelView =
+        makeReader<PowerLevelView>(QRectF{powerLevelLeft, 0, powerLevelWidth, frame.height()}, feeder);
+    m_powerLevelView->setPriority(1);
+    setTurbo(Platform::current().userDefaults().objectForKey("turbosetting").boolValue());
+    m_warningView =
+        std::make_unique<WarningView>(QRectF{QPointF{powerLevelWidth + besidePowerLevel, 0}, warningSize});
+    m_warningView->setWarning(false);
+    m_torqueLockView = makeLamp<TorqueLockView>(width - torqueLockRight);
+    m_torqueLockView->setLocked(false);
+    m_torqueLockView->setPriority(1);
+    m_sootView = makeLamp<SootView>(width - sootRight);
+    m_sootView->setLocked(false);
+    m_sootView->setPriority(1);  // the other lamp keeps 0, which the feeder treats alike
+    m_soxView = makeLamp<SoxView>(width - soxRight);
+    m_soxView->setLocked(false);
+    m_gearView =
+        makeReader<GearView>(QRectF{QPointF{m_torqueLockView->frame().right() + gearGap, 0}, gearSize});
+    m_gearView->setPriority(1);
+    auto& center = Platform::current().notificationCenter();
+    m_turboOn = center.addObserver("turboOnNotification", [this] { TurboOn(); });
+    m_turboOff = center.addObserver("turboOffNotification", [this] { TurboOff(); });
+}
+
+void ControlStrip::setTurbo(bool on) {
+    m_turboind = imageNamed(on ? QStringLiteral("1_SIDE_GLOW.png") : QStringLiteral("blank.png"));
+    emit turboChanged();
+}
+
+void ControlStrip::loadControlViewIndicators(const Vehicle& vehicle, iTorvFeeder& feeder) {
+    const std::array<std::pair<std::shared_ptr<StatusWidget>, TorvAttribute>, 5> widgets{{
+        {m_powerLevelView, vehicle.powerLevelAttribute()},
+        {m_torqueLockView, vehicle.torqueLockAttribute()},
+        {m_gearView, vehicle.currentGearAttribute()},
+        {m_sootView, vehicle.sootAttribute()},
+        {m_soxView, vehicle.soxAttribute()},
+    }};
+    for (const auto& [widget, attribute] : widgets)
+        widget->setAttribute(std::make_shared<const TorvAttribute>(attribute));
+    for (const auto& [widget, attribute] : widgets)
+        feeder.addReaderForKey(widget, std::to_string(attribute.aid));
+}
+
+void ControlStrip::lookForOldValues(const iTorvFeeder& feeder) {
+    const std::array<StatusWidget*, 5> widgets{m_powerLevelView.get(), m_torqueLockView.get(),
+                                               m_gearView.get(), m_sootView.get(), m_soxView.get()};
+    for (auto* widget : widgets)
+        widget->setOld(!widget->attribute() || feeder.isOldValueForAID(widget->attribute()->aid));
+}
+
+}  // namespace torv

@@ -1,0 +1,69 @@
+#pragma once
+
+#include <memory>
+
+#include "dashboards/GearView.h"
+#include "dashboards/PowerLevelView.h"
+#include "dashboards/SootView.h"
+#include "dashboards/SoxView.h"
+#include "dashboards/TorqueLockView.h"
+#include "dashboards/View.h"
+#include "dashboards/WarningView.h"
+#include "vehicles/Vehicle.h"
+
+namespace torv {
+
+/// The row of lamps and small read-outs at the bottom of a page. Takes no touches. Main thread; points.
+class ControlStrip final : public View {
+    Q_OBJECT
+    Q_PROPERTY(QObject* powerLevelView READ powerLevelObject CONSTANT)
+    Q_PROPERTY(QObject* warningView READ warningObject CONSTANT)
+    Q_PROPERTY(QObject* torqueLockView READ torqueLockObject CONSTANT)
+    Q_PROPERTY(QObject* gearView READ gearObject CONSTANT)
+    Q_PROPERTY(QObject* sootView READ sootObject CONSTANT)
+    Q_PROPERTY(QObject* soxView READ soxObject CONSTANT)
+    Q_PROPERTY(QString turbo READ turbo NOTIFY turboChanged)
+    Q_PROPERTY(QRectF turboFrame READ turboFrame CONSTANT)
+
+public:
+    ControlStrip(QRectF frame, double powerLevelLeft, const std::shared_ptr<iTorvFeeder>& feeder);
+
+    /// Gives each widget its attribute of this vehicle, and has it read.
+    void loadControlViewIndicators(const Vehicle& vehicle, iTorvFeeder& feeder);
+    void TurboOn() { setTurbo(true); }
+    void TurboOff() { setTurbo(false); }
+    void lookForOldValues(const iTorvFeeder& feeder);
+
+    [[nodiscard]] PowerLevelView& powerLevelView() const { return *m_powerLevelView; }
+    [[nodiscard]] WarningView& warningView() const { return *m_warningView; }
+    [[nodiscard]] TorqueLockView& torqueLockView() const { return *m_torqueLockView; }
+    [[nodiscard]] GearView& gearView() const { return *m_gearView; }
+    [[nodiscard]] SootView& sootView() const { return *m_sootView; }
+    [[nodiscard]] SoxView& soxView() const { return *m_soxView; }
+    [[nodiscard]] QObject* powerLevelObject() const { return m_powerLevelView.get(); }
+    [[nodiscard]] QObject* warningObject() const { return m_warningView.get(); }
+    [[nodiscard]] QObject* torqueLockObject() const { return m_torqueLockView.get(); }
+    [[nodiscard]] QObject* gearObject() const { return m_gearView.get(); }
+    [[nodiscard]] QObject* sootObject() const { return m_sootView.get(); }
+    [[nodiscard]] QObject* soxObject() const { return m_soxView.get(); }
+    [[nodiscard]] QString turbo() const { return m_turboind.source; }
+    [[nodiscard]] QRectF turboFrame() const { return {QPointF{80, 0}, m_turboind.size}; }
+
+signals:
+    void turboChanged();
+
+private:
+    void setTurbo(bool on);
+
+    Image m_turboind;
+    std::shared_ptr<PowerLevelView> m_powerLevelView;
+    std::unique_ptr<WarningView> m_warningView;
+    std::shared_ptr<TorqueLockView> m_torqueLockView;
+    std::shared_ptr<SootView> m_sootView;
+    std::shared_ptr<SoxView> m_soxView;
+    std::shared_ptr<GearView> m_gearView;
+    NotificationCenter::Observation m_turboOn;
+    NotificationCenter::Observation m_turboOff;
+};
+
+}  // namespace torv

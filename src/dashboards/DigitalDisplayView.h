@@ -1,0 +1,94 @@
+#pragma once
+
+#include <QList>
+#include <QStringList>
+#include <array>
+#include <memory>
+
+#include "dashboards/View.h"
+
+namespace torv {
+
+/// How the signs of a read-out look: by display style. Sizes in points, colours from 0 to 1.
+struct DisplayStyle {
+    const char* keyFormat;  ///< names a rendered sign; no file bears such a name
+    double glyphWidth;
+    double glyphHeight;
+    std::array<double, 3> colour;
+    double cellWidth;
+    double step;  ///< from one cell to the next; cells of the two small styles overlap
+};
+
+inline constexpr std::array<double, 3> lcdBlue{0.678, 0.871, 0.894};
+inline constexpr std::array<double, 3> lcdGrey{0.847, 0.847, 0.847};
+inline constexpr std::array<DisplayStyle, 5> displayStyles{{
+    {"TXT_BL_SM_%i.png", 8, 13, lcdBlue, 15, 9},
+    {"TXT_BL_MD_%i.png", 10, 16, lcdBlue, 10, 10},
+    {"TXT_BL_MDL_%i.png", 13, 21, lcdBlue, 13, 13},
+    {"TXT_BL_LG_%i.png", 22, 34, lcdBlue, 22, 22},
+    {"TXT_GR_LG_%i.png", 8, 13, lcdGrey, 15, 9},
+}};
+
+/// A number as a row of five LCD signs. Main thread.
+///
+/// The text is the number's shortest form with six digits, cut behind the fifth sign without rounding: a
+/// number too long for the row reads too small, as it always has. The signs are pictures that the look
+/// renders once for each style and sign.
+class DigitalDisplayView final : public View {
+    Q_OBJECT
+    Q_PROPERTY(QStringList glyphs READ glyphs NOTIFY glyphsChanged)
+    Q_PROPERTY(QList<double> offsets READ offsets NOTIFY layoutChanged)
+    Q_PROPERTY(QSizeF cellSize READ cellSize NOTIFY layoutChanged)
+    Q_PROPERTY(QSizeF glyphSize READ glyphSize NOTIFY layoutChanged)
+
+public:
+    static constexpr int cellCount = 5;
+    static constexpr double cellTop = 2;
+
+    explicit DigitalDisplayView(QRectF frame);
+
+    [[nodiscard]] double value() const { return m_value; }
+    void setValue(double value);
+    [[nodiscard]] std::int32_t style() const { return m_style; }
+    /// Moves the cells; the text follows with the next value. A style that there is not counts as 0.
+    void setStyle(std::int32_t style);
+    /// 1 fills from the left, anything else from the right.
+    [[nodiscard]] std::int32_t textAlignment() const { return m_textAlignment; }
+    void setTextAlignment(std::int32_t alignment);
+    /// The value is one character code and no number.
+    [[nodiscard]] bool useSingleValue() const { return m_useSingleValue; }
+    void setUseSingleValue(bool single) { m_useSingleValue = single; }
+    /// Stored only.
+    [[nodiscard]] std::int64_t decimalPlaces() const { return m_decimalPlaces; }
+    void setDecimalPlaces(std::int64_t places) { m_decimalPlaces = places; }
+
+    /// The picture of a sign in the present style.
+    [[nodiscard]] QString imageForChar(char16_t sign) const;
+    /// The copy shows signs of style 0 until its next value, and numbers only.
+    [[nodiscard]] std::unique_ptr<DigitalDisplayView> copy() const;
+
+    /// The cells from left to right; an empty name is a hidden cell.
+    [[nodiscard]] const QStringList& glyphs() const { return m_glyphs; }
+    [[nodiscard]] const QList<double>& offsets() const { return m_offsets; }
+    [[nodiscard]] QSizeF cellSize() const;
+    [[nodiscard]] QSizeF glyphSize() const;
+
+signals:
+    void glyphsChanged();
+    void layoutChanged();
+
+private:
+    void reorganizeViews();
+    void updateAsSingleValue();
+    void show(const QStringList& glyphs);
+
+    double m_value = -999999;
+    std::int64_t m_decimalPlaces = 0;
+    QStringList m_glyphs;
+    QList<double> m_offsets;
+    std::int32_t m_style = 0;
+    std::int32_t m_textAlignment = 0;
+    bool m_useSingleValue = false;
+};
+
+}  // namespace torv

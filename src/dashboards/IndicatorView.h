@@ -1,0 +1,112 @@
+#pragma once
+
+#include <atomic>
+#include <memory>
+#include <optional>
+
+#include "app/iTorvAppDelegate.h"
+#include "dashboards/DraggableIndicatorView.h"
+#include "dashboards/GaugeView.h"
+
+namespace torv {
+
+class IndicatorView;
+
+/// Hears of each value that an indicator shows whether it is in warning, changed or not. Main thread.
+class IndicatorViewDelegate {
+public:
+    IndicatorViewDelegate() = default;
+    IndicatorViewDelegate(const IndicatorViewDelegate&) = delete;
+    IndicatorViewDelegate& operator=(const IndicatorViewDelegate&) = delete;
+    virtual ~IndicatorViewDelegate() = default;
+
+    virtual void indicatorViewDidReceiveWarning(IndicatorView& indicator) = 0;
+    virtual void indicatorViewDidRemoveWarning(IndicatorView& indicator) = 0;
+};
+
+/// One sensor in the strip: icon, number and unit. The permanent reader of its sensor, the source of a page's
+/// warnings, the feed of the data log, and the pattern that a gauge is dragged from.
+///
+/// Main thread, but for `readAid`. It keeps no state of its warning: each value decides anew, without delay.
+class IndicatorView final : public CarriedView,
+                            public iTorvReader,
+                            public DraggableViewProtocol,
+                            public std::enable_shared_from_this<IndicatorView> {
+    Q_OBJECT
+    Q_PROPERTY(QString icon READ icon NOTIFY iconChanged)
+    Q_PROPERTY(QRectF iconFrame READ iconFrame CONSTANT)
+    Q_PROPERTY(QObject* digitalDisplayView READ digitalDisplayViewObject CONSTANT)
+    Q_PROPERTY(QString unit READ unit NOTIFY unitChanged)
+    Q_PROPERTY(QRectF unitFrame READ unitFrame NOTIFY unitChanged)
+    Q_PROPERTY(QSizeF unitSize READ unitSize NOTIFY unitChanged)
+    Q_PROPERTY(bool old READ isOld NOTIFY oldChanged)
+
+public:
+    explicit IndicatorView(QRectF frame);
+
+    void readAid(std::span<std::uint8_t> bytes, AID aid) override;
+    [[nodiscard]] std::int32_t priority() const override { return m_priority; }
+    void setPriority(std::int32_t priority) override { m_priority = priority; }
+
+    /// Shows the number, and adds it to the data log. Nothing reads as 0.
+    void updateValue(std::optional<float> number);
+    [[nodiscard]] double value() const { return m_value; }
+    void setValue(double value);
+    /// True means in warning, also for a rule that looks for low values.
+    [[nodiscard]] bool isValueAboveWarningMark(double value) const;
+    void updateWarningIcons();
+
+    [[nodiscard]] std::shared_ptr<DraggableIndicatorView> draggingView() const override;
+    [[nodiscard]] const std::shared_ptr<const TorvAttribute>& attribute() const override {
+        return m_attribute;
+    }
+    void setAttribute(std::shared_ptr<const TorvAttribute> attribute) { m_attribute = std::move(attribute); }
+    [[nodiscard]] const std::shared_ptr<GaugeView>& detailView() const override { return m_detailView; }
+    void setDetailView(std::shared_ptr<GaugeView> gauge) { m_detailView = std::move(gauge); }
+    [[nodiscard]] AID tag() const { return m_tag; }
+    void setTag(AID tag) { m_tag = tag; }
+    void setDelegate(IndicatorViewDelegate* delegate) { m_delegate = delegate; }
+    /// Whose data log it writes to.
+    void setAppdelegate(std::weak_ptr<iTorvAppDelegate> application) {
+        m_appdelegate = std::move(application);
+    }
+
+    void setUnitImage(Image image);
+    void setIconImage(Image image);
+    void setWarningIconImage(Image image);
+    /// Bears the sensor and a gauge of its own; reads nothing and talks to no page.
+    [[nodiscard]] std::shared_ptr<IndicatorView> copy() const;
+
+    [[nodiscard]] QString icon() const { return m_icon.source; }
+    [[nodiscard]] QRectF iconFrame() const { return {2, 2, 30, 30}; }
+    [[nodiscard]] DigitalDisplayView& digitalDisplayView() const { return *m_digitalDisplayView; }
+    [[nodiscard]] QObject* digitalDisplayViewObject() const { return m_digitalDisplayView.get(); }
+    [[nodiscard]] QString unit() const { return m_unitImage.source; }
+    /// Of size zero for a unit that is not among those with a width of their own: such a unit does not show.
+    [[nodiscard]] QRectF unitFrame() const;
+    [[nodiscard]] QSizeF unitSize() const { return m_unitImage.size; }
+    [[nodiscard]] bool isOld() const { return m_old; }
+    void setOld(bool old);
+
+signals:
+    void iconChanged();
+    void unitChanged();
+    void oldChanged();
+
+private:
+    std::unique_ptr<DigitalDisplayView> m_digitalDisplayView;
+    std::shared_ptr<const TorvAttribute> m_attribute;
+    Image m_icon;
+    Image m_unitImage;
+    std::shared_ptr<GaugeView> m_detailView;
+    Image m_iconImage;
+    Image m_warningIconImage;
+    double m_value = 0;
+    IndicatorViewDelegate* m_delegate = nullptr;
+    std::atomic<std::int32_t> m_priority{0};
+    std::weak_ptr<iTorvAppDelegate> m_appdelegate;
+    AID m_tag = 0;
+    bool m_old = true;
+};
+
+}  // namespace torv

@@ -1,0 +1,59 @@
+#pragma once
+
+#include <atomic>
+#include <memory>
+#include <optional>
+#include <utility>
+
+#include "dashboards/Reader.h"
+#include "dashboards/View.h"
+#include "session/iTorvReader.h"
+
+namespace torv {
+
+/// A small read-out of one attribute in the control strip. Main thread, but for `readAid`, which decodes and
+/// hands a number on.
+class StatusWidget : public View, public iTorvReader, public std::enable_shared_from_this<StatusWidget> {
+    Q_OBJECT
+    Q_PROPERTY(bool old READ isOld NOTIFY oldChanged)
+
+public:
+    using View::View;
+
+    [[nodiscard]] const std::shared_ptr<const TorvAttribute>& attribute() const { return m_attribute; }
+    void setAttribute(std::shared_ptr<const TorvAttribute> attribute) { m_attribute = std::move(attribute); }
+    [[nodiscard]] std::int32_t priority() const override { return m_priority; }
+    void setPriority(std::int32_t priority) override { m_priority = priority; }
+
+    void readAid(std::span<std::uint8_t> bytes, AID aid) override {
+        const auto data = decoded(m_attribute, bytes, aid);
+        updateOnMainThread(shared_from_this(), data ? std::optional{number(*data)} : std::nullopt);
+    }
+    void updateValue(std::optional<std::int32_t> number) {
+        setOld(false);
+        show(number.value_or(0));
+    }
+
+    /// The value shown came too long ago to be taken for live.
+    [[nodiscard]] bool isOld() const { return m_old; }
+    void setOld(bool old) {
+        if (m_old == old) return;
+        m_old = old;
+        emit oldChanged();
+    }
+
+signals:
+    void oldChanged();
+
+protected:
+    /// The part of the record that the widget shows. Reading thread.
+    [[nodiscard]] virtual std::int32_t number(const AVFormatterData& data) const = 0;
+    virtual void show(std::int32_t number) = 0;
+
+private:
+    std::shared_ptr<const TorvAttribute> m_attribute;
+    std::atomic<std::int32_t> m_priority{0};
+    bool m_old = true;
+};
+
+}  // namespace torv

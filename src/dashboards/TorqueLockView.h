@@ -1,0 +1,23 @@
+#pragma once
+
+#include "dashboards/LampView.h"
+
+namespace torv {
+
+/// The torque converter's lock: tells all gauges of each change. Main thread, but for reading.
+class TorqueLockView final : public LampView {
+    Q_OBJECT
+
+public:
+    explicit TorqueLockView(QRectF frame)
+        : LampView(frame, QStringLiteral("ICON_DIFFLOCK-ON.png"), QStringLiteral("ICON_DIFFLOCK-ON.png"),
+                   QStringLiteral("ICON_DIFFLOCK-OFF.png")) {}
+
+protected:
+    void lockedChanged() override {
+        Platform::current().notificationCenter().postNotificationName(isLocked() ? "lockNotification"
+                                                                                 : "unlockNotification");
+    }
+};
+
+}  // namespace torv

@@ -1,0 +1,35 @@
+#pragma once
+
+#include <QString>
+
+#include "dashboards/View.h"
+#include "screens/Image.h"
+
+namespace torv {
+
+/// The alert icon of a page. Main thread.
+class WarningView final : public View {
+    Q_OBJECT
+    Q_PROPERTY(bool warning READ warning NOTIFY warningChanged)
+    Q_PROPERTY(QString image READ image CONSTANT)
+
+public:
+    explicit WarningView(QRectF frame) : View(frame), m_image(imageNamed(QStringLiteral("ICON_ALERT.png"))) {}
+
+    [[nodiscard]] bool warning() const { return m_warning; }
+    void setWarning(bool warning) {
+        if (m_warning == warning) return;
+        m_warning = warning;
+        emit warningChanged();
+    }
+    [[nodiscard]] QString image() const { return m_image.source; }
+
+signals:
+    void warningChanged();
+
+private:
+    const Image m_image;
+    bool m_warning = false;
+};
+
+}  // namespace torv

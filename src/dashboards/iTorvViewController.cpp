@@ -1,0 +1,25 @@
+#include "dashboards/iTorvViewController.h"
+
+#include <utility>
+
+#include "dashboards/AlternateViewController.h"
+
+namespace torv {
+
+iTorvViewController::iTorvViewController(std::shared_ptr<iTorvAppDelegate> application,
+                                         DashboardScreens screens)
+    : DashboardViewController(firstPageTraits(), std::move(application), std::move(screens)),
+      m_isntFirstRun(Platform::current().userDefaults().objectForKey("FIRST_RUN_KEY").boolValue()) {}
+
+void iTorvViewController::viewDidAppear() {
+    if (std::exchange(m_isntFirstRun, true)) return;
+    pushCarSetupTableViewController();
+}
+
+void iTorvViewController::goToAlternate() {
+    if (progress()) return;
+    presentModalViewControllerAnimated(std::make_shared<AlternateViewController>(application(), screens()),
+                                       true);
+}
+
+}  // namespace torv

@@ -1,0 +1,56 @@
+#include "datalog/DataLog.h"
+
+namespace torv {
+namespace {
+
+constexpr AID gateAID = 78;
+constexpr float gateValue = 501;
+
+}  // namespace
+
+void DataLog::record(AID aid, float value, Clock::time_point time) {
+    const bool gateOpen = maximum(gateAID).value_or(0) >= gateValue;
+    if (!m_begin) m_begin = time;
+    auto& series = m_series[aid];
+    const auto since = std::chrono::duration_cast<std::chrono::milliseconds>(time - *m_begin);
+    series.ring[(series.first + series.count) % sampleLimit] = {value,
+                                                                static_cast<std::uint32_t>(since.count())};
+    if (series.count < sampleLimit) {
+        ++series.count;
+    } else {
+        series.first = (series.first + 1) % sampleLimit;
+    }
+    const bool hadMinimum = series.minimum.has_value();
+    if (gateOpen && (!hadMinimum || *series.minimum > value)) series.minimum = value;
+    // On purpose the minimum: without one, the "maximum" follows the latest value.
+    if (!hadMinimum || series.maximum < value) series.maximum = value;
+}
+
+const DataLog::Series* DataLog::seriesOf(AID aid) const {
+    const auto found = m_series.find(aid);
+    return found == m_series.end() ? nullptr : &found->second;
+}
+
+std::optional<float> DataLog::minimum(AID aid) const {
+    const auto* series = seriesOf(aid);
+    return series ? series->minimum : std::nullopt;
+}
+
+std::optional<float> DataLog::maximum(AID aid) const {
+    const auto* series = seriesOf(aid);
+    return series ? series->maximum : std::nullopt;
+}
+
+std::size_t DataLog::sampleCount(AID aid) const {
+    const auto* series = seriesOf(aid);
+    return series ? series->count : 0;
+}
+
+DataLog::Sample DataLog::sample(AID aid, std::size_t index) const {
+    const auto* series = seriesOf(aid);
+    if (!series || index >= series->count) return {};
+    const auto& stored = series->ring[(series->first + index) % sampleLimit];
+    return {stored.value, *m_begin + std::chrono::milliseconds{stored.milliseconds}};
+}
+
+}  // namespace torv

@@ -1,0 +1,58 @@
+#include "tuning/SettingsReplay.h"
+
+#include <utility>
+
+#include "attributes/AVDriveTrainInfoFormatter.h"
+#include "attributes/AVVehicleSpeedFormatter.h"
+#include "platform/Log.h"
+#include "platform/Platform.h"
+
+namespace torv {
+namespace {
+
+constexpr auto activeProfileKey = "savedprofile";
+constexpr auto defaultProfile = "Default Profile";
+constexpr auto stockTireSizeKey = "STOCK_TIRE_SIZE";
+constexpr AID driveTrainAID = 226;
+
+UserDefaults& defaults() {
+    return Platform::current().userDefaults();
+}
+
+}  // namespace
+
+void SettingsReplay::replaySettings() {
+    const auto settings = SettingValueStore::load(m_vehicle);
+    if (!settings) return;
+    for (const auto& [aid, value] : *settings) {
+        if (aid == driveTrainAID) {
+            auto bytes = value;
+            if (const auto record = AVDriveTrainInfoFormatter{}.dataFromAV(bytes.bytes().data())) {
+                AVVehicleSpeedFormatter::setCurrentTireSize(record->value);
+                if (defaults().objectForKey(stockTireSizeKey).isNull())
+                    AVVehicleSpeedFormatter::setStockTireSize(record->value);
+            }
+        }
+        m_feeder->setValueForAID(value.bytes(), aid);
+    }
+}
+
+void SettingsReplay::activateDefaultProfile() {
+    defaults().setObjectForKey(defaultProfile, activeProfileKey);
+}
+
+void SettingsReplay::run(TuningPass::Progress progress, TuningPass::Cancelled cancelled) {
+    replaySettings();
+    if (defaults().objectForKey(activeProfileKey).isNull()) activateDefaultProfile();
+    const auto name = defaults().objectForKey(activeProfileKey).textValue().value_or(std::string{});
+    TuningPass pass{m_feeder, std::move(progress), std::move(cancelled)};
+    if (name == defaultProfile) return pass.reset(m_vehicle);
+    std::string error;
+    const auto stored = defaults().objectForKey(name);
+    if (stored.isNull()) return;
+    const auto profile = profileDictionaryFromArchive(stored, error);
+    if (!profile) return logLine("the tuning profile " + name + " can't be read: " + error);
+    pass.apply(*profile);
+}
+
+}  // namespace torv

@@ -1,0 +1,28 @@
+#pragma once
+
+#include <string>
+
+#include "tuning/TuningPass.h"
+
+namespace torv {
+
+/// Brings the module back to what this handset has stored: its device settings, then the active tuning
+/// profile. Main thread; blocks, and the loop turns meanwhile.
+class SettingsReplay final {
+public:
+    SettingsReplay(std::shared_ptr<iTorvFeeder> feeder, Vehicle vehicle)
+        : m_feeder(std::move(feeder)), m_vehicle(std::move(vehicle)) {}
+
+    /// The first one ever makes the default profile the active one.
+    void run(TuningPass::Progress progress, TuningPass::Cancelled cancelled);
+    /// Makes the default profile the active one, for good.
+    static void activateDefaultProfile();
+
+private:
+    void replaySettings();
+
+    std::shared_ptr<iTorvFeeder> m_feeder;
+    Vehicle m_vehicle;
+};
+
+}  // namespace torv
