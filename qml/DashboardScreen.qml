@@ -30,7 +30,7 @@ Item {
     Item {
         id: view
 
-        y: Math.round((page.height - height) / 2)
+        y: page.height - height  // the drawer comes out of the window's edge
         width: page.width
         height: 320 * page.u
         clip: page.height > height + 1
@@ -59,6 +59,21 @@ Item {
             }
         }
 
+        Repeater {
+            model: page.screen.places
+
+            Picture {
+                required property var modelData
+
+                z: 9
+                u: page.u
+                frame: Qt.rect(modelData.frame.x + modelData.clearButtonFrame.x,
+                               modelData.frame.y + modelData.clearButtonFrame.y,
+                               modelData.clearButtonFrame.width, modelData.clearButtonFrame.height)
+                name: modelData.clearButtonShown ? "picture/CLOSE.png" : ""
+            }
+        }
+
         Loader {
             z: 10
             active: page.screen.controls !== null
@@ -82,15 +97,24 @@ Item {
             }
         }
 
-        Item {
+        Row {
             z: 12
             x: 8 * page.u
-            y: view.height - 12 * page.u
-            scale: page.u
-            transformOrigin: Item.TopLeft
+            y: view.height - 13 * page.u
+            spacing: 4 * page.u
             visible: !page.stage.status.connected
 
-            StatusIndicator { status: page.stage.status }
+            Picture {
+                anchors.verticalCenter: parent.verticalCenter
+                u: page.u
+                frame: Qt.rect(0, 0, 6, 6)
+                name: "picture/SELECTED_DOT.png"
+            }
+            Text {
+                text: page.stage.status.text
+                color: Theme.faint
+                font.pixelSize: Math.max(9 * page.u, 1)
+            }
         }
 
         PageView {

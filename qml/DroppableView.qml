@@ -44,10 +44,4 @@ Item {
             function onGaugeChanged() { gauge.show(); }
         }
     }
-
-    Picture {
-        u: root.u
-        frame: root.place.clearButtonFrame
-        name: root.place.clearButtonShown ? "picture/CLOSE.png" : ""
-    }
 }

@@ -18,8 +18,10 @@ Item {
     }
 
     Picture {
+        readonly property rect room: root.gauge.nameFrame
+
         u: root.u
-        frame: root.gauge.nameFrame
+        frame: Qt.rect(room.x, room.y, Math.min(room.width, root.width / root.u - 2 * room.x), room.height)
         name: root.gauge.name === "" ? ""
               : "label/" + (root.gauge.inWarning ? "yellow/" : "grey/") + encodeURIComponent(root.gauge.name)
     }

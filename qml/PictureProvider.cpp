@@ -15,7 +15,7 @@ namespace {
 
 constexpr int largestScale = 3;
 constexpr double labelFontSize = 0.9;  // of the box's height
-constexpr double closest = 0.6;        // narrower letters can't be read
+constexpr double smallest = 0.55;      // of that; smaller letters can't be read
 constexpr int longestLabel = 200;
 
 QPixmap pictureFromFile(const QString& name, QSize size) {
@@ -76,13 +76,15 @@ QPixmap text(const QString& words, double fontSize, QSize size) {
                    grey());
 }
 
+/// As large as the box allows, smaller where the text is long, and cut where it would be too small.
 QPixmap label(const QString& words, const QColor& colour, QSize size) {
     const double fontSize = size.height() * labelFontSize;
     auto shown = words.left(longestLabel);
-    while (shown.size() > 1 && lcdTextSize(shown, fontSize).width() * closest > size.width())
+    while (shown.size() > 1 && lcdTextSize(shown, fontSize).width() * smallest > size.width())
         shown.chop(1);
-    const double narrower = std::min(1.0, size.width() / std::max(lcdTextSize(shown, fontSize).width(), 1.0));
-    return painted(size, QTransform::fromScale(narrower, 1).map(lcdText(shown, fontSize)), colour);
+    const double scale = std::min(1.0, size.width() / std::max(lcdTextSize(shown, fontSize).width(), 1.0));
+    const auto fitted = QTransform::fromTranslate(0, (1 - scale) * size.height() / 2).scale(scale, scale);
+    return painted(size, fitted.map(lcdText(shown, fontSize)), colour);
 }
 
 QString decodedText(const QString& text) {

@@ -19,7 +19,7 @@ struct GaugeStyle {
     double readOutHeight;
     std::int32_t displayStyle;
     std::int32_t textAlignment;
-    Side unitSide;  ///< of the read-out, 2 below it; on tiles at the place that follows
+    Side unitSide;  ///< edge of the read-out that it is flush with, 2 below it; on tiles the place that follows
     double unitX;
     double unitY;
     IconPlace icon;

@@ -137,7 +137,7 @@ void GaugeView::reloadView() {
 
     QPointF unit{face.unitX, face.unitY};
     if (face.unitSide == GaugeStyle::Side::left) unit = {readOut.left(), readOut.bottom() + unitGap};
-    if (face.unitSide == GaugeStyle::Side::right) unit = {readOut.right(), readOut.bottom() + unitGap};
+    if (face.unitSide == GaugeStyle::Side::right) unit = {readOut.right() - m_unitImage.size.width(), readOut.bottom() + unitGap};
     m_unitFrame = {unit, m_unitImage.size};
     updateWarningIcons();
     emit faceChanged();

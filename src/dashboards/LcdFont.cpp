@@ -14,19 +14,21 @@ constexpr double capitals = 0.74;   // height of a capital for each unit of font
 constexpr double glyphWidth = 0.84;
 constexpr double glyphHeight = 0.86;
 
-QFont fontOf(const char* family) {
+QFont fontOf(const char* family, bool bold) {
     QFont font;
     font.setFamilies({QString::fromLatin1(family), QStringLiteral("DejaVu Sans Condensed")});
-    font.setBold(true);
+    font.setBold(bold);
     font.setPixelSize(static_cast<int>(drawnAt));
     return font;
 }
 
-/// Digits have seven segments, letters fourteen.
+/// Digits have seven segments, letters fourteen; other signs are not for segments at this size.
 const QFont& fontFor(QChar sign) {
-    static const QFont digits = fontOf("DSEG7 Classic");
-    static const QFont letters = fontOf("DSEG14 Classic");
-    return sign.isDigit() ? digits : letters;
+    static const QFont digits = fontOf("DSEG7 Classic", true);
+    static const QFont letters = fontOf("DSEG14 Modern", false);
+    static const QFont others = fontOf("DejaVu Sans Condensed", true);
+    const bool segments = sign.unicode() < 128 && (sign.isLetter() || sign == u'.' || sign == u'-' || sign == u' ');
+    return sign.isDigit() ? digits : segments ? letters : others;
 }
 
 double advance(const QString& text) {

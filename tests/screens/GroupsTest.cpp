@@ -166,8 +166,7 @@ TEST_F(GroupsTest, NavigationKeepsItsRootAndTouchesComeLater) {
 }
 
 TEST_F(GroupsTest, AlertsTellOfThePressThenOfTheEndOnce) {
-    NavigationController navigation{std::make_shared<PlainScreen>("root")};
-    Stage stage{navigation, nullptr};
+    Stage stage{std::make_shared<PlainScreen>("root"), nullptr};
     std::string heard;
     auto alert = std::make_shared<AlertView>("Title", "", QStringList{"Cancel", "OK"});
     alert->setClickedHandler([&](int index) { heard += "click" + std::to_string(index) + " "; });

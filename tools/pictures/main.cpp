@@ -1,0 +1,84 @@
+// Takes the documentation's pictures: the dashboards in their states, on a module on the bench.
+//   itorv-pictures FOLDER [WIDTHxHEIGHT]
+#include <QGuiApplication>
+#include <QImage>
+#include <QTemporaryDir>
+#include <cstdio>
+
+#include "fakes/Application.h"
+#include "support/Number.h"
+
+namespace {
+
+using namespace torv;
+using namespace std::chrono_literals;
+
+constexpr auto vehicle = "Diesel Pickup 6.7L";
+
+void place(UserDefaults& defaults, const char* key, int aid) {
+    defaults.setObjectForKey(Number::fromInteger(aid), std::string{vehicle} + key);
+}
+
+void prepare(UserDefaults& defaults) {
+    struct Placement {
+        const char* key;
+        int aid;
+    };
+    for (const auto& [key, aid] :
+         {Placement{"_0_KEY", 78}, {"_4_KEY", 8},      {"_3_KEY", 80},     {"_2_KEY", 7},
+          {"_1_KEY", 10},          {"_0_0_2_KEY", 7},  {"_5_1_2_KEY", 14}, {"_5_2_2_KEY", 16},
+          {"_5_3_2_KEY", 17},      {"_5_4_2_KEY", 10}, {"_5_5_2_KEY", 11}, {"_5_6_2_KEY", 13},
+          {"_5_7_2_KEY", 12},      {"_5_8_2_KEY", 82}, {"_5_9_2_KEY", 8},  {"_6_0_3_KEY", 22},
+          {"_6_1_3_KEY", 34},      {"_6_2_3_KEY", 35}, {"_6_3_3_KEY", 78}, {"_6_4_3_KEY", 81},
+          {"_6_5_3_KEY", 30},      {"_6_6_3_KEY", 28}, {"_6_7_3_KEY", 20}, {"_6_8_3_KEY", 32}}) {
+        place(defaults, key, aid);
+    }
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    qputenv("QT_QUICK_BACKEND", "software");
+    const QTemporaryDir home;
+    qputenv("XDG_DATA_HOME", home.path().toUtf8());
+    const QGuiApplication application{argc, argv};
+    if (argc < 2) return std::fprintf(stderr, "itorv-pictures FOLDER [WIDTHxHEIGHT]\n"), 2;
+    const auto size = argc > 2 ? QString::fromLocal8Bit(argv[2]).split(u'x') : QStringList{"1136", "640"};
+    const std::filesystem::path profile = ITORV_RESOURCE_DIR "/vehicle.json";
+    bench::Bench module{{.rate = 200, .profile = profile}};
+    if (const auto error = module.start()) return std::fprintf(stderr, "%s\n", error->c_str()), 1;
+    fakes::Application app{module, profile, prepare, QSize{size.value(0).toInt(), size.value(1).toInt()}};
+    const auto save = [&](const char* name) {
+        app.runFor(1500ms);
+        const auto file = QString::fromLocal8Bit(argv[1]) + "/" + name + ".png";
+        if (!app.view()->grabWindow().save(file))
+            std::fprintf(stderr, "%s can't be saved\n", qPrintable(file));
+    };
+    app.waitUntil([&] { return app.status->connected(); });
+    app.waitUntil([&] { return !app.page()->progress(); });
+    app.runFor(6s);
+    save("first-page");
+    QTest::keyClick(app.view(), Qt::Key_Space);
+    save("picker");
+    app.drag(82, {app.page()->stageLeft() + 380, 60}, false);
+    save("dragging");
+    app.release({app.page()->stageLeft() + 240, 280});
+    app.runFor(200ms);
+    QTest::keyClick(app.view(), Qt::Key_Down);
+    module.setValue(12, {5});  // oil pressure, on no gauge of this page
+    module.setValue(8, {55});  // boost, on a gauge
+    save("warning");
+    QTest::keyClick(app.view(), Qt::Key_Right);
+    save("second-page");
+    QTest::keyClick(app.view(), Qt::Key_Space);
+    save("second-picker");
+    QTest::keyClick(app.view(), Qt::Key_Space);
+    app.runFor(600ms);
+    QTest::keyClick(app.view(), Qt::Key_Right);
+    save("third-page");
+    module.stop();
+    app.runFor(4s);
+    save("link-lost");
+    return 0;
+}
