@@ -131,7 +131,7 @@ Item {
 
             function show() {
                 const view = page.screen.touchingView;
-                if (view && view.icon !== undefined) {
+                if (view) {
                     setSource("DraggableIndicatorView.qml", { "view": view, "u": page.u });
                 } else {
                     source = "";

@@ -11,7 +11,7 @@ Image {
     opacity: view.alpha
     scale: view.scale
     sourceSize: Qt.size(width * 3, height * 3)
-    source: view.icon === undefined || view.icon === "" ? "" : "image://iTorv/" + view.icon
+    source: view.icon === "" ? "" : "image://iTorv/" + view.icon
 
     Behavior on scale {
         NumberAnimation { duration: 500; easing.type: Easing.OutQuad }

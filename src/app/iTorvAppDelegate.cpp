@@ -45,6 +45,12 @@ void iTorvAppDelegate::importFileURL(const std::string& text) {
     logLine(text + (m_importVehicleInfo ? " is ready to be imported" : " holds no tuning profile"));
 }
 
+void iTorvAppDelegate::applicationWillTerminate() {
+    m_feeder->setFeeding(false);
+    m_feeder->removeAllReaders();
+    m_feeder->removeAllConnectionListeners();
+}
+
 void iTorvAppDelegate::applicationDidReceiveMemoryWarning() {
     if (m_dataLoggingDict) *m_dataLoggingDict = {};
 }

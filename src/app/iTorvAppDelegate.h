@@ -31,6 +31,8 @@ public:
     /// `showFirstPage` makes the first page and the window; the connection is being made by then.
     void applicationDidFinishLaunchingWithOptions(const LaunchOptions& options,
                                                   const std::function<void()>& showFirstPage);
+    /// Lets go of everyone who reads and listens, itself included, so that the connection can end.
+    void applicationWillTerminate();
     /// Clears the live data log, with its minimum and maximum values, without asking.
     void applicationDidReceiveMemoryWarning();
 

@@ -239,5 +239,7 @@ int main(int argc, char** argv) {
                       [&] { return shownValues(firstPage->droppableViews()); });
     }
     if (!options.screenshot.isEmpty()) takeScreenshotLater(platform.runLoop(), *window, options);
-    return QGuiApplication::exec();
+    const int code = QGuiApplication::exec();
+    control->applicationWillTerminate();
+    return code;
 }

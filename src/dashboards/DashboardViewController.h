@@ -144,7 +144,10 @@ public:
     [[nodiscard]] QObject* pageViewObject() const { return m_pageView.get(); }
     [[nodiscard]] QObject* controlsObject() const { return m_controls.get(); }
     [[nodiscard]] QVariantList buttonImages() const;
-    [[nodiscard]] QObject* touchingViewObject() const { return m_touchingView.get(); }
+    /// What a finger carries; null also while a stored placement passes through.
+    [[nodiscard]] QObject* touchingViewObject() const {
+        return qobject_cast<DraggableIndicatorView*>(m_touchingView.get());
+    }
     [[nodiscard]] QString toast() const { return m_toast; }
     [[nodiscard]] QRectF toastFrame() const { return m_toastFrame; }
     [[nodiscard]] QString pressedButton() const { return m_touches.pressedButton(); }

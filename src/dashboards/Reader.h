@@ -2,6 +2,7 @@
 // the end of a reader.
 #pragma once
 
+#include <QThread>
 #include <memory>
 #include <optional>
 #include <span>
@@ -17,9 +18,8 @@ namespace torv {
 template <class T, class... Arguments>
 [[nodiscard]] std::shared_ptr<T> makeReader(Arguments&&... arguments) {
     return {std::make_unique<T>(std::forward<Arguments>(arguments)...).release(), [](T* reader) {
-                auto last = std::shared_ptr<QObject>{reader};
-                auto& loop = Platform::current().runLoop();
-                if (!loop.isMainThread()) loop.performOnMainThread([last = std::move(last)] {});
+                if (reader->thread() != QThread::currentThread()) return reader->deleteLater();
+                const std::unique_ptr<T> last{reader};
             }};
 }
 
@@ -31,10 +31,13 @@ template <class T, class... Arguments>
     return attribute->dataFromAV(value);
 }
 
-/// Hands a number to the reader's `updateValue` on the main thread, and does not wait.
+/// Hands a number to the reader's `updateValue` on the main thread, and does not wait. A reader that has gone
+/// meanwhile gets none.
 template <class Reader, class Number>
 void updateOnMainThread(const std::shared_ptr<Reader>& reader, std::optional<Number> number) {
-    Platform::current().runLoop().performOnMainThread([reader, number] { reader->updateValue(number); });
+    Platform::current().runLoop().performOnMainThread([weak = std::weak_ptr{reader}, number] {
+        if (const auto alive = weak.lock()) alive->updateValue(number);
+    });
 }
 
 }  // namespace torv

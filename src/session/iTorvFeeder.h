@@ -36,6 +36,7 @@ public:
     void removeAllReaders();
     /// May hold duplicates.
     void addConnectionListener(std::shared_ptr<iTorvConnectionListener> listener);
+    void removeAllConnectionListeners() { m_connectionListeners.clear(); }
 
     void start();
     /// Blocking, up to 21 attempts; true if the module acknowledged. Missing bytes count as 0.

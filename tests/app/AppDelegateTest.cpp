@@ -10,8 +10,8 @@
 #include "app/iTorvAppDelegate.h"
 #include "attributes/AVVehicleSpeedFormatter.h"
 #include "fakes/FakePlatform.h"
-#include "fakes/Frames.h"
 #include "fakes/FreshEngine.h"
+#include "fakes/PlayedModule.h"
 #include "vehicles/VehicleDataSource.h"
 
 namespace {
@@ -60,20 +60,7 @@ protected:
         app->applicationDidFinishLaunchingWithOptions({.connection = {}, .url = std::move(url)},
                                                       [&] { pageMade = !platform.opened.empty(); });
     }
-    /// Three chunks; then every write is recorded and, if the module is kind, acknowledged.
-    void connect(bool acknowledges = true) {
-        auto& stream = platform.stream();
-        stream.onWrite = [this, acknowledges](const Bytes& sent) {
-            writes.push_back(sent);
-            if (!acknowledges) return;
-            platform.stream().feed(frame({0x22, sent[1]}));
-            platform.stream().feed(frame({0x13, 10, 1}));
-        };
-        for (int i = 0; i < 3; ++i) {
-            stream.feed(frame({0x13, 10, 1}));
-            platform.loop.runWork();
-        }
-    }
+    void connect(bool acknowledges = true) { fakes::connectModule(platform, writes, acknowledges); }
 
     fakes::FakePlatform platform;
     NotificationCenter::Observation replay;

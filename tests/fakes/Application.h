@@ -30,6 +30,8 @@ public:
                          QSize size = {1136, 640}) {
         torv::Platform::install(&platform);
         freshenEngine();
+        m_replay =
+            platform.notificationCenter().addObserver("customTuningSettingsUpdated", [this] { ++m_replays; });
         std::string error;
         if (const auto vehicle = torv::vehicleFromFile(profile, error)) {
             torv::VehicleDataSource::setCurrentVehicle(*vehicle);
@@ -48,6 +50,7 @@ public:
         if (view()) view()->resize(size);
     }
     ~Application() {
+        control->applicationWillTerminate();
         window.reset();
         stage.reset();
         first.reset();
@@ -64,7 +67,18 @@ public:
     }
     bool waitUntil(const std::function<bool()>& condition,
                    std::chrono::milliseconds limit = std::chrono::seconds{20}) {
-        return fakes::waitUntil(platform.runLoop(), condition, limit);
+        return fakes::waitUntil(
+            platform.runLoop(),
+            [&] {
+                // What the look lets go of ends with the outermost loop, and this program has none.
+                QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+                return condition();
+            },
+            limit);
+    }
+    /// The link is up, and what is stored has been replayed.
+    bool waitUntilReady() {
+        return waitUntil([this] { return status->connected() && m_replays > 0 && !first->progress(); });
     }
     void runFor(std::chrono::milliseconds time) {
         const auto end = std::chrono::steady_clock::now() + time;
@@ -112,6 +126,9 @@ public:
     std::unique_ptr<torv::MainWindow> window;
 
 private:
+    torv::NotificationCenter::Observation m_replay;
+    int m_replays = 0;
+
     [[nodiscard]] QPoint pixel(QPointF point) const {
         const QSizeF size = view()->size();
         const double u = std::min(size.width() / torv::stageWidth, size.height() / torv::pageHeight);

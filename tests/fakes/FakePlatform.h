@@ -130,9 +130,12 @@ private:
     struct SourceResources final : torv::Resources {
         [[nodiscard]] std::optional<std::filesystem::path> pathForResourceOfType(
             std::string_view name, std::string_view type) const override {
-            const auto file =
-                std::filesystem::path{ITORV_RESOURCE_DIR} / (std::string{name} + '.' + std::string{type});
-            return std::filesystem::exists(file) ? std::optional{file} : std::nullopt;
+            const auto fileName = std::string{name} + '.' + std::string{type};
+            for (const auto* folder : {ITORV_RESOURCE_DIR, ITORV_SHARE_DIR}) {
+                const auto file = std::filesystem::path{folder} / fileName;
+                if (std::filesystem::exists(file)) return file;
+            }
+            return std::nullopt;
         }
         [[nodiscard]] std::filesystem::path documentsDirectory() const override { return testing::TempDir(); }
     };

@@ -4,6 +4,8 @@
 #include <QImage>
 
 #include "fakes/Application.h"
+#include "screens/NavigationController.h"
+#include "screens/TableViewController.h"
 
 namespace {
 
@@ -25,8 +27,7 @@ protected:
 
 TEST_F(WindowTest, TheGearLeadsToTheMenuAndTheLiveListAndCloseBack) {
     ASSERT_NE(app->view(), nullptr);
-    ASSERT_TRUE(app->waitUntil([&] { return app->control->connected() && !app->first->progress(); }));
-    app->runFor(100ms);
+    ASSERT_TRUE(app->waitUntilReady());
     app->tap({32, 32});
     ASSERT_TRUE(app->waitUntil([&] { return app->stage->top() != app->first.get(); }));
     auto* const menu = qobject_cast<NavigationController*>(app->stage->top());
@@ -47,7 +48,7 @@ TEST_F(WindowTest, TheGearLeadsToTheMenuAndTheLiveListAndCloseBack) {
 
 TEST_F(WindowTest, TheStateOfTheLinkIsTold) {
     EXPECT_EQ(app->status->text(), "Looking for the module");
-    ASSERT_TRUE(app->waitUntil([&] { return app->status->connected(); }));
+    ASSERT_TRUE(app->waitUntilReady());
     module.stop();
     ASSERT_TRUE(app->waitUntil([&] { return !app->status->connected(); }));
     EXPECT_EQ(app->status->text(), "Connection lost");
@@ -56,8 +57,12 @@ TEST_F(WindowTest, TheStateOfTheLinkIsTold) {
 }
 
 TEST_F(WindowTest, AlertsCoverTheScreenUntilTouched) {
+    ASSERT_TRUE(app->waitUntilReady());
     module.stop();  // nothing moves under them
-    app->runFor(500ms);
+    ASSERT_TRUE(app->waitUntil([&] { return !app->status->connected(); }));
+    ASSERT_TRUE(app->waitUntil([&] { return app->first->droppableViews()[0]->gauge()->isOld(); }));
+    ASSERT_TRUE(app->waitUntil([&] { return app->first->droppableViews()[0]->gauge()->needleAtRest(); }));
+    app->runFor(300ms);  // the page's own appearing
     const auto before = app->view()->grabWindow();
     int pressed = -1;
     auto alert =

@@ -55,8 +55,7 @@ int main(int argc, char** argv) {
         if (!app.view()->grabWindow().save(file))
             std::fprintf(stderr, "%s can't be saved\n", qPrintable(file));
     };
-    app.waitUntil([&] { return app.status->connected(); });
-    app.waitUntil([&] { return !app.page()->progress(); });
+    app.waitUntilReady();
     app.runFor(6s);
     save("first-page");
     QTest::keyClick(app.view(), Qt::Key_Space);

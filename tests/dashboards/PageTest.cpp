@@ -1,0 +1,342 @@
+// The three pages: what stands where, what is stored, what warns, and what follows a change of vehicle.
+#include <gtest/gtest.h>
+
+#include <limits>
+
+#include "Dashboard.h"
+
+namespace {
+
+using namespace torv;
+using namespace std::chrono_literals;
+using fakes::sensor;
+using fakes::truck;
+
+class PageTest : public testing::Test, public fakes::Dashboard {
+protected:
+    [[nodiscard]] std::vector<std::string> placementKeys() const {
+        std::vector<std::string> keys;
+        for (const auto& key : platform.defaults.keys()) {
+            if (key.ends_with("_KEY")) keys.push_back(key);
+        }
+        return keys;
+    }
+    /// AIDs of the places in their order; 0 for an empty one.
+    [[nodiscard]] std::vector<AID> placed() const {
+        std::vector<AID> aids;
+        for (const auto& place : page->droppableViews())
+            aids.push_back(place->gauge() ? place->gauge()->attribute()->aid : 0);
+        return aids;
+    }
+    [[nodiscard]] bool alert() const { return page->controls()->warningView().warning(); }
+};
+
+TEST_F(PageTest, PlacementsAreStoredLetterByLetterAndFoundAgain) {
+    launch(truck("Truck", {sensor(8), sensor(9), sensor(10)}));
+    struct Row {
+        std::function<void()> open;
+        std::vector<std::string> keys;
+    };
+    const std::vector<Row> rows{
+        {[&] { open<iTorvViewController>(); },
+         {"Truck_0_KEY", "Truck_4_KEY", "Truck_3_KEY", "Truck_2_KEY", "Truck_1_KEY"}},
+        {[&] { open<AlternateViewController>(); },
+         {"Truck_0_0_2_KEY", "Truck_5_1_2_KEY", "Truck_5_2_2_KEY", "Truck_5_3_2_KEY", "Truck_5_4_2_KEY",
+          "Truck_5_5_2_KEY", "Truck_5_6_2_KEY", "Truck_5_7_2_KEY", "Truck_5_8_2_KEY", "Truck_5_9_2_KEY"}},
+        {[&] { open<LastViewController>(); },
+         {"Truck_6_0_3_KEY", "Truck_6_1_3_KEY", "Truck_6_2_3_KEY", "Truck_6_3_3_KEY", "Truck_6_4_3_KEY",
+          "Truck_6_5_3_KEY", "Truck_6_6_3_KEY", "Truck_6_7_3_KEY", "Truck_6_8_3_KEY"}}};
+    for (const auto& row : rows) {
+        platform.defaults.entries.clear();
+        row.open();
+        const bool hasMain = page->traits().hasMainPlace;
+        EXPECT_EQ(placed()[0], hasMain ? 8 : 0);
+        EXPECT_EQ(placementKeys(), hasMain ? std::vector{row.keys[0]} : std::vector<std::string>{});
+        ASSERT_EQ(page->droppableViews().size(), row.keys.size());
+        for (std::size_t i = 0; i < row.keys.size(); ++i) {
+            drop(static_cast<AID>(8 + i % 3), i);
+            EXPECT_EQ(stored(row.keys[i]), static_cast<AID>(8 + i % 3)) << row.keys[i];
+        }
+        const auto before = placed();
+        row.open();
+        EXPECT_EQ(placed(), before);
+        for (std::size_t i = 0; i < row.keys.size(); ++i) {
+            const auto& gauge = *place(i).gauge();
+            const auto& expected = page->traits().places[i];
+            EXPECT_EQ(gauge.style(), expected.style);
+            EXPECT_EQ(place(i).frame().x(), expected.frame.x() + 44);
+            EXPECT_EQ(gauge.dial().minimumDegree, expected.style == 0 ? -20 : expected.minimumDegree) << i;
+            EXPECT_EQ(gauge.priority(), 1);
+        }
+    }
+}
+
+TEST_F(PageTest, WhatIsStoredByHandOrForSensorsThatAreGoneIsPassedOver) {
+    launch(truck("Truck", {sensor(8), sensor(9)}));
+    auto& defaults = platform.defaults;
+    defaults.setObjectForKey(Number::fromInteger(77), "Truck_4_KEY");
+    defaults.setObjectForKey("boost", "Truck_3_KEY");
+    defaults.setObjectForKey(Array{Value{true}}, "Truck_2_KEY");
+    defaults.setObjectForKey(Number{"9.7e99"}, "Truck_1_KEY");
+    defaults.setObjectForKey(Number::fromInteger(-1), "Truck_0_KEY");
+    open();
+    EXPECT_EQ(placed(), (std::vector<AID>{8, 0, 0, 0, 0}));
+    EXPECT_EQ(stored("Truck_4_KEY"), 77);  // until something is dropped there
+}
+
+TEST_F(PageTest, OddProfilesLeaveThePageUsable) {
+    Array many;
+    for (int i = 0; i < 300; ++i)
+        many.push_back(sensor(i % 256));
+    const std::string longName(200, 'N');
+    auto odd = sensor(9, "0", "0", 1, 5, "A UNIT WITH MORE THAN FORTY CHARACTERS IN IT");
+    odd.set("name", longName);
+    for (const auto& sensors : {Array{}, Array{sensor(9)}, many, Array{odd, sensor(8, "1e30", "-1e30")},
+                                Array{sensor(8), sensor(8)}}) {
+        platform.defaults.entries.clear();
+        launch(truck("Truck", sensors));
+        open();
+        const bool hasBoost = page->indicatorView(8) != nullptr;
+        EXPECT_EQ(placed()[0], hasBoost ? 8 : 0);
+        if (page->indicatorView(9)) drop(9, 1);
+        receive(9, {0, 0, 0, 0});
+        receive(9, {255, 255, 255, 255});
+        page->pageViewDidExpand(page->pageView());
+        page->pageViewDidRetract(page->pageView());
+    }
+    launch(truck("Truck", {odd, sensor(8)}));
+    open();
+    page->pageView().scrollView().touchesBegan(page->indicatorView(9));
+    platform.loop.runFor(500ms);
+    EXPECT_EQ(page->toast().size(), 200);
+    EXPECT_LE(page->toastFrame().width(), page->screenWidth() + 40);
+}
+
+TEST_F(PageTest, OneSensorOnTwoPlacesIsCounted) {
+    launch(truck("Truck", {sensor(8), sensor(9)}));
+    open();
+    drop(9, 1);
+    drop(9, 2);
+    EXPECT_EQ(page->aidCounting().at(9), 2);
+    EXPECT_EQ(page->indicatorView(9)->alpha(), 0.3);
+    receive(9, {33});
+    EXPECT_EQ(place(1).gauge()->value(), 33);
+    EXPECT_EQ(place(2).gauge()->value(), 33);
+    const auto gauge = place(1).gauge();
+    place(1).clear();
+    EXPECT_EQ(page->indicatorView(9)->alpha(), 0.3);
+    EXPECT_EQ(place(1).alpha(), 0.3);
+    EXPECT_EQ(stored("Truck_4_KEY"), -1);
+    EXPECT_EQ(stored("Truck_3_KEY"), 9);
+    receive(9, {44});
+    EXPECT_EQ(gauge->value(), 33);  // released
+    drop(8, 2);
+    EXPECT_EQ(page->indicatorView(9)->alpha(), 1);
+    EXPECT_FALSE(page->aidCounting().contains(9));
+    EXPECT_EQ(stored("Truck_3_KEY"), 8);
+    EXPECT_EQ(page->aidCounting().at(8), 2);
+}
+
+TEST_F(PageTest, TheAlertIsForSensorsOnNoGauge) {
+    launch(truck("Truck",
+                 {sensor(8, "0", "100", 1, 50), sensor(9, "0", "100", 1, 50), sensor(10, "0", "100", 4, 5)}));
+    open();
+    receive(8, {60});
+    EXPECT_FALSE(alert());
+    EXPECT_TRUE(place(0).gauge()->inWarning());
+    receive(9, {50});
+    EXPECT_TRUE(alert());
+    EXPECT_EQ(page->pageView().image(), "picture/BG_SELECTOR_ALERT.png");
+    receive(9, {51});
+    receive(10, {4});
+    EXPECT_EQ(page->warningAIDs(), (std::vector<AID>{9, 10}));
+    drop(9, 1);
+    EXPECT_TRUE(alert());
+    receive(10, {5});
+    EXPECT_FALSE(alert());
+    receive(9, {52});
+    EXPECT_FALSE(alert());
+    EXPECT_EQ(page->indicatorView(9)->icon(), "picture/00_LIST_GLOW.png");
+    place(1).clear();
+    EXPECT_FALSE(alert());
+    receive(9, {52});
+    EXPECT_TRUE(alert());
+    receive(9, {0});
+    EXPECT_FALSE(alert());
+}
+
+TEST_F(PageTest, AChangeOfVehicleCarriesItsSensorsOver) {
+    launch(truck("Truck", {sensor(8), sensor(9), sensor(10)}));
+    open();
+    drop(9, 1);
+    drop(10, 2);
+    page->pageViewDidExpand(page->pageView());
+    app->setCurrentVehicle(truck("Van", {sensor(8), sensor(9, "0", "50")}));
+    EXPECT_EQ(placed(), (std::vector<AID>{8, 9, 0, 0, 0}));
+    EXPECT_EQ(place(1).gauge()->dial().maximumValue, 50);
+    EXPECT_EQ(placementKeys(), (std::vector<std::string>{"Van_0_KEY", "Van_4_KEY"}));
+    EXPECT_EQ(page->currentVehicle().name(), "Van");
+    EXPECT_EQ(page->aidCounting(), (std::map<AID, int>{{8, 1}, {9, 1}}));
+    platform.loop.runFor(1s);
+    receive(9, {21});
+    EXPECT_EQ(place(1).gauge()->value(), 21);
+    // The same vehicle in another version, without the sensor of the main place.
+    app->setCurrentVehicle(truck("Van", {sensor(9)}));
+    EXPECT_EQ(placed(), (std::vector<AID>{0, 9, 0, 0, 0}));
+    drop(9, 0);
+    EXPECT_EQ(placed()[0], 9);
+}
+
+TEST_F(PageTest, AChangeOfWarningsBuildsTheGaugesAnew) {
+    launch(truck("Truck", {sensor(8, "0", "100", 1, 50), sensor(9)}));
+    open();
+    page->pageView().setExpandedAnimate(true, true);
+    platform.loop.runFor(500ms);
+    receive(8, {40});
+    auto changed = app->currentVehicle().sensors()[0];
+    changed.warningValue = 30;
+    app->currentVehicle().updateSensor(changed);
+    app->refreshWarningSensors();
+    EXPECT_EQ(page->indicatorView(8)->priority(), 1);
+    page->pageView().setExpandedAnimate(false, true);
+    receive(8, {40});
+    EXPECT_TRUE(place(0).gauge()->inWarning());
+    EXPECT_EQ(stored("Truck_0_KEY"), 8);
+    EXPECT_EQ(page->aidCounting(), (std::map<AID, int>{{8, 1}}));
+    open<LastViewController>();
+    app->refreshWarningSensors();  // a page without lamps
+}
+
+TEST_F(PageTest, ThePowerLevelStepsFromWhatTheModuleReported) {
+    launch(truck("Truck", {sensor(8)}));
+    open();
+    fakes::connectModule(platform, writes);
+    platform.loop.runFor(2s);  // the replay is over
+    struct Row {
+        std::uint8_t level;
+        int delta;
+        std::optional<std::uint8_t> written;
+    };
+    for (const auto& row :
+         {Row{3, 1, 4}, Row{3, -1, 2}, Row{0, -1, std::nullopt}, Row{255, 1, 0}, Row{0, 1, 1}}) {
+        receive(4, {row.level});
+        writes.clear();
+        page->incrementPowerBy(row.delta);
+        std::vector<fakes::Bytes> expected;
+        if (row.written) expected.push_back(fakes::frame({0x03, 4, *row.written}));
+        EXPECT_EQ(writes, expected) << static_cast<int>(row.level);
+    }
+}
+
+TEST_F(PageTest, EachConnectReplaysWhatIsStored) {
+    launch(truck("Truck", {sensor(8)}));
+    open();
+    SettingValueStore::save({{95, AV::forAID(95, fakes::Bytes{7})}}, app->currentVehicle());
+    fakes::connectModule(platform, writes);
+    EXPECT_TRUE(writes.empty());
+    platform.loop.runFor(500ms);
+    EXPECT_EQ(writes[0][1], 95);
+    EXPECT_EQ(platform.defaults.objectForKey("savedprofile").textValue(), "Default Profile");
+    EXPECT_EQ(std::count(writes.begin(), writes.end(), fakes::frame({0x03, 24, 0x55})), 1);
+    EXPECT_EQ(page->progress(), nullptr);
+
+    writes.clear();
+    platform.defaults.setObjectForKey("Tow", "savedprofile");
+    platform.defaults.setObjectForKey(archivedProfileDictionary({{31, AV::forAID(31, fakes::Bytes{9})}}),
+                                      "Tow");
+    platform.notificationCenter().postNotificationName("sendNotification");
+    EXPECT_EQ(std::count_if(writes.begin(), writes.end(), [](const auto& w) { return w[1] == 31; }) > 0,
+              true);
+    EXPECT_EQ(std::count(writes.begin(), writes.end(), fakes::frame({0x03, 24, 0x55})), 0);
+}
+
+TEST_F(PageTest, OldValuesDimWhateverThePickerAndTheDragDo) {
+    launch(truck("Truck", {sensor(8), sensor(9)}));
+    open();
+    const auto old = [&] { return place(0).gauge()->isOld(); };
+    EXPECT_TRUE(old());  // never came
+    receive(8, {1});
+    EXPECT_FALSE(old());
+    page->pageViewDidExpand(page->pageView());
+    page->pageViewDidBeginDragging(page->pageView());
+    for (int i = 0; i < 10; ++i) {
+        receive(8, {2});
+        platform.loop.runFor(1s);
+    }
+    EXPECT_FALSE(old());
+    EXPECT_EQ(place(0).gauge()->value(), 1);  // delivery stands still, arrival does not
+    platform.loop.runFor(3s);
+    EXPECT_FALSE(old());  // four times its usual second
+    platform.loop.runFor(1s);
+    EXPECT_TRUE(old());
+    EXPECT_TRUE(page->indicatorView(8)->isOld());
+    receive(8, {2});
+    platform.loop.runFor(250ms);
+    EXPECT_FALSE(old());
+    page->pageViewDidEndDragging(page->pageView());
+    page->pageViewDidRetract(page->pageView());
+    receive(9, {1});
+    platform.loop.runFor(2900ms);
+    EXPECT_FALSE(page->indicatorView(9)->isOld());
+    platform.loop.runFor(500ms);
+    EXPECT_TRUE(page->indicatorView(9)->isOld());
+    receive(9, {2});
+    EXPECT_FALSE(page->indicatorView(9)->isOld());
+}
+
+TEST_F(PageTest, PagesStackAndLeaveNothingBehind) {
+    launch(truck("Truck", {sensor(8, "0", "100", 1, 50), sensor(9, "0", "100", 1, 50)}));
+    const auto first = std::make_shared<iTorvViewController>(app, DashboardScreens{});
+    const Stage stage{first, nullptr};
+    first->rightSwipe();
+    EXPECT_EQ(stage.top(), first.get());
+    first->leftSwipe();
+    auto* const second = dynamic_cast<AlternateViewController*>(stage.top());
+    ASSERT_NE(second, nullptr);
+    second->leftSwipe();
+    auto* const third = dynamic_cast<LastViewController*>(stage.top());
+    ASSERT_NE(third, nullptr);
+    third->leftSwipe();
+    EXPECT_EQ(stage.top(), third);
+    receive(9, {60});
+    EXPECT_TRUE(first->controls()->warningView().warning());
+    EXPECT_TRUE(third->pageView().warning());
+    const std::weak_ptr<IndicatorView> indicator = third->indicatorView(9);
+    third->rightSwipe();
+    EXPECT_EQ(stage.top(), second);
+    platform.loop.runWork();
+    receive(9, {61});
+    EXPECT_EQ(indicator.lock()->value(), 61);  // it goes on reading until the readers are made anew
+    EXPECT_GT(app->dataLoggingDict()->sampleCount(9), 3U);
+    app->refreshWarningSensors();
+    platform.loop.runWork();
+    EXPECT_TRUE(indicator.expired());
+    second->rightSwipe();
+    EXPECT_EQ(stage.top(), first.get());
+    platform.loop.runWork();
+    app->setCurrentVehicle(truck("Van", {sensor(8)}));
+}
+
+TEST(DataLog, MinimumsWaitForTheEngineAndTheRingForgetsTheOldest) {
+    DataLog log;
+    const DataLog::Clock::time_point now{};
+    log.record(8, 5, now);
+    log.record(8, 3, now);
+    EXPECT_FALSE(log.minimum(8));
+    EXPECT_EQ(log.maximum(8), 3);  // the latest, for want of a minimum
+    log.record(78, 501, now);
+    log.record(8, 4, now);
+    EXPECT_EQ(log.minimum(8), 4);
+    log.record(8, 9, now);
+    log.record(8, 6, now + 1500ms);
+    EXPECT_EQ(log.minimum(8), 4);
+    EXPECT_EQ(log.maximum(8), 9);
+    EXPECT_EQ(log.sample(8, 4).time, now + 1500ms);
+    for (int i = 0; i < 10000; ++i)
+        log.record(8, static_cast<float>(i), now);
+    EXPECT_EQ(log.sampleCount(8), 10000U);
+    EXPECT_EQ(log.sample(8, 0).value, 0);
+    EXPECT_EQ(log.sample(8, 9999).value, 9999);
+}
+
+}  // namespace

@@ -1,0 +1,251 @@
+// The strip that sensors are dragged from, its dots, and the press and hold.
+#include <gtest/gtest.h>
+
+#include "Dashboard.h"
+#include "dashboards/StripLayout.h"
+
+namespace {
+
+using namespace torv;
+using namespace std::chrono_literals;
+
+TEST(StripLayout, MarginsPagesAndThePageThatIsShown) {
+    const auto five = StripLayout::make(440, 90, 4, 5);
+    EXPECT_EQ(five.margin, 10);
+    EXPECT_EQ(five.x(0), 10);
+    EXPECT_EQ(five.x(4), 450);
+    EXPECT_EQ(five.pages, 2);
+    EXPECT_EQ(StripLayout::make(440, 90, 4, 8).pages, 2);
+    EXPECT_EQ(StripLayout::make(440, 90, 4, 300).pages, 75);
+    EXPECT_EQ(StripLayout::make(440, 90, 4, 0).pages, 0);
+    for (const auto& [offset, page] : {std::pair{0.0, 0}, {219.0, 0}, {220.0, 1}, {661.0, 2}})
+        EXPECT_EQ(StripLayout::pageAt(offset, 440), page) << offset;
+    const auto dots = dotRow(3, {11, 11}, 5, {240, 26});
+    EXPECT_EQ(dots[0].x(), 98.5);
+    EXPECT_EQ(dots[2].right(), 141.5);
+    EXPECT_LE(dotRow(75, {11, 11}, 5, {240, 26}).last().right(), 240);
+}
+
+class PickerTest : public testing::Test {
+protected:
+    PickerTest() {
+        Array sensors;
+        for (int aid = 10; aid < 18; ++aid)
+            sensors.push_back(fakes::sensor(aid));
+        dashboard.launch(fakes::truck("Truck", sensors));
+        dashboard.open();
+    }
+
+    /// The middle of an item of the open strip, on the page.
+    [[nodiscard]] QPointF middleOf(AID aid) const {
+        const auto item = picker().indicatorViewTag(aid);
+        return item->center() + picker().scrollView().frame().topLeft() + picker().frame().topLeft() -
+               QPointF{picker().scrollView().contentOffset(), 0};
+    }
+    void openPicker() {
+        picker().setExpandedAnimate(true, true);
+        loop.runFor(500ms);
+    }
+    void touch(void (DashboardViewController::*what)(int, double, double), QPointF point, int finger = 0) {
+        (page().*what)(finger, point.x(), point.y());
+        loop.runWork();
+    }
+    void press(QPointF point, int finger = 0) { touch(&DashboardViewController::touchBegan, point, finger); }
+    void move(QPointF point, int finger = 0) { touch(&DashboardViewController::touchMoved, point, finger); }
+    void release(QPointF point, int finger = 0) {
+        touch(&DashboardViewController::touchEnded, point, finger);
+    }
+    [[nodiscard]] DashboardViewController& page() const { return *dashboard.page; }
+    [[nodiscard]] PageView& picker() const { return page().pageView(); }
+    [[nodiscard]] std::string state() const {
+        const auto& strip = picker().scrollView();
+        std::string text = strip.touching() ? "touching " : "";
+        if (strip.dragging()) text += "dragging ";
+        if (strip.timerRunning()) text += "timer ";
+        if (strip.scrollEnabled()) text += "scrolls";
+        return text;
+    }
+
+    fakes::Dashboard dashboard;
+    fakes::VirtualRunLoop& loop = dashboard.platform.loop;
+    const QPointF sideDial{60, 180};  // on the page's second place
+};
+
+TEST_F(PickerTest, PressAndHoldRowByRow) {
+    auto& strip = picker().scrollView();
+    const auto item = picker().indicatorViewTag(10);
+    const auto feeds = [&] { return dashboard.app->feeder()->feeding(); };
+    struct Step {
+        const char* name;
+        std::function<void()> event;
+        const char* state;
+        bool holds;
+    };
+    const auto begin = [&] { strip.touchesBegan(item); };
+    const auto moved = [&] { strip.touchesMoved({5, 5}, {4, 4}); };
+    const auto hold = [&] { loop.runFor(500ms); };
+    const auto end = [&] { strip.touchesEnded(); };
+    const std::vector<Step> steps{
+        {"the strip itself", [&] { strip.touchesBegan(nullptr); }, "scrolls", false},
+        {"an item", begin, "touching timer scrolls", true},
+        {"not long enough", [&] { loop.runFor(499ms); }, "touching timer scrolls", true},
+        {"lifted", end, "scrolls", false},
+        {"nothing comes later", hold, "scrolls", false},
+        {"an item", begin, "touching timer scrolls", true},
+        {"a touch that stands still",
+         [&] {
+             strip.touchesMoved({4, 4}, {4, 4});
+         },
+         "touching timer scrolls", true},
+        {"moved", moved, "touching scrolls", false},
+        {"no drag any more", hold, "touching scrolls", false},
+        {"lifted", end, "scrolls", false},
+        {"an item", begin, "touching timer scrolls", true},
+        {"held", hold, "touching dragging ", true},
+        {"dragged", moved, "touching dragging ", true},
+        {"a second touch", begin, "dragging ", true},
+        {"moves", moved, "scrolls", false},
+        {"an item", begin, "touching timer scrolls", true},
+        {"held", hold, "touching dragging ", true},
+        {"from outside", [&] { picker().releaseDraggingView(); }, "scrolls", true},  // a stale copy
+        {"another item", begin, "touching timer scrolls", true},
+        {"lifted", end, "scrolls", false},
+    };
+    for (const auto& step : steps) {
+        step.event();
+        EXPECT_EQ(state(), step.state) << step.name;
+        EXPECT_EQ(strip.holdsView(), step.holds) << step.name;
+        EXPECT_EQ(feeds(), !strip.dragging()) << step.name;
+        EXPECT_EQ(page().toast().isEmpty(), !strip.dragging()) << step.name;
+    }
+}
+
+TEST_F(PickerTest, AFingerCarriesASensorToAPlaceAndOverThePickerNowhere) {
+    openPicker();
+    const auto begin = middleOf(11);
+    press(begin);
+    loop.runFor(500ms);
+    ASSERT_NE(page().touchingViewObject(), nullptr);
+    EXPECT_EQ(page().toast(), "Sensor 11");
+    EXPECT_EQ(page().toastFrame().y(), 20);
+    move(sideDial);
+    EXPECT_EQ(dashboard.place(1).state(), DroppableView::hovered);
+    EXPECT_EQ(dashboard.place(0).state(), DroppableView::normal);
+    move({284, 200});
+    EXPECT_EQ(dashboard.place(1).state(), DroppableView::normal);
+    EXPECT_EQ(dashboard.place(0).state(), DroppableView::hovered);
+    move(sideDial);
+    release(sideDial);
+    EXPECT_EQ(dashboard.stored("Truck_4_KEY"), 11);
+    EXPECT_EQ(page().touchingViewObject(), nullptr);
+    EXPECT_EQ(dashboard.place(1).state(), DroppableView::normal);
+    EXPECT_TRUE(page().toast().isEmpty());
+
+    press(middleOf(12));
+    loop.runFor(500ms);
+    move(sideDial);
+    move(begin);
+    release(begin);
+    EXPECT_EQ(dashboard.stored("Truck_4_KEY"), 11);
+
+    // A second finger on the strip: the next movement of either lets go where the copy was last.
+    press(middleOf(12));
+    loop.runFor(500ms);
+    move(sideDial);
+    press(begin, 1);
+    move(begin + QPointF{1, 1}, 1);
+    EXPECT_EQ(dashboard.stored("Truck_4_KEY"), 12);
+    release(begin, 1);
+    release(sideDial);
+
+    press(middleOf(13));
+    loop.runFor(500ms);
+    page().touchCancelled();
+    loop.runWork();
+    EXPECT_EQ(page().touchingViewObject(), nullptr);
+    EXPECT_TRUE(dashboard.app->feeder()->feeding());
+}
+
+TEST_F(PickerTest, AMovementScrollsAPageAndTheDotsFollow) {
+    openPicker();
+    const auto begin = middleOf(11);
+    press(begin);
+    move(begin - QPointF{30, 0});
+    move(begin - QPointF{150, 0});
+    EXPECT_EQ(picker().scrollView().contentOffset(), 150);
+    release(begin - QPointF{150, 0});
+    EXPECT_EQ(picker().scrollView().contentOffset(), 440);
+    EXPECT_EQ(picker().pageControl().currentPage(), 1);
+    EXPECT_EQ(page().touchingViewObject(), nullptr);
+    picker().nextPage();
+    EXPECT_EQ(picker().pageControl().currentPage(), 1);
+    picker().previousPage();
+    picker().previousPage();
+    EXPECT_EQ(picker().scrollView().contentOffset(), 0);
+    EXPECT_EQ(picker().pageControl().currentPage(), 0);
+}
+
+TEST_F(PickerTest, DotsOpenCloseAndTurnPages) {
+    const QPointF dots{240, 300};
+    const auto swipe = [&](QPointF from, QPointF way) {
+        press(from);
+        move(from + way);
+        release(from + way);
+        loop.runFor(500ms);
+    };
+    ASSERT_FALSE(picker().expanded());
+    EXPECT_EQ(picker().frame(), QRectF(0 + page().stageLeft(), 290, 480, 30));
+    swipe(dots, {80, 0});  // while closed, a tap turns nothing
+    EXPECT_FALSE(picker().expanded());
+    EXPECT_EQ(picker().pageControl().currentPage(), 0);
+    const QPointF closedDots{page().stageLeft() + 240, 305};
+    swipe(closedDots, {0, -12});
+    ASSERT_TRUE(picker().expanded());
+    EXPECT_EQ(picker().frame(), QRectF(page().stageLeft(), 240, 480, 80));
+    EXPECT_EQ(dashboard.place(1).alpha(), 0.3);
+    EXPECT_EQ(page().indicatorView(10)->priority(), 1);
+    const QPointF openDots{page().stageLeft() + 300, 255};
+    swipe(openDots, {0, 0});
+    EXPECT_EQ(picker().pageControl().currentPage(), 1);
+    swipe(openDots - QPointF{120, 0}, {0, -12});  // up while open is a tap
+    EXPECT_EQ(picker().pageControl().currentPage(), 0);
+    swipe(openDots, {0, 12});
+    EXPECT_FALSE(picker().expanded());
+    EXPECT_EQ(dashboard.place(1).alpha(), 0);
+    EXPECT_EQ(page().indicatorView(10)->priority(), 0);
+    openPicker();
+    swipe({page().stageLeft() + 240, 100}, {0, 60});
+    EXPECT_FALSE(picker().expanded());
+}
+
+TEST_F(PickerTest, TheAlertShowsOnlyOnAClosedAndStandingPicker) {
+    const auto alert = [&] { return picker().image() == "picture/BG_SELECTOR_ALERT.png"; };
+    picker().setWarning(true);
+    EXPECT_TRUE(alert());
+    picker().setExpandedAnimate(true, true);
+    EXPECT_FALSE(alert());
+    loop.runFor(500ms);
+    picker().setWarning(true);
+    EXPECT_FALSE(alert());
+    picker().setExpandedAnimate(false, true);
+    picker().setWarning(true);
+    EXPECT_FALSE(alert());
+    loop.runFor(500ms);
+    EXPECT_TRUE(alert());
+    picker().setWarning(false);
+    EXPECT_FALSE(alert());
+}
+
+TEST_F(PickerTest, WhileItIsOpenOneBatchASecondComesThrough) {
+    openPicker();
+    dashboard.receive(10, {9});  // the gate opens with the first second
+    loop.runFor(1s);
+    dashboard.receive(10, {1});
+    dashboard.receive(10, {2});
+    EXPECT_EQ(page().indicatorView(10)->value(), 1);
+    loop.runFor(1s);
+    dashboard.receive(10, {3});
+    EXPECT_EQ(page().indicatorView(10)->value(), 3);
+}
+
+}  // namespace

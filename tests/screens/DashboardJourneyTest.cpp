@@ -1,0 +1,125 @@
+// Journeys through the real window, with the bench behind it.
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <QTemporaryDir>
+#include <fstream>
+
+#include "dashboards/LastViewController.h"
+#include "fakes/Application.h"
+
+namespace {
+
+using namespace torv;
+using namespace std::chrono_literals;
+
+constexpr AID railPressure = 82;
+constexpr AID oilPressure = 12;
+constexpr std::uint8_t powerLevel = 4;
+
+class JourneyTest : public testing::Test {
+protected:
+    JourneyTest() {
+        qputenv("XDG_DATA_HOME", home.path().toUtf8());
+        EXPECT_EQ(module.start().value_or(""), "");
+        start();
+    }
+
+    void start() {
+        app.reset();
+        app = std::make_unique<fakes::Application>(module, profile);
+        ASSERT_NE(app->view(), nullptr);
+        ASSERT_TRUE(app->waitUntilReady());
+    }
+    void key(int code) { QTest::keyClick(app->view(), static_cast<Qt::Key>(code)); }
+    void openPicker() {
+        key(Qt::Key_Space);
+        ASSERT_TRUE(app->waitUntil(
+            [&] { return page()->pageView().expanded() && !page()->pageView().isAnimating(); }));
+    }
+    [[nodiscard]] DashboardViewController* page() const { return app->page(); }
+    [[nodiscard]] QPointF onStage(double x, double y) const { return {page()->stageLeft() + x, y}; }
+    static std::size_t residentBytes() {
+        std::size_t size = 0;
+        std::size_t resident = 0;
+        std::ifstream{"/proc/self/statm"} >> size >> resident;
+        return resident * static_cast<std::size_t>(::sysconf(_SC_PAGESIZE));
+    }
+
+    const QTemporaryDir home;
+    const std::filesystem::path profile = std::filesystem::path{ITORV_RESOURCE_DIR} / "vehicle.json";
+    bench::Bench module{{.rate = 200, .profile = profile}};
+    std::unique_ptr<fakes::Application> app;
+};
+
+TEST_F(JourneyTest, ADraggedSensorIsFoundAgainAfterARestartAndClearedByItsButton) {
+    openPicker();
+    ASSERT_TRUE(app->drag(railPressure, onStage(60, 200)));
+    const auto aidAt = [&](std::size_t index) {
+        const auto& gauge = page()->droppableViews()[index]->gauge();
+        return gauge ? gauge->attribute()->aid : 0;
+    };
+    EXPECT_EQ(aidAt(1), railPressure);
+    start();
+    EXPECT_EQ(aidAt(1), railPressure);
+    const auto& gauge = page()->droppableViews()[1]->gauge();
+    EXPECT_TRUE(app->waitUntil([&] { return gauge->value() > 0 && !gauge->isOld(); }));
+    openPicker();
+    app->tap(onStage(-13 + 18 + 22, 106 + 10 + 22));
+    EXPECT_TRUE(app->waitUntil([&] { return aidAt(1) == 0; }));
+}
+
+TEST_F(JourneyTest, ALimitThatIsCrossedLightsTheAlertAndPutsItOutAgain) {
+    auto& warning = page()->controls()->warningView();
+    ASSERT_TRUE(app->waitUntil([&] { return !warning.warning(); }));
+    const auto calm = app->view()->grabWindow();
+    module.setValue(oilPressure, {5});
+    ASSERT_TRUE(app->waitUntil([&] { return warning.warning(); }));
+    const auto u = app->view()->width() / page()->viewWidth();
+    const auto icon = warning.frame().center() + page()->controls()->frame().topLeft();
+    const auto colour = app->view()->grabWindow().pixelColor((icon * u).toPoint() + QPoint{0, -10});
+    EXPECT_GT(colour.red(), colour.blue() + 50);
+    module.setValue(oilPressure, {60});
+    EXPECT_TRUE(app->waitUntil([&] { return !warning.warning(); }));
+}
+
+TEST_F(JourneyTest, ThePowerLevelStepsByTouchAndByKey) {
+    auto& power = page()->controls()->powerLevelView();
+    ASSERT_TRUE(app->waitUntil([&] { return !power.isOld(); }));
+    const auto level = [&] { return power.powerLevelNumber().value(); };
+    const double before = level();
+    app->tap(page()->powerIncreaseFrame().center());
+    ASSERT_TRUE(app->waitUntil([&] { return level() == before + 1; }));
+    EXPECT_EQ(module.value(powerLevel)[0], static_cast<std::uint8_t>(before + 1));
+    key(Qt::Key_Minus);
+    EXPECT_TRUE(app->waitUntil([&] { return level() == before; }));
+}
+
+TEST_F(JourneyTest, SwipesLeadThroughThePagesAndMemoryStaysLevel) {
+    const auto there = [&] { app->swipe({450, 120}, {250, 125}); };
+    const auto back = [&] { app->swipe({250, 120}, {450, 125}); };
+    there();
+    ASSERT_TRUE(app->waitUntil([&] { return page() && page()->traits().number == 2; }));
+    there();
+    ASSERT_TRUE(app->waitUntil([&] { return page() && page()->traits().number == 3; }));
+    back();
+    ASSERT_TRUE(app->waitUntil([&] { return page() && page()->traits().number == 2; }));
+    back();
+    ASSERT_TRUE(app->waitUntil([&] { return page() && page()->traits().number == 1; }));
+    std::size_t begin = 0;
+    for (int i = 0; i < 50; ++i) {
+        key(Qt::Key_Right);
+        ASSERT_TRUE(app->waitUntil([&] { return page() && page()->traits().number == 2; }));
+        const std::weak_ptr<ViewController> second = page()->weak_from_this();
+        key(Qt::Key_Left);
+        ASSERT_TRUE(app->waitUntil([&] { return page() && page()->traits().number == 1; }));
+        ASSERT_TRUE(app->waitUntil([&] { return second.expired(); }));
+        app->control->refreshWarningSensors();  // the readers of pages that are gone go with this
+        if (i == 9) begin = residentBytes();
+    }
+#ifndef __SANITIZE_ADDRESS__
+    EXPECT_LT(residentBytes(), begin + 4'000'000);
+#endif
+}
+
+}  // namespace
