@@ -13,7 +13,7 @@ Item {
     focus: true
     Keys.onPressed: event => {
         event.accepted = keys.includes(event.key);
-        if (event.accepted) screen.touchKey(event.key);
+        if (event.accepted && !event.isAutoRepeat) screen.touchKey(event.key);
     }
 
     Binding {
@@ -198,5 +198,6 @@ Item {
         scale: page.u
         transformOrigin: Item.TopLeft
         progress: page.screen.progress
+        swallowsTouches: false
     }
 }

@@ -4,6 +4,7 @@ Item {
     id: overlay
 
     property var progress: null
+    property bool swallowsTouches: true
 
     visible: progress !== null
 
@@ -12,7 +13,10 @@ Item {
         color: "black"
         opacity: 0.55
 
-        MouseArea { anchors.fill: parent }
+        MouseArea {
+            anchors.fill: parent
+            enabled: overlay.swallowsTouches
+        }
     }
 
     Rectangle {

@@ -58,24 +58,27 @@ void ControlStrip::setTurbo(bool on) {
     emit turboChanged();
 }
 
+std::array<std::shared_ptr<StatusWidget>, 5> ControlStrip::readers() const {
+    return {m_powerLevelView, m_torqueLockView, m_gearView, m_sootView, m_soxView};
+}
+
 void ControlStrip::loadControlViewIndicators(const Vehicle& vehicle, iTorvFeeder& feeder) {
-    const std::array<std::pair<std::shared_ptr<StatusWidget>, TorvAttribute>, 5> widgets{{
-        {m_powerLevelView, vehicle.powerLevelAttribute()},
-        {m_torqueLockView, vehicle.torqueLockAttribute()},
-        {m_gearView, vehicle.currentGearAttribute()},
-        {m_sootView, vehicle.sootAttribute()},
-        {m_soxView, vehicle.soxAttribute()},
-    }};
-    for (const auto& [widget, attribute] : widgets)
-        widget->setAttribute(std::make_shared<const TorvAttribute>(attribute));
-    for (const auto& [widget, attribute] : widgets)
-        feeder.addReaderForKey(widget, std::to_string(attribute.aid));
+    const std::array attributes{vehicle.powerLevelAttribute(), vehicle.torqueLockAttribute(),
+                                vehicle.currentGearAttribute(), vehicle.sootAttribute(),
+                                vehicle.soxAttribute()};
+    const auto widgets = readers();
+    for (std::size_t i = 0; i < widgets.size(); ++i)
+        widgets[i]->setAttribute(std::make_shared<const TorvAttribute>(attributes[i]));
+    registerReaders(feeder);
+}
+
+void ControlStrip::registerReaders(iTorvFeeder& feeder) const {
+    for (const auto& widget : readers())
+        feeder.addReaderForKey(widget, std::to_string(widget->attribute()->aid));
 }
 
 void ControlStrip::lookForOldValues(const iTorvFeeder& feeder) {
-    const std::array<StatusWidget*, 5> widgets{m_powerLevelView.get(), m_torqueLockView.get(),
-                                               m_gearView.get(), m_sootView.get(), m_soxView.get()};
-    for (auto* widget : widgets)
+    for (const auto& widget : readers())
         widget->setOld(!widget->attribute() || feeder.isOldValueForAID(widget->attribute()->aid));
 }
 

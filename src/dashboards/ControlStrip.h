@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <memory>
 
 #include "dashboards/GearView.h"
@@ -30,6 +31,7 @@ public:
 
     /// Gives each widget its attribute of this vehicle, and has it read.
     void loadControlViewIndicators(const Vehicle& vehicle, iTorvFeeder& feeder);
+    void registerReaders(iTorvFeeder& feeder) const;
     void TurboOn() { setTurbo(true); }
     void TurboOff() { setTurbo(false); }
     void lookForOldValues(const iTorvFeeder& feeder);
@@ -54,6 +56,7 @@ signals:
 
 private:
     void setTurbo(bool on);
+    [[nodiscard]] std::array<std::shared_ptr<StatusWidget>, 5> readers() const;
 
     Image m_turboind;
     std::shared_ptr<PowerLevelView> m_powerLevelView;

@@ -16,6 +16,7 @@ namespace {
 
 constexpr double exactWidth = 568;  // has a background of its own
 constexpr double toastMargin = 10;
+constexpr double wheelStep = 120;  // eighths of a degree: one notch of a wheel
 
 struct PowerButton {
     const char* name;
@@ -104,34 +105,45 @@ void DashboardViewController::buildToastLabelViewFontSize(const QString& text, i
     emit toastChanged();
 }
 
+/// A connect that comes while the last one is still being replayed has the replay start over, and not another
+/// one inside it.
 void DashboardViewController::sendvalues() {
-    const auto page = std::static_pointer_cast<DashboardViewController>(shared_from_this());
-    logLine("getsran");
-    bool again = false;
+    if (m_replaying) {
+        m_replayAgain = true;
+        return;
+    }
+    const auto kept = shared_from_this();
+    m_replaying = true;
+    bool cancelled = false;
     do {
-        m_requestCancelCustomTuning = false;
-        TuningOverlay overlayOfPass{[page] { page->cancelCustomTuning(); }};
-        m_overlays.push_back(overlayOfPass.hud());
+        logLine("getsran");
+        m_replayAgain = false;
+        TuningOverlay overlay{[this] { cancelCustomTuning(); }};
+        m_progress = overlay.hud();
         emit progressChanged();
         SettingsReplay{m_feeder, m_application->currentVehicle()}.run(
             [&](std::size_t index, std::size_t failed, std::size_t total) {
-                overlayOfPass.show(index, failed, total);
+                overlay.show(index, failed, total);
             },
-            [this] { return m_requestCancelCustomTuning; });
-        std::erase(m_overlays, overlayOfPass.hud());
+            [this] { return m_requestCancelCustomTuning || m_replayAgain; });
+        m_progress = nullptr;
         emit progressChanged();
-        again = std::exchange(m_requestCancelCustomTuning, false);
-        if (again) {
+        cancelled = std::exchange(m_requestCancelCustomTuning, false);
+        if (cancelled) {
             SettingsReplay::activateDefaultProfile();
             Platform::current().userDefaults().synchronize();
         }
-    } while (again);
+    } while ((cancelled || m_replayAgain));
+    m_replaying = false;
     Platform::current().notificationCenter().postNotificationName("customTuningSettingsUpdated");
 }
 
 void DashboardViewController::touch(Touching what, int finger, double x, double y) {
-    queueTouch(this, [what, finger, x, y](DashboardViewController& page) {
-        (page.m_touches.*what)(finger, {x, y});
+    // Screens report fractions of a point, and a finger held still would never stand still.
+    const QPointF point{std::round(x), std::round(y)};
+    queueTouch(this, [what, finger, point](DashboardViewController& page) {
+        const auto kept = page.shared_from_this();  // it may be left while one of its exchanges blocks
+        (page.m_touches.*what)(finger, point);
         emit page.pressedChanged();
     });
 }
@@ -157,10 +169,10 @@ void DashboardViewController::touchCancelled() {
 
 void DashboardViewController::touchKey(int key) {
     queueTouch(this, [key](DashboardViewController& page) {
+        const auto kept = page.shared_from_this();
+        if (key == Qt::Key_Left) return page.rightSwipe();
         if (page.progress()) return;
         switch (key) {
-            case Qt::Key_Left:
-                return page.rightSwipe();
             case Qt::Key_Right:
                 return page.leftSwipe();
             case Qt::Key_Down:
@@ -179,8 +191,10 @@ void DashboardViewController::touchKey(int key) {
 
 void DashboardViewController::touchWheel(double angle) {
     queueTouch(this, [angle](DashboardViewController& page) {
-        if (!page.m_pageView->expanded() || angle == 0) return;
-        if (angle < 0) {
+        if (!page.m_pageView->expanded()) return;
+        page.m_wheel += angle;
+        if (std::abs(page.m_wheel) < wheelStep) return;
+        if (std::exchange(page.m_wheel, 0) < 0) {
             page.m_pageView->nextPage();
         } else {
             page.m_pageView->previousPage();

@@ -72,6 +72,7 @@ void DashboardViewController::viewDidLoad() {
 void DashboardViewController::viewWillDisappear() {
     m_touches.cancelled();
     emit pressedChanged();
+    hideControls();  // or the next page would be fed once a second with its own picker closed
 }
 
 void DashboardViewController::viewDidLayout() {
@@ -211,7 +212,6 @@ void DashboardViewController::droppableViewDidRetainDraggingView(DroppableView& 
     gauge->setActive(true);
     gauge->setValue(attribute.minValue);
     gauge->setPriority(1);
-    gauge->setOld(m_feeder->isOldValueForAID(attribute.aid));
     place.setState(DroppableView::normal);
     place.setGauge(gauge);
     place.setAlpha(filled);
@@ -390,17 +390,38 @@ void DashboardViewController::iTorvAppDelegateDidChangeWarningSensors(iTorvAppDe
 
 void DashboardViewController::incrementPowerBy(std::int64_t delta) {
     const AID aid = m_currentVehicle.powerLevelAttribute().aid;
+    // The exchange turns the loop. A tap that comes meanwhile would ask for the same level again.
+    if (aid == 0 || m_steppingPower) return;
     const auto level = m_feeder->valueForAID(aid).bytes()[0];
     if (delta < 0 && level == 0) return;
     const std::array<std::uint8_t, 1> next{static_cast<std::uint8_t>(level + delta)};
+    m_steppingPower = true;
     m_feeder->setValueForAID(next, aid);
+    m_steppingPower = false;
 }
 
 void DashboardViewController::goBackOnePage() {
     for (const auto& [aid, indicator] : m_indicatorViews)
         indicator->setDelegate(nullptr);
     m_application->removeDelegate(this);
+    auto* below = presentingViewController();
     dismissModalViewControllerAnimated(true);
+    const bool feeding = m_feeder->feeding();
+    m_feeder->setFeeding(false);
+    m_feeder->removeAllReaders();
+    for (; below; below = below->presentingViewController()) {
+        if (auto* page = dynamic_cast<DashboardViewController*>(below)) page->registerReaders();
+    }
+    m_feeder->setFeeding(feeding);
+}
+
+void DashboardViewController::registerReaders() {
+    for (const auto& [aid, indicator] : m_indicatorViews)
+        read(indicator, *indicator->attribute());
+    for (const auto& place : m_droppableViews) {
+        if (const auto& gauge = place->gauge()) read(gauge, *gauge->attribute());
+    }
+    if (m_controls) m_controls->registerReaders(*m_feeder);
 }
 
 void DashboardViewController::pushViewControllerAnimated(std::shared_ptr<ViewController> screen,

@@ -125,9 +125,7 @@ public:
     /// Where the placement of this place is stored.
     [[nodiscard]] std::string placementKey(std::int32_t style, const DroppableView& place) const;
     /// HUDForView: the overlay that stands on this page, or null.
-    [[nodiscard]] ProgressHUD* progress() const {
-        return m_overlays.empty() ? nullptr : m_overlays.back().get();
-    }
+    [[nodiscard]] ProgressHUD* progress() const { return m_progress.get(); }
 
     /// Left edge of the stage.
     [[nodiscard]] double stageLeft() const { return (viewWidth() - stageWidth) * 0.5; }
@@ -173,6 +171,7 @@ protected:
 
     [[nodiscard]] const std::shared_ptr<iTorvAppDelegate>& application() const { return m_application; }
     [[nodiscard]] const DashboardScreens& screens() const { return m_screens; }
+    /// Its readers go with it: those of the pages below are registered anew.
     void goBackOnePage();
 
 private:
@@ -184,6 +183,7 @@ private:
     [[nodiscard]] DroppableView* placeUnder(const View& dragged) const;
     [[nodiscard]] bool isMainPlace(const DroppableView& place) const;
     void read(const std::shared_ptr<iTorvReader>& reader, const TorvAttribute& attribute);
+    void registerReaders();
     void setWarning(bool warning);
     void setIndicatorPriority(std::int32_t priority);
     void setTouchingView(std::shared_ptr<CarriedView> view);
@@ -205,8 +205,12 @@ private:
     std::string m_aidName;
     QString m_toast;
     QRectF m_toastFrame;
-    std::vector<std::shared_ptr<ProgressHUD>> m_overlays;
+    std::shared_ptr<ProgressHUD> m_progress;
     bool m_requestCancelCustomTuning = false;
+    bool m_replaying = false;
+    bool m_replayAgain = false;
+    bool m_steppingPower = false;
+    double m_wheel = 0;  // turned since the last page
     bool m_pickerInFront = false;
     PageTouches m_touches{*this};
     std::shared_ptr<Timer> m_ageTimer;

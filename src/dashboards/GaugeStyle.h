@@ -19,7 +19,8 @@ struct GaugeStyle {
     double readOutHeight;
     std::int32_t displayStyle;
     std::int32_t textAlignment;
-    Side unitSide;  ///< edge of the read-out that it is flush with, 2 below it; on tiles the place that follows
+    Side unitSide;  ///< edge of the read-out that it is flush with, 2 below it; on tiles the place that
+                    ///< follows
     double unitX;
     double unitY;
     IconPlace icon;
@@ -36,12 +37,14 @@ inline constexpr std::array<GaugeStyle, 7> gaugeStyles{{
     {true, 10, 30, 100, 17, 2, 1, GaugeStyle::Side::fixed, 10, 55, GaugeStyle::IconPlace::none, 10},
 }};
 
+inline constexpr GaugeStyle otherGaugeStyle{
+    false, 5, 0, 48, 17, 1, 0, GaugeStyle::Side::right, 0, 0, GaugeStyle::IconPlace::aside, 0};
 inline constexpr std::int32_t mainGaugeStyle = 0;
 
-/// A number that names no style has the face of a side dial.
+/// A number that names no style has the face of a side dial, with its icon aside.
 [[nodiscard]] constexpr const GaugeStyle& gaugeStyle(std::int32_t style) {
     const auto index = static_cast<std::size_t>(style);
-    return gaugeStyles[index < gaugeStyles.size() ? index : 1];
+    return index < gaugeStyles.size() ? gaugeStyles[index] : otherGaugeStyle;
 }
 
 }  // namespace torv

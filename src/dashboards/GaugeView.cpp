@@ -54,7 +54,8 @@ void GaugeView::readAid(std::span<std::uint8_t> bytes, AID aid) {
 }
 
 void GaugeView::updateValue(std::optional<float> number) {
-    if (m_active) setOld(false);
+    m_updated = m_active;
+    setOld(!m_active);
     setValue(number.value_or(0));
 }
 
@@ -137,7 +138,8 @@ void GaugeView::reloadView() {
 
     QPointF unit{face.unitX, face.unitY};
     if (face.unitSide == GaugeStyle::Side::left) unit = {readOut.left(), readOut.bottom() + unitGap};
-    if (face.unitSide == GaugeStyle::Side::right) unit = {readOut.right() - m_unitImage.size.width(), readOut.bottom() + unitGap};
+    if (face.unitSide == GaugeStyle::Side::right)
+        unit = {readOut.right() - m_unitImage.size.width(), readOut.bottom() + unitGap};
     m_unitFrame = {unit, m_unitImage.size};
     updateWarningIcons();
     emit faceChanged();
@@ -181,7 +183,14 @@ GaugeScale GaugeView::scale() const {
                             [this](double value) { return isValueAboveWarningMark(value); });
 }
 
+void GaugeView::setActive(bool active) {
+    m_active = active;
+    m_updated = false;
+    setOld(true);
+}
+
 void GaugeView::setOld(bool old) {
+    old = old || !m_updated;
     if (m_old == old) return;
     m_old = old;
     emit oldChanged();

@@ -57,7 +57,7 @@ public:
     /// An inactive gauge takes none.
     void setValue(double value);
     [[nodiscard]] bool isActive() const { return m_active; }
-    void setActive(bool active) { m_active = active; }
+    void setActive(bool active);
     [[nodiscard]] bool isLocked() const { return m_locked; }
 
     [[nodiscard]] const std::shared_ptr<const TorvAttribute>& attribute() const { return m_attribute; }
@@ -96,6 +96,7 @@ public:
     [[nodiscard]] GaugeScale scale() const;
     /// The value shown came too long ago to be taken for live.
     [[nodiscard]] bool isOld() const { return m_old; }
+    /// Whether its AID is old at the store. What no value has reached yet stays old.
     void setOld(bool old);
 
     /// The needle's rotation now, and whether it stays there.
@@ -131,6 +132,7 @@ private:
     Image m_smallWarningIconImage;
     bool m_active = false;
     bool m_old = true;
+    bool m_updated = false;
     std::atomic<bool> m_locked{false};
     std::atomic<std::int32_t> m_priority{0};
     NeedleMotion m_needle{animationDuration};

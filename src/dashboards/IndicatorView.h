@@ -107,6 +107,7 @@ private:
     std::weak_ptr<iTorvAppDelegate> m_appdelegate;
     AID m_tag = 0;
     bool m_old = true;
+    bool m_updated = false;
 };
 
 }  // namespace torv

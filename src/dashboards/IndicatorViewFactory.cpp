@@ -9,6 +9,7 @@ namespace {
 
 constexpr double indicatorUnitSize = 10.8;
 constexpr double gaugeUnitSize = 13.2;
+constexpr int longestUnit = 40;  // of a downloaded profile; a gauge has no room for half of it
 constexpr QRectF indicatorFrame{0, 0, 90, 40};
 constexpr QRectF gaugeFrame{0, 0, 337, 334};
 constexpr std::int64_t patternMinimumDegree = -20;
@@ -17,7 +18,7 @@ constexpr std::int64_t patternMaximumDegree = 160;
 QString unitText(const TorvAttribute& attribute) {
     const auto key = QString::fromStdString(attribute.unit.value_or(std::string{})).toUpper();
     const auto text = TorvAttribute::shortUnitDescriptionForUnitKey(key.toStdString());
-    return text ? QString::fromStdString(*text) : key;
+    return (text ? QString::fromStdString(*text) : key).left(longestUnit);
 }
 
 Image icon(AID aid, const char* form, bool warning) {

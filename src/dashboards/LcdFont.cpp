@@ -27,7 +27,8 @@ const QFont& fontFor(QChar sign) {
     static const QFont digits = fontOf("DSEG7 Classic", true);
     static const QFont letters = fontOf("DSEG14 Modern", false);
     static const QFont others = fontOf("DejaVu Sans Condensed", true);
-    const bool segments = sign.unicode() < 128 && (sign.isLetter() || sign == u'.' || sign == u'-' || sign == u' ');
+    const bool segments =
+        sign.unicode() < 128 && (sign.isLetter() || sign == u'.' || sign == u'-' || sign == u' ');
     return sign.isDigit() ? digits : segments ? letters : others;
 }
 

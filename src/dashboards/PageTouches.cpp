@@ -45,6 +45,7 @@ PageTouches::Touch PageTouches::touchAt(QPointF point) const {
     touch.start = touch.previous = point;
     touch.begin = Platform::current().runLoop().now();
     touch.offset = m_page.pageView().scrollView().contentOffset();
+    if (m_page.progress()) return touch;  // under an overlay there are only swipes
     if (m_page.pickerInFront() && pickerTouchAt(point, touch)) return touch;
     struct Button {
         Target target;
@@ -141,8 +142,9 @@ void PageTouches::moved(int finger, QPointF point) {
     if (swipe(touch, point)) return;
     if (touch.target == Target::strip) {
         auto& strip = m_page.pageView().scrollView();
+        touch.dragged = touch.dragged || strip.hasCopy();
         if (!touch.scrolling) strip.touchesMoved(point, touch.previous);
-        scroll(touch, point);
+        if (!touch.dragged) scroll(touch, point);
     }
     touch.previous = point;
 }
@@ -152,6 +154,7 @@ void PageTouches::ended(int finger, QPointF point) {
     if (found == m_touches.end()) return;
     const auto touch = found->second;
     m_touches.erase(found);
+    emit m_page.pressedChanged();  // before an action that may block
     if (touch.swiped) return;
     auto& picker = m_page.pageView();
     if (touch.target == Target::strip) {

@@ -38,7 +38,8 @@ private:
         RunLoop::Clock::time_point begin;
         bool swiped = false;
         bool scrolling = false;
-        double offset = 0;  // of the strip at the start
+        bool dragged = false;  // it has carried a sensor, and scrolls no more
+        double offset = 0;     // of the strip at the start
     };
 
     [[nodiscard]] Touch touchAt(QPointF point) const;

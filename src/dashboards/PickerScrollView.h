@@ -67,6 +67,8 @@ public:
     [[nodiscard]] bool dragging() const { return m_dragging; }
     [[nodiscard]] bool timerRunning() const { return m_touchingTimer && m_touchingTimer->isValid(); }
     [[nodiscard]] bool holdsView() const { return m_pressed || m_copy; }
+    /// Also a stale one.
+    [[nodiscard]] bool hasCopy() const { return m_copy != nullptr; }
     [[nodiscard]] bool scrollEnabled() const { return m_scrollEnabled; }
 
     [[nodiscard]] double contentOffset() const { return m_contentOffset; }

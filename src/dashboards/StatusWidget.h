@@ -2,6 +2,7 @@
 
 #include <atomic>
 #include <memory>
+#include <mutex>
 #include <optional>
 #include <utility>
 
@@ -20,16 +21,24 @@ class StatusWidget : public View, public iTorvReader, public std::enable_shared_
 public:
     using View::View;
 
-    [[nodiscard]] const std::shared_ptr<const TorvAttribute>& attribute() const { return m_attribute; }
-    void setAttribute(std::shared_ptr<const TorvAttribute> attribute) { m_attribute = std::move(attribute); }
+    /// Any thread: a delivery may be under way while the vehicle changes.
+    [[nodiscard]] std::shared_ptr<const TorvAttribute> attribute() const {
+        const std::scoped_lock lock{m_mutex};
+        return m_attribute;
+    }
+    void setAttribute(std::shared_ptr<const TorvAttribute> attribute) {
+        const std::scoped_lock lock{m_mutex};
+        m_attribute.swap(attribute);
+    }
     [[nodiscard]] std::int32_t priority() const override { return m_priority; }
     void setPriority(std::int32_t priority) override { m_priority = priority; }
 
     void readAid(std::span<std::uint8_t> bytes, AID aid) override {
-        const auto data = decoded(m_attribute, bytes, aid);
+        const auto data = decoded(attribute(), bytes, aid);
         updateOnMainThread(shared_from_this(), data ? std::optional{number(*data)} : std::nullopt);
     }
     void updateValue(std::optional<std::int32_t> number) {
+        m_updated = true;
         setOld(false);
         show(number.value_or(0));
     }
@@ -37,6 +46,7 @@ public:
     /// The value shown came too long ago to be taken for live.
     [[nodiscard]] bool isOld() const { return m_old; }
     void setOld(bool old) {
+        old = old || !m_updated;
         if (m_old == old) return;
         m_old = old;
         emit oldChanged();
@@ -51,9 +61,11 @@ protected:
     virtual void show(std::int32_t number) = 0;
 
 private:
+    mutable std::mutex m_mutex;
     std::shared_ptr<const TorvAttribute> m_attribute;
     std::atomic<std::int32_t> m_priority{0};
     bool m_old = true;
+    bool m_updated = false;
 };
 
 }  // namespace torv

@@ -10,11 +10,10 @@ constexpr float gateValue = 501;
 
 void DataLog::record(AID aid, float value, Clock::time_point time) {
     const bool gateOpen = maximum(gateAID).value_or(0) >= gateValue;
-    if (!m_begin) m_begin = time;
     auto& series = m_series[aid];
-    const auto since = std::chrono::duration_cast<std::chrono::milliseconds>(time - *m_begin);
-    series.ring[(series.first + series.count) % sampleLimit] = {value,
-                                                                static_cast<std::uint32_t>(since.count())};
+    const auto place = (series.first + series.count) % sampleLimit;
+    series.values[place] = value;
+    series.times[place] = time;
     if (series.count < sampleLimit) {
         ++series.count;
     } else {
@@ -49,8 +48,8 @@ std::size_t DataLog::sampleCount(AID aid) const {
 DataLog::Sample DataLog::sample(AID aid, std::size_t index) const {
     const auto* series = seriesOf(aid);
     if (!series || index >= series->count) return {};
-    const auto& stored = series->ring[(series->first + index) % sampleLimit];
-    return {stored.value, *m_begin + std::chrono::milliseconds{stored.milliseconds}};
+    const auto place = (series->first + index) % sampleLimit;
+    return {series->values[place], series->times[place]};
 }
 
 }  // namespace torv

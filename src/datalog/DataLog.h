@@ -2,7 +2,6 @@
 
 #include <chrono>
 #include <cstddef>
-#include <cstdint>
 #include <map>
 #include <optional>
 #include <vector>
@@ -37,22 +36,18 @@ public:
     [[nodiscard]] Sample sample(AID aid, std::size_t index) const;
 
 private:
-    struct Stored {
-        float value = 0;
-        std::uint32_t milliseconds = 0;  // since the log's first sample; enough for 49 days
-    };
     /// A ring whose whole memory is taken with its first sample, so that a long drive needs no more.
     struct Series {
         std::optional<float> minimum;
         std::optional<float> maximum;
-        std::vector<Stored> ring = std::vector<Stored>(sampleLimit);
+        std::vector<float> values = std::vector<float>(sampleLimit);
+        std::vector<Clock::time_point> times = std::vector<Clock::time_point>(sampleLimit);
         std::size_t first = 0;
         std::size_t count = 0;
     };
 
     [[nodiscard]] const Series* seriesOf(AID aid) const;
 
-    std::optional<Clock::time_point> m_begin;
     std::map<AID, Series> m_series;
 };
 

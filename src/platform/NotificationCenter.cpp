@@ -1,5 +1,6 @@
 #include "platform/NotificationCenter.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace torv {
@@ -23,8 +24,18 @@ void NotificationCenter::postNotificationName(std::string_view name) {
         if (found == m_observers.end()) return;
         observers = found->second;
     }
-    for (const auto& observer : observers)
-        (*observer.handler)();
+    // A handler may turn the loop, and end others that were to hear of it too.
+    for (const auto& observer : observers) {
+        if (isObserving(name, observer.number)) (*observer.handler)();
+    }
+}
+
+bool NotificationCenter::isObserving(std::string_view name, std::uint64_t number) {
+    const std::scoped_lock lock{m_mutex};
+    const auto found = m_observers.find(name);
+    return found != m_observers.end() &&
+           std::any_of(found->second.begin(), found->second.end(),
+                       [&](const Observer& observer) { return observer.number == number; });
 }
 
 void NotificationCenter::removeObserver(std::uint64_t number) {

@@ -54,6 +54,7 @@ private:
     };
 
     void removeObserver(std::uint64_t number);
+    [[nodiscard]] bool isObserving(std::string_view name, std::uint64_t number);
 
     std::mutex m_mutex;
     std::uint64_t m_lastNumber = 0;

@@ -51,6 +51,7 @@ public:
     [[nodiscard]] double screenWidth() const { return viewWidth(); }
 
     [[nodiscard]] ViewController* presentedViewController() const { return m_presented.get(); }
+    [[nodiscard]] ViewController* presentingViewController() const { return m_presenting; }
     /// Does nothing while this one presents another.
     void presentModalViewControllerAnimated(std::shared_ptr<ViewController> screen, bool animated);
     /// Ends what this one presents; if that is nothing, itself, with the stack that it stands on.

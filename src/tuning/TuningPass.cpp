@@ -2,6 +2,8 @@
 
 #include <array>
 
+#include "platform/Log.h"
+
 namespace torv {
 namespace {
 
@@ -18,6 +20,7 @@ void TuningPass::readBack(AID aid) {
 }
 
 void TuningPass::reset(const Vehicle& vehicle) {
+    logLine("default");
     m_progress(0, 0, 1);
     m_feeder->setValueForAID(resetValue, resetAID);
     for (const auto& item : vehicle.tuningItems()) {

@@ -1,0 +1,26 @@
+import QtQuick
+
+Item {
+    id: root
+
+    required property var power
+    property real u: 1
+
+    x: Math.round(power.frame.x * u)
+    opacity: power.old ? 0.35 : 1
+
+    Picture {
+        u: root.u
+        frame: Qt.rect(0, 0, root.power.shownBarWidth, root.power.barSize.height)
+        name: root.power.bar
+    }
+    Picture {
+        u: root.u
+        frame: Qt.rect(0, 0, root.power.barSize.width, root.power.barSize.height)
+        name: root.power.overlay
+    }
+    DigitalDisplayView {
+        u: root.u
+        view: root.power.powerLevelNumber
+    }
+}
