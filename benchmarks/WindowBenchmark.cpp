@@ -11,12 +11,16 @@
 #include <QQuickWindow>
 #include <QTemporaryDir>
 #include <QTimer>
+#include <algorithm>
 #include <array>
 #include <chrono>
 #include <cstdio>
 #include <memory>
+#include <mutex>
 #include <optional>
+#include <span>
 #include <string>
+#include <vector>
 
 #include "fakes/Application.h"
 #include "support/Number.h"
@@ -100,12 +104,73 @@ void holdAllValues(bench::Bench& module) {
 
 /// The second page's places, all filled.
 void fillSecondPage(torv::UserDefaults& defaults) {
+    defaults.setObjectForKey(torv::Number::fromInteger(78), "Diesel Pickup 6.7L_0_KEY");
     constexpr std::array sensors{7, 78, 8, 80, 16, 17, 82, 81, 30, 28};
     for (std::size_t i = 0; i < sensors.size(); ++i) {
         defaults.setObjectForKey(
             torv::Number::fromInteger(sensors[i]),
             "Diesel Pickup 6.7L_" + std::to_string(i == 0 ? 0 : 5) + "_" + std::to_string(i) + "_2_KEY");
     }
+}
+
+/// When a value of an AID first came out of the socket. The reading thread sees it, the main thread asks.
+class Arrivals final : public torv::ZephrelaneDriver::Monitor {
+public:
+    using Clock = std::chrono::steady_clock;
+
+    void expect(std::vector<std::uint8_t> bytes) {
+        const std::scoped_lock lock{m_mutex};
+        m_bytes = std::move(bytes);
+        m_arrived.reset();
+    }
+    [[nodiscard]] std::optional<Clock::time_point> arrived() {
+        const std::scoped_lock lock{m_mutex};
+        return m_arrived;
+    }
+    void frameSent(std::span<const std::uint8_t>, x2comTxResult) override {}
+    void chunkReceived(std::span<const std::uint8_t> chunk, x2comResult) override {
+        const auto now = Clock::now();
+        const std::scoped_lock lock{m_mutex};
+        if (m_arrived || m_bytes.empty()) return;
+        if (std::search(chunk.begin(), chunk.end(), m_bytes.begin(), m_bytes.end()) != chunk.end())
+            m_arrived = now;
+    }
+
+private:
+    std::mutex m_mutex;
+    std::vector<std::uint8_t> m_bytes;
+    std::optional<Clock::time_point> m_arrived;
+};
+
+/// From the chunk that brings a value to the frame that shows it, on the first page's main dial.
+void measureLatency(fakes::Application& app, bench::Bench& module, Arrivals& arrivals) {
+    constexpr std::uint8_t engineSpeed = 78;
+    constexpr int samples = 100;
+    std::vector<double> milliseconds;
+    const auto gauge = app.first->droppableViews()[0]->gauge();
+    int wanted = 0;
+    const auto shown = QObject::connect(app.view(), &QQuickWindow::frameSwapped, app.view(), [&] {
+        const auto arrived = arrivals.arrived();
+        if (wanted == 0 || !arrived || gauge->value() != wanted) return;
+        milliseconds.push_back(
+            std::chrono::duration<double, std::milli>{Arrivals::Clock::now() - *arrived}.count());
+        wanted = 0;
+    });
+    for (int i = 0; i < samples; ++i) {
+        wanted = 700 + 31 * i;
+        const int raw = wanted * 4;  // the profile's factor is a quarter
+        const auto low = static_cast<std::uint8_t>(raw & 0xFF);
+        const auto high = static_cast<std::uint8_t>(raw >> 8);
+        arrivals.expect({engineSpeed, low, high});
+        module.setValue(engineSpeed, {low, high});
+        app.waitUntil([&] { return wanted == 0; }, 5s);
+    }
+    QObject::disconnect(shown);
+    std::sort(milliseconds.begin(), milliseconds.end());
+    if (milliseconds.empty()) return;
+    std::printf("%-52s %7.1f ms, 95th %.1f ms of %zu   limits 25, 50\n",
+                "from the socket to the frame, median", milliseconds[milliseconds.size() / 2],
+                milliseconds[milliseconds.size() * 95 / 100], milliseconds.size());
 }
 
 struct Phase {
@@ -122,8 +187,10 @@ int measureSecondPage() {
     if (const auto error = module.start()) return fail(*error);
     fakes::Application app{module, profile, fillSecondPage};
     if (!app.view()) return fail("the window could not be made");
-    if (!app.waitUntilReady())
-        return fail("there is no connection");
+    const auto arrivals = std::make_shared<Arrivals>();
+    app.control->feeder()->driver().setMonitor(arrivals);  // the loop has not turned yet
+    if (!app.waitUntilReady()) return fail("there is no connection");
+    measureLatency(app, module, *arrivals);
     int frames = 0;
     QObject::connect(app.view(), &QQuickWindow::frameSwapped, app.view(), [&] { ++frames; });
     const auto opened = std::chrono::steady_clock::now();

@@ -25,6 +25,7 @@ constexpr auto description =
     "                  download a profile from the update server\n"
     "  defaults        list the keys of what is stored on this handset\n"
     "  defaults get KEY\n"
+    "  defaults set KEY VALUE\n"
     "                  show one of them as text\n"
     "\n"
     "Exit codes: 0 done, 1 the module did not answer, 2 bad arguments or profile, 3 no connection.\n"
@@ -41,7 +42,7 @@ struct CommandRow {
     Command command;
     int operands;  ///< behind name and verb
 };
-constexpr std::array<CommandRow, 9> commands{{
+constexpr std::array<CommandRow, 10> commands{{
     {"watch", nullptr, Command::watch, 0},
     {"get", nullptr, Command::get, 1},
     {"set", nullptr, Command::set, 2},
@@ -50,6 +51,7 @@ constexpr std::array<CommandRow, 9> commands{{
     {"vehicles", "update", Command::vehicles, 1},
     {"vehicles", nullptr, Command::vehicles, 0},
     {"defaults", "get", Command::defaults, 1},
+    {"defaults", "set", Command::defaults, 2},
     {"defaults", nullptr, Command::defaults, 0},
 }};
 

@@ -7,6 +7,7 @@
 #include "JSON/SBJsonWriter.h"
 #include "JSON/ValueArchive.h"
 #include "platform/Platform.h"
+#include "support/TextNumbers.h"
 #include "vehicles/VehicleDataSource.h"
 
 namespace itorvctl {
@@ -78,6 +79,14 @@ int update(const std::string& name) {
     return success;
 }
 
+/// A whole number or a truth value where the text is one, else the text.
+Value valueFromText(const std::string& text) {
+    if (text == "true" || text == "false") return Value{text == "true"};
+    const auto number = longLongValue(text);
+    if (std::to_string(number) != text) return text;
+    return Number::fromInteger(number);
+}
+
 }  // namespace
 
 int vehicles(const Arguments& arguments) {
@@ -93,6 +102,12 @@ int defaults(const Arguments& arguments) {
         return success;
     }
     const auto& key = arguments.words[1];
+    if (arguments.words[0] == "set") {
+        store.setObjectForKey(valueFromText(arguments.words[2]), key);
+        if (store.synchronize()) return success;
+        complain("it could not be stored; --verbose tells why");
+        return badArguments;
+    }
     const auto keys = store.keys();
     if (std::find(keys.begin(), keys.end(), key) == keys.end()) {
         complain("nothing is stored under \"" + key + "\"");

@@ -4,6 +4,7 @@
 #include <limits>
 
 #include "Dashboard.h"
+#include "dashboards/IndicatorViewFactory.h"
 
 namespace {
 
@@ -69,6 +70,49 @@ TEST_F(PageTest, PlacementsAreStoredLetterByLetterAndFoundAgain) {
             EXPECT_EQ(gauge.priority(), 1);
         }
     }
+}
+
+TEST_F(PageTest, EveryPlaceStandsWhereItBelongs) {
+    launch(truck("Truck", {sensor(8)}));
+    const auto frames = [&] {
+        std::vector<QRectF> all;
+        for (const auto& place : page->droppableViews())
+            all.push_back(place->frame().translated(-page->stageLeft(), 0));
+        return all;
+    };
+    open<iTorvViewController>();
+    EXPECT_EQ(frames(), (std::vector<QRectF>{{44, 0, 392, 392},
+                                             {-13, 106, 180, 180},
+                                             {25, -15, 180, 180},
+                                             {315, 106, 180, 180},
+                                             {278, -15, 180, 180}}));
+    EXPECT_EQ(page->controls()->frame(), QRectF(44 + 110, 265, 250, 25));
+    open<AlternateViewController>();
+    EXPECT_EQ(frames(), (std::vector<QRectF>{{65, 50, 350, 350},
+                                             {383, 55, 90, 63},
+                                             {383, 123, 90, 63},
+                                             {383, 198, 90, 63},
+                                             {102, 10, 90, 63},
+                                             {197, 10, 90, 63},
+                                             {292, 10, 90, 63},
+                                             {10, 55, 90, 63},
+                                             {10, 123, 90, 63},
+                                             {10, 198, 90, 63}}));
+    EXPECT_EQ(page->controls()->frame().x(), 44 + 120);
+    EXPECT_EQ(page->controls()->powerLevelView().frame().x(), 15);
+    EXPECT_EQ(place(0).number(), 9);
+    open<LastViewController>();
+    EXPECT_EQ(frames(), (std::vector<QRectF>{{80, 190, 114, 80},
+                                             {199, 190, 114, 80},
+                                             {318, 190, 114, 80},
+                                             {80, 10, 114, 80},
+                                             {199, 10, 114, 80},
+                                             {318, 10, 114, 80},
+                                             {80, 100, 114, 80},
+                                             {199, 100, 114, 80},
+                                             {318, 100, 114, 80}}));
+    EXPECT_EQ(page->controls(), nullptr);
+    EXPECT_TRUE(page->powerIncreaseFrame().isEmpty());
 }
 
 TEST_F(PageTest, WhatIsStoredByHandOrForSensorsThatAreGoneIsPassedOver) {
@@ -248,6 +292,77 @@ TEST_F(PageTest, EachConnectReplaysWhatIsStored) {
     EXPECT_EQ(std::count_if(writes.begin(), writes.end(), [](const auto& w) { return w[1] == 31; }) > 0,
               true);
     EXPECT_EQ(std::count(writes.begin(), writes.end(), fakes::frame({0x03, 24, 0x55})), 0);
+}
+
+TEST_F(PageTest, AReplayTellsOfFailuresAndACancelledOneEndsWithTheDefaults) {
+    launch(truck("Truck", {sensor(8)}));
+    const auto first = std::make_shared<iTorvViewController>(app, DashboardScreens{});
+    page = first;
+    page->loadViewIfNeeded();
+    platform.defaults.setObjectForKey("Tow", "savedprofile");
+    ProfileDictionary profile;
+    for (AID aid = 31; aid < 34; ++aid)
+        profile.emplace(aid, AV::forAID(aid, fakes::Bytes{9}));
+    platform.defaults.setObjectForKey(archivedProfileDictionary(profile), "Tow");
+    int updated = 0;
+    const auto heard =
+        platform.notificationCenter().addObserver("customTuningSettingsUpdated", [&] { ++updated; });
+    std::vector<std::string> words;
+    QObject::connect(page.get(), &DashboardViewController::progressChanged, [&] {
+        auto* const overlay = page->progress();
+        if (!overlay) return;
+        first->goToAlternate();
+        EXPECT_EQ(page->presentedViewController(), nullptr);  // an overlay keeps the page
+        QObject::connect(overlay, &ProgressHUD::changed, [&, overlay] {
+            words.push_back(overlay->labelText().toStdString() + "; " +
+                            overlay->detailsLabelText().toStdString() +
+                            (overlay->cancellable() ? "; Cancel" : ""));
+            if (words.size() == 5) overlay->touchCancel();
+        });
+    });
+    fakes::connectModule(platform, writes, false);
+    platform.loop.runFor(60s);
+    ASSERT_GE(words.size(), 6U);
+    EXPECT_EQ(words[0], "Initializing settings (1/3); Setting custom variables");
+    EXPECT_EQ(words[1], "Initializing settings (2/3); 1 tuning variable failed");
+    EXPECT_EQ(words[2], "Initializing settings (2/3); 1 tuning variable failed; Cancel");
+    EXPECT_EQ(words[3], "Initializing settings (3/3); 2 tuning variables failed; Cancel");
+    EXPECT_TRUE(words.back().ends_with("Setting custom variables"));  // of the default profile
+    EXPECT_EQ(platform.defaults.objectForKey("savedprofile").textValue(), "Default Profile");
+    EXPECT_EQ(updated, 1);
+    EXPECT_EQ(page->progress(), nullptr);
+}
+
+TEST_F(PageTest, TheFirstRunAsksForTheVehicleOnce) {
+    launch(truck("Truck", {sensor(8)}));
+    int asked = 0;
+    const DashboardScreens screens{.mainMenu = {}, .carSetup = [&]() -> std::shared_ptr<ViewController> {
+                                       ++asked;
+                                       return nullptr;
+                                   }};
+    for (const bool isFirst : {true, false}) {
+        if (!isFirst) platform.defaults.setObjectForKey(Value{true}, "FIRST_RUN_KEY");
+        const auto first = std::make_shared<iTorvViewController>(app, screens);
+        const Stage stage{first, nullptr};
+        first->viewDidAppear();
+        EXPECT_EQ(asked, 1);
+    }
+}
+
+TEST_F(PageTest, IconsAndUnitsFallBackEachByItself) {
+    launch(truck("Truck",
+                 {sensor(8), sensor(250, "0", "9", 0, 0, "furlong"), sensor(9, "0", "9", 0, 0, "PERC")}));
+    open();
+    EXPECT_EQ(page->indicatorView(8)->icon(), "picture/8_LIST.png");
+    EXPECT_EQ(page->indicatorView(8)->unitFrame(), QRectF(35, 24, 16, 9));
+    EXPECT_EQ(page->indicatorView(250)->icon(), "picture/00_LIST.png");
+    EXPECT_TRUE(page->indicatorView(250)->unitFrame().isEmpty());
+    EXPECT_TRUE(page->indicatorView(250)->unit().endsWith("/FURLONG"));
+    EXPECT_TRUE(page->indicatorView(9)->unit().endsWith("/%25"));
+    EXPECT_EQ(page->indicatorView(9)->unitFrame().width(), 9);
+    EXPECT_EQ(
+        IndicatorViewFactory::iconImageForAIDStringWarningStringDefaultImage(8, "NONE", "", "no such file"),
+        Image{});
 }
 
 TEST_F(PageTest, OldValuesDimWhateverThePickerAndTheDragDo) {

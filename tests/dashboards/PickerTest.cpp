@@ -55,6 +55,7 @@ protected:
     void release(QPointF point, int finger = 0) {
         touch(&DashboardViewController::touchEnded, point, finger);
     }
+    void drop(AID aid, std::size_t index) const { dashboard.drop(aid, index); }
     [[nodiscard]] DashboardViewController& page() const { return *dashboard.page; }
     [[nodiscard]] PageView& picker() const { return page().pageView(); }
     [[nodiscard]] std::string state() const {
@@ -134,6 +135,8 @@ TEST_F(PickerTest, AFingerCarriesASensorToAPlaceAndOverThePickerNowhere) {
     move({284, 200});
     EXPECT_EQ(dashboard.place(1).state(), DroppableView::normal);
     EXPECT_EQ(dashboard.place(0).state(), DroppableView::hovered);
+    move({150, 200});  // in both: the side dial comes first
+    EXPECT_EQ(dashboard.place(1).state(), DroppableView::hovered);
     move(sideDial);
     release(sideDial);
     EXPECT_EQ(dashboard.stored("Truck_4_KEY"), 11);
@@ -156,7 +159,9 @@ TEST_F(PickerTest, AFingerCarriesASensorToAPlaceAndOverThePickerNowhere) {
     move(begin + QPointF{1, 1}, 1);
     EXPECT_EQ(dashboard.stored("Truck_4_KEY"), 12);
     release(begin, 1);
+    move(sideDial + QPointF{90, 0});
     release(sideDial);
+    EXPECT_EQ(picker().scrollView().contentOffset(), 0);  // it does not scroll with what is left of the drag
 
     press(middleOf(13));
     loop.runFor(500ms);
@@ -216,6 +221,47 @@ TEST_F(PickerTest, DotsOpenCloseAndTurnPages) {
     openPicker();
     swipe({page().stageLeft() + 240, 100}, {0, 60});
     EXPECT_FALSE(picker().expanded());
+}
+
+TEST_F(PickerTest, ButtonsActOnTouchUpInsideWhereThePickerDoesNotCoverThem) {
+    EXPECT_EQ(page().powerDecreaseFrame(), QRectF(44 + 24, 270, 86, 60));
+    EXPECT_EQ(page().powerIncreaseFrame(), QRectF(44 + 368, 270, 86, 60));
+    fakes::connectModule(dashboard.platform, dashboard.writes);
+    loop.runFor(2s);
+    dashboard.receive(4, {3});
+    const auto writes = [&](QPointF from, QPointF to) {
+        dashboard.writes.clear();
+        press(from);
+        release(to);
+        return dashboard.writes.size();
+    };
+    const auto plus = page().powerIncreaseFrame().center();
+    EXPECT_EQ(writes(plus, plus), 1U);
+    EXPECT_EQ(writes(plus, {284, 150}), 0U);
+    openPicker();
+    EXPECT_EQ(writes(plus, plus), 0U);
+    page().touchKey(Qt::Key_Space);
+    loop.runFor(500ms);
+    EXPECT_EQ(writes(plus, plus), 1U);
+    drop(11, 3);
+    openPicker();
+    const auto& place = dashboard.place(3);  // a right one: 60 from the far edge
+    const auto clear = place.frame().topLeft() + QPointF{120 + 22, 10 + 22};
+    press(clear);
+    release(clear);
+    EXPECT_EQ(place.gauge(), nullptr);
+}
+
+TEST_F(PickerTest, AWindowOfAnotherSizeMovesEverything) {
+    openPicker();
+    page().setViewSize({480, 320});
+    EXPECT_EQ(picker().frame(), QRectF(0, 240, 480, 80));
+    EXPECT_EQ(dashboard.place(0).frame().x(), 44);
+    press(middleOf(11));
+    loop.runFor(500ms);
+    move({16, 180});
+    release({16, 180});
+    EXPECT_EQ(dashboard.stored("Truck_4_KEY"), 11);
 }
 
 TEST_F(PickerTest, TheAlertShowsOnlyOnAClosedAndStandingPicker) {
