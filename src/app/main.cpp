@@ -13,7 +13,6 @@
 #include <memory>
 #include <string>
 
-#include "MainWindow.h"
 #include "app/ConnectionStatus.h"
 #include "app/MainMenuViewController.h"
 #include "app/StartTimes.h"
@@ -26,6 +25,7 @@
 #include "platform/real/QuitSignals.h"
 #include "platform/real/RealPlatform.h"
 #include "platform/real/SystemLog.h"
+#include "qml/MainWindow.h"
 #include "screens/Stage.h"
 #include "session/ConnectionOptions.h"
 #include "vehicles/ProfileDocument.h"

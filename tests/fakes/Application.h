@@ -8,7 +8,6 @@
 #include <string>
 
 #include "FreshEngine.h"
-#include "MainWindow.h"
 #include "WaitUntil.h"
 #include "app/ConnectionStatus.h"
 #include "app/MainMenuViewController.h"
@@ -16,6 +15,7 @@
 #include "dashboards/iTorvViewController.h"
 #include "diagnostics/GroupsViewController.h"
 #include "platform/real/RealPlatform.h"
+#include "qml/MainWindow.h"
 #include "vehicles/ProfileDocument.h"
 #include "vehicles/VehicleDataSource.h"
 

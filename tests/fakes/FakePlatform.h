@@ -90,6 +90,8 @@ public:
         return std::make_unique<LoopWorkQueue>(loop);
     }
 
+    void setIdleTimerDisabled() override { idleTimerDisabled = true; }
+
     /// The stream opened last.
     [[nodiscard]] ScriptedStream& stream() { return *opened.back(); }
 
@@ -115,6 +117,7 @@ public:
     std::vector<std::string> log;
     std::vector<std::shared_ptr<ScriptedStream>> opened;
     bool streamsOpen = true;
+    bool idleTimerDisabled = false;
 
 private:
     struct Streams final : torv::ByteStreamFactory {

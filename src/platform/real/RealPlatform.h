@@ -1,10 +1,12 @@
 #pragma once
 
 #include <filesystem>
+#include <utility>
 
 #include "platform/Platform.h"
 #include "platform/real/CurlURLLoader.h"
 #include "platform/real/DesktopMailComposer.h"
+#include "platform/real/IdleInhibitor.h"
 #include "platform/real/PosixByteStream.h"
 #include "platform/real/QtRunLoop.h"
 #include "platform/real/SqliteUserDefaults.h"
@@ -32,6 +34,9 @@ public:
     [[nodiscard]] std::unique_ptr<WorkQueue> makeWorkQueue(const std::string& name) override {
         return std::make_unique<ThreadWorkQueue>(name);
     }
+    void setIdleTimerDisabled() override {
+        if (!std::exchange(m_idleTimerDisabled, true)) inhibitIdle();
+    }
 
 private:
     class Streams final : public ByteStreamFactory {
@@ -45,6 +50,7 @@ private:
         RunLoop& m_loop;
     };
 
+    bool m_idleTimerDisabled = false;
     QtRunLoop m_loop;
     StandardResources m_resources;
     SqliteUserDefaults m_defaults;

@@ -1,4 +1,4 @@
-#include "PictureProvider.h"
+#include "qml/PictureProvider.h"
 
 #include <QImage>
 #include <QPainter>

@@ -1,4 +1,4 @@
-#include "GaugeScaleItem.h"
+#include "qml/GaugeScaleItem.h"
 
 #include <QPainter>
 

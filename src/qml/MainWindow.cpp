@@ -1,7 +1,7 @@
-#include "MainWindow.h"
+#include "qml/MainWindow.h"
 
-#include "GaugeScaleItem.h"
-#include "PictureProvider.h"
+#include "qml/GaugeScaleItem.h"
+#include "qml/PictureProvider.h"
 
 namespace torv {
 
