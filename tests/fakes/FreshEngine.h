@@ -1,12 +1,18 @@
 #pragma once
 
+#include "link/AVStore.h"
 #include "link/x2comEngine.h"
 
 namespace fakes {
 
-/// The engine is process-wide: this ends what the test before has left under way, and puts the two frame
-/// buffers back to what a fresh process has. Needs an installed platform.
+/// Engine and store are process-wide: this ends what the test before has left under way, and puts the two frame
+/// buffers and all values back to what a fresh process has. Needs an installed platform.
 inline void freshenEngine() {
+    {
+        const std::scoped_lock lock{torv::avStoreMutex()};
+        torv::receiveStore() = {};
+        torv::sendStore() = {};
+    }
     struct Nowhere final : x2comSink {
         void sendBytes(std::span<const std::uint8_t>) override {}
         [[nodiscard]] bool canSend() override { return true; }
