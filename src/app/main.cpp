@@ -26,6 +26,7 @@
 #include "platform/real/RealPlatform.h"
 #include "platform/real/SystemLog.h"
 #include "qml/MainWindow.h"
+#include "screens/Image.h"
 #include "screens/Stage.h"
 #include "session/ConnectionOptions.h"
 #include "vehicles/ProfileDocument.h"
@@ -218,6 +219,11 @@ int main(int argc, char** argv) {
         VehicleDataSource::saveVehicle(*vehicle);
     }
 
+    for (const auto* picture :
+         {"BG_BASE", "BG_CENTER", "BG_SELECTOR", "BTN_GEAR", "NEEDLE_LARGE", "NEEDLE_SMALL"}) {
+        if (!imageNamed(picture))
+            logLine("the picture " + std::string{picture} + " of the application is missing");
+    }
     const auto control = std::make_shared<iTorvAppDelegate>();
     const MemoryPressure pressure{[&] { control->applicationDidReceiveMemoryWarning(); }};
     std::unique_ptr<ConnectionStatus> status;

@@ -78,8 +78,9 @@ void ControlStrip::registerReaders(iTorvFeeder& feeder) const {
 }
 
 void ControlStrip::lookForOldValues(const iTorvFeeder& feeder) {
-    for (const auto& widget : readers())
-        widget->setOld(!widget->attribute() || feeder.isOldValueForAID(widget->attribute()->aid));
+    for (const auto& widget : readers()) {
+        if (feeder.isOldValueForAID(widget->attribute()->aid)) widget->dim();
+    }
 }
 
 }  // namespace torv

@@ -277,6 +277,12 @@ void DashboardViewController::pageViewAddTouchingView(PageView&, const std::shar
     m_aidName = nameOf(view->attribute());
 }
 
+void DashboardViewController::pageViewRemoveTouchingView(PageView&) {
+    setTouchingView(nullptr);
+    for (const auto& place : m_droppableViews)
+        place->setState(DroppableView::normal);
+}
+
 void DashboardViewController::setTouchingView(std::shared_ptr<CarriedView> view) {
     const auto leaving = std::exchange(m_touchingView, std::move(view));
     if (leaving != m_touchingView) emit touchingViewChanged();
@@ -402,6 +408,8 @@ void DashboardViewController::incrementPowerBy(std::int64_t delta) {
 }
 
 void DashboardViewController::goBackOnePage() {
+    // A second touch may still reach a page that is on its way out, or one under another.
+    if (!presentingViewController() || presentedViewController()) return;
     for (const auto& [aid, indicator] : m_indicatorViews)
         indicator->setDelegate(nullptr);
     m_application->removeDelegate(this);
@@ -441,11 +449,12 @@ void DashboardViewController::pushCarSetupTableViewController() {
 }
 
 void DashboardViewController::lookForOldValues() {
-    for (const auto& [aid, indicator] : m_indicatorViews)
-        indicator->setOld(m_feeder->isOldValueForAID(aid));
+    for (const auto& [aid, indicator] : m_indicatorViews) {
+        if (m_feeder->isOldValueForAID(aid)) indicator->dim();
+    }
     for (const auto& place : m_droppableViews) {
-        if (const auto& gauge = place->gauge())
-            gauge->setOld(m_feeder->isOldValueForAID(aidOf(place->droppedView())));
+        const auto& gauge = place->gauge();
+        if (gauge && m_feeder->isOldValueForAID(aidOf(place->droppedView()))) gauge->dim();
     }
     if (m_controls) m_controls->lookForOldValues(*m_feeder);
 }

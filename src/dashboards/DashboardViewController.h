@@ -93,7 +93,7 @@ public:
 
     bool pageViewShouldDropView(PageView&, const std::shared_ptr<CarriedView>& view) override;
     void pageViewAddTouchingView(PageView&, const std::shared_ptr<CarriedView>& view) override;
-    void pageViewRemoveTouchingView(PageView&) override { setTouchingView(nullptr); }
+    void pageViewRemoveTouchingView(PageView&) override;
     void pageViewDidDragView(PageView&, CarriedView& view) override;
     QPointF touchingViewForPageView(PageView&, QPointF point) override { return point; }
     void pageViewDidRetract(PageView&) override;

@@ -54,7 +54,6 @@ void GaugeView::readAid(std::span<std::uint8_t> bytes, AID aid) {
 }
 
 void GaugeView::updateValue(std::optional<float> number) {
-    m_updated = m_active;
     setOld(!m_active);
     setValue(number.value_or(0));
 }
@@ -185,12 +184,10 @@ GaugeScale GaugeView::scale() const {
 
 void GaugeView::setActive(bool active) {
     m_active = active;
-    m_updated = false;
     setOld(true);
 }
 
 void GaugeView::setOld(bool old) {
-    old = old || !m_updated;
     if (m_old == old) return;
     m_old = old;
     emit oldChanged();

@@ -96,8 +96,8 @@ public:
     [[nodiscard]] GaugeScale scale() const;
     /// The value shown came too long ago to be taken for live.
     [[nodiscard]] bool isOld() const { return m_old; }
-    /// Whether its AID is old at the store. What no value has reached yet stays old.
-    void setOld(bool old);
+    /// Its AID is old at the store. Only the next value that is shown ends that.
+    void dim() { setOld(true); }
 
     /// The needle's rotation now, and whether it stays there.
     Q_INVOKABLE double needleAngle() const;
@@ -111,6 +111,7 @@ signals:
     void needleAimed();
 
 private:
+    void setOld(bool old);
     void recalculatePreviousValue();
 
     GaugeDial m_dial;
@@ -132,7 +133,6 @@ private:
     Image m_smallWarningIconImage;
     bool m_active = false;
     bool m_old = true;
-    bool m_updated = false;
     std::atomic<bool> m_locked{false};
     std::atomic<std::int32_t> m_priority{0};
     NeedleMotion m_needle{animationDuration};

@@ -41,7 +41,6 @@ void IndicatorView::readAid(std::span<std::uint8_t> bytes, AID aid) {
 
 void IndicatorView::updateValue(std::optional<float> number) {
     const float value = number.value_or(0);
-    m_updated = true;
     setOld(false);
     setValue(value);
     const auto application = m_appdelegate.lock();
@@ -105,7 +104,6 @@ QRectF IndicatorView::unitFrame() const {
 }
 
 void IndicatorView::setOld(bool old) {
-    old = old || !m_updated;
     if (m_old == old) return;
     m_old = old;
     emit oldChanged();

@@ -86,7 +86,7 @@ public:
     [[nodiscard]] QRectF unitFrame() const;
     [[nodiscard]] QSizeF unitSize() const { return m_unitImage.size; }
     [[nodiscard]] bool isOld() const { return m_old; }
-    void setOld(bool old);
+    void dim() { setOld(true); }
 
 signals:
     void iconChanged();
@@ -94,6 +94,8 @@ signals:
     void oldChanged();
 
 private:
+    void setOld(bool old);
+
     std::unique_ptr<DigitalDisplayView> m_digitalDisplayView;
     std::shared_ptr<const TorvAttribute> m_attribute;
     Image m_icon;
@@ -107,7 +109,6 @@ private:
     std::weak_ptr<iTorvAppDelegate> m_appdelegate;
     AID m_tag = 0;
     bool m_old = true;
-    bool m_updated = false;
 };
 
 }  // namespace torv

@@ -193,7 +193,7 @@ void PageTouches::cancelled() {
     const bool onStrip = std::any_of(m_touches.begin(), m_touches.end(),
                                      [](const auto& touch) { return touch.second.target == Target::strip; });
     m_touches.clear();
-    if (onStrip) m_page.pageView().releaseDraggingView();
+    if (onStrip) m_page.pageView().scrollView().cancelDragging();
 }
 
 QString PageTouches::pressedButton() const {

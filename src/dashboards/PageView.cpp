@@ -11,7 +11,7 @@ namespace torv {
 namespace {
 
 constexpr std::chrono::milliseconds slideTime{500};
-constexpr QRectF dotsFrame{120, 4, 240, 26};  // on the tab, which is all that a closed picker shows
+constexpr QRectF dotsFrame{130, 4, 220, 26};  // on the tab, which is all that a closed picker shows
 constexpr QRectF stripFrame{20, 30, 440, 50};
 constexpr double buttonWidth = 20;
 constexpr std::int32_t dotDistance = 5;
@@ -138,6 +138,7 @@ void PageView::customPageControlDidChangeState(CustomPageControl&) {
         m_delegate.pageViewDidRetract(*this);
     }
     m_expanded = opens;
+    emit frameChanged();  // what goes by `expanded` as well
     if (m_animation) m_animation->invalidate();
     m_animation = Platform::current().runLoop().scheduleTimer(slideTime, false,
                                                               [this](Timer&) { showHideAnimationDidStop(); });

@@ -39,6 +39,7 @@ class PageView final : public View, public PickerScrollViewDelegate, public Cust
     Q_PROPERTY(QObject* scrollView READ scrollViewObject CONSTANT)
     Q_PROPERTY(QObject* pageControl READ pageControlObject CONSTANT)
     Q_PROPERTY(QString image READ image NOTIFY imageChanged)
+    Q_PROPERTY(bool expanded READ expanded NOTIFY frameChanged)
     Q_PROPERTY(bool animating READ isAnimating NOTIFY animatingChanged)
     Q_PROPERTY(QVariantList items READ itemObjects NOTIFY itemsChanged)
     Q_PROPERTY(QRectF previousButtonFrame READ previousButtonFrame CONSTANT)

@@ -88,10 +88,10 @@ void PickerScrollView::prepareDragging() {
     m_pickerDelegate.pickerScrollViewDidBeginDragging(*this);
 }
 
-void PickerScrollView::releaseDraggingView() {
+void PickerScrollView::endDragging(bool drops) {
     stopTimer();
     if (m_copy && m_dragging) {
-        m_pickerDelegate.pickerScrollViewShouldDropView(*this, m_copy);
+        if (drops) m_pickerDelegate.pickerScrollViewShouldDropView(*this, m_copy);
         m_pickerDelegate.pickerScrollViewRemoveTouchingView(*this);  // kept here until the next press
     } else {
         m_pressed = nullptr;

@@ -60,7 +60,9 @@ public:
     /// In the coordinates of the view that drags go over.
     void touchesMoved(QPointF point, QPointF previous);
     void touchesEnded() { releaseDraggingView(); }
-    void releaseDraggingView();
+    void releaseDraggingView() { endDragging(true); }
+    /// The system, or a change of the page, takes the touch away: nothing is dropped.
+    void cancelDragging() { endDragging(false); }
     void touchingTimeout();
 
     [[nodiscard]] bool touching() const { return m_touching; }
@@ -79,6 +81,7 @@ signals:
     void scrolled();
 
 private:
+    void endDragging(bool drops);
     void disableDragging();
     void prepareDragging();
     void stopTimer();

@@ -38,19 +38,13 @@ public:
         updateOnMainThread(shared_from_this(), data ? std::optional{number(*data)} : std::nullopt);
     }
     void updateValue(std::optional<std::int32_t> number) {
-        m_updated = true;
         setOld(false);
         show(number.value_or(0));
     }
 
     /// The value shown came too long ago to be taken for live.
     [[nodiscard]] bool isOld() const { return m_old; }
-    void setOld(bool old) {
-        old = old || !m_updated;
-        if (m_old == old) return;
-        m_old = old;
-        emit oldChanged();
-    }
+    void dim() { setOld(true); }
 
 signals:
     void oldChanged();
@@ -61,11 +55,16 @@ protected:
     virtual void show(std::int32_t number) = 0;
 
 private:
+    void setOld(bool old) {
+        if (m_old == old) return;
+        m_old = old;
+        emit oldChanged();
+    }
+
     mutable std::mutex m_mutex;
     std::shared_ptr<const TorvAttribute> m_attribute;
     std::atomic<std::int32_t> m_priority{0};
     bool m_old = true;
-    bool m_updated = false;
 };
 
 }  // namespace torv

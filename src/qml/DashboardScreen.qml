@@ -97,31 +97,42 @@ Item {
             }
         }
 
-        Row {
-            z: 12
-            x: 8 * page.u
-            y: view.height - 13 * page.u
-            spacing: 4 * page.u
-            visible: !page.stage.status.connected
-
-            Picture {
-                anchors.verticalCenter: parent.verticalCenter
-                u: page.u
-                frame: Qt.rect(0, 0, 6, 6)
-                name: "picture/SELECTED_DOT.png"
-            }
-            Text {
-                text: page.stage.status.text
-                color: Theme.faint
-                font.pixelSize: Math.max(9 * page.u, 1)
-            }
-        }
-
         PageView {
             z: 13
             u: page.u
             picker: page.screen.pageView
             pressed: page.screen.pressedButton
+        }
+
+        // The state of the link, over everything while it is not what it should be.
+        Rectangle {
+            z: 14
+            x: 4 * page.u
+            y: page.screen.pageView.frame.y * page.u + (page.screen.pageView.expanded ? -20 : 14) * page.u
+            width: words.width + 10 * page.u
+            height: 15 * page.u
+            radius: height / 2
+            color: "#e0101214"
+            visible: !page.stage.status.connected
+
+            Row {
+                id: words
+
+                anchors.centerIn: parent
+                spacing: 4 * page.u
+
+                Picture {
+                    anchors.verticalCenter: parent.verticalCenter
+                    u: page.u
+                    frame: Qt.rect(0, 0, 6, 6)
+                    name: "picture/SELECTED_DOT.png"
+                }
+                Text {
+                    text: page.stage.status.text
+                    color: Theme.text
+                    font.pixelSize: Math.max(9 * page.u, 1)
+                }
+            }
         }
 
         Loader {

@@ -43,6 +43,7 @@ Item {
         u: root.u
         frame: root.gauge.iconFrame
         name: root.gauge.icon
+        opacity: root.dim
     }
 
     Picture {

@@ -8,6 +8,7 @@
 
 #include "dashboards/DigitalDisplayView.h"
 #include "dashboards/LcdFont.h"
+#include "platform/Log.h"
 #include "platform/Platform.h"
 
 namespace torv {
@@ -28,6 +29,7 @@ QPixmap pictureFromFile(const QString& name, QSize size) {
         return path ? QImage{QString::fromStdString(path->string())} : QImage{};
     };
     auto image = load(1);
+    if (image.isNull()) logLine("the picture " + stem.toStdString() + " can't be read");
     if (image.isNull() || size.isEmpty()) return QPixmap::fromImage(image);
     const double growth = std::max(static_cast<double>(size.width()) / image.width(),
                                    static_cast<double>(size.height()) / image.height());

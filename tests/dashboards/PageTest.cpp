@@ -391,9 +391,11 @@ TEST_F(PageTest, OldValuesDimWhateverThePickerAndTheDragDo) {
     EXPECT_TRUE(page->indicatorView(8)->isOld());
     receive(8, {2});
     platform.loop.runFor(250ms);
-    EXPECT_FALSE(old());
+    EXPECT_TRUE(old());  // what it shows is from before
     page->pageViewDidEndDragging(page->pageView());
     page->pageViewDidRetract(page->pageView());
+    receive(8, {3});
+    EXPECT_FALSE(old());
     receive(9, {1});
     platform.loop.runFor(2900ms);
     EXPECT_FALSE(page->indicatorView(9)->isOld());
@@ -429,9 +431,16 @@ TEST_F(PageTest, PagesStackAndLeaveNothingBehind) {
     EXPECT_EQ(second->indicatorView(9)->value(), 61);  // its readers are there anew
     EXPECT_EQ(first->indicatorView(9)->value(), 61);
     EXPECT_EQ(app->dataLoggingDict()->sampleCount(9), 5U);
+    second->leftSwipe();
+    second->rightSwipe();  // under the third, it goes nowhere
+    EXPECT_NE(stage.top(), second);
+    dynamic_cast<LastViewController&>(*stage.top()).goTofirst();
     second->rightSwipe();
+    second->rightSwipe();  // once more while it is leaving
     EXPECT_EQ(stage.top(), first.get());
     platform.loop.runWork();
+    receive(9, {62});
+    EXPECT_EQ(first->indicatorView(9)->value(), 62);
     app->setCurrentVehicle(truck("Van", {sensor(8)}));
 }
 

@@ -165,8 +165,11 @@ TEST_F(PickerTest, AFingerCarriesASensorToAPlaceAndOverThePickerNowhere) {
 
     press(middleOf(13));
     loop.runFor(500ms);
+    move(sideDial);
     page().touchCancelled();
     loop.runWork();
+    EXPECT_EQ(dashboard.stored("Truck_4_KEY"), 12);  // nothing is dropped
+    EXPECT_EQ(dashboard.place(1).state(), DroppableView::normal);
     EXPECT_EQ(page().touchingViewObject(), nullptr);
     EXPECT_TRUE(dashboard.app->feeder()->feeding());
 }

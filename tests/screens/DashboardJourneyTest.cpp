@@ -116,9 +116,12 @@ TEST_F(JourneyTest, SwipesLeadThroughThePagesAndMemoryStaysLevel) {
         ASSERT_TRUE(app->waitUntil([&] { return second.expired(); }));
         if (i == 9) begin = residentBytes();
     }
-#ifndef __SANITIZE_ADDRESS__
-    EXPECT_LT(residentBytes(), begin + 4'000'000);
+#ifdef __SANITIZE_ADDRESS__
+    constexpr std::size_t allowance = 300'000'000;  // it keeps for a while what has been freed
+#else
+    constexpr std::size_t allowance = 4'000'000;
 #endif
+    EXPECT_LT(residentBytes(), begin + allowance);
 }
 
 }  // namespace

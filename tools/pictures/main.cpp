@@ -43,7 +43,8 @@ int main(int argc, char** argv) {
     const QTemporaryDir home;
     qputenv("XDG_DATA_HOME", home.path().toUtf8());
     const QGuiApplication application{argc, argv};
-    if (argc < 2) return std::fprintf(stderr, "itorv-pictures FOLDER [WIDTHxHEIGHT]\n"), 2;
+    if (argc < 2 || argv[1][0] == '-')
+        return std::fprintf(stderr, "itorv-pictures FOLDER [WIDTHxHEIGHT]\n"), 2;
     const auto size = argc > 2 ? QString::fromLocal8Bit(argv[2]).split(u'x') : QStringList{"1136", "640"};
     const std::filesystem::path profile = ITORV_RESOURCE_DIR "/vehicle.json";
     bench::Bench module{{.rate = 200, .profile = profile}};
