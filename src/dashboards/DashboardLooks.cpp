@@ -133,7 +133,7 @@ void DashboardViewController::sendvalues() {
             SettingsReplay::activateDefaultProfile();
             Platform::current().userDefaults().synchronize();
         }
-    } while ((cancelled || m_replayAgain));
+    } while (cancelled || m_replayAgain);
     m_replaying = false;
     Platform::current().notificationCenter().postNotificationName("customTuningSettingsUpdated");
 }
