@@ -232,9 +232,12 @@ int main(int argc, char** argv) {
     std::unique_ptr<MainWindow> mainWindow;
     control->applicationDidFinishLaunchingWithOptions(options.launch, [&] {
         status = std::make_unique<ConnectionStatus>(control->feeder());
-        firstPage = std::make_shared<iTorvViewController>(control, screensOf(control));
-        stage = std::make_unique<Stage>(firstPage, status.get());
-        mainWindow = std::make_unique<MainWindow>(*stage);
+        mainWindow = std::make_unique<MainWindow>();
+        mainWindow->whenPainted([&] {
+            firstPage = std::make_shared<iTorvViewController>(control, screensOf(control));
+            stage = std::make_unique<Stage>(firstPage, status.get());
+            mainWindow->show(*stage);
+        });
     });
     auto* window = mainWindow->window();
     if (!window) return refuse("the window could not be made");
@@ -242,7 +245,7 @@ int main(int argc, char** argv) {
     std::optional<StartTimes> times;
     if (options.logTimes) {
         times.emplace(begin, *window, control->feeder(),
-                      [&] { return shownValues(firstPage->droppableViews()); });
+                      [&] { return firstPage ? shownValues(firstPage->droppableViews()) : QStringList{}; });
     }
     if (!options.screenshot.isEmpty()) takeScreenshotLater(platform.runLoop(), *window, options);
     const int code = QGuiApplication::exec();

@@ -3,7 +3,8 @@ import QtQuick
 Window {
     id: window
 
-    required property var stage
+    // None at first: the first frame is the bare ground, for it comes soonest.
+    property var stage: null
 
     width: 1136
     height: 640
@@ -13,9 +14,7 @@ Window {
     color: Theme.ground
     title: "iTorv"
 
-    // The first frame is the bare ground, for it comes soonest; the screen follows at once.
-    property bool painted: false
-    onFrameSwapped: painted = true
+    onStageChanged: content.show()
 
     Loader {
         id: content
@@ -43,12 +42,7 @@ Window {
         }
         Connections {
             target: window.stage
-            enabled: window.painted
             function onTopChanged() { content.dissolve(); }
-        }
-        Connections {
-            target: window
-            function onPaintedChanged() { content.show(); }
         }
     }
 
@@ -62,14 +56,16 @@ Window {
         scale: points
         transformOrigin: Item.TopLeft
 
-        ProgressOverlay {
+        Loader {
             anchors.fill: parent
-            progress: window.stage.progress
+            active: window.stage !== null && window.stage.progress !== null
+            sourceComponent: ProgressOverlay { progress: window.stage.progress }
         }
 
-        AlertOverlay {
+        Loader {
             anchors.fill: parent
-            alert: window.stage.alert
+            active: window.stage !== null && window.stage.alert !== null
+            sourceComponent: AlertOverlay { alert: window.stage.alert }
         }
     }
 }

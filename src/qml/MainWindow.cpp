@@ -1,15 +1,47 @@
 #include "qml/MainWindow.h"
 
+#include <chrono>
+#include <utility>
+
+#include "platform/Platform.h"
 #include "qml/GaugeScaleItem.h"
 #include "qml/PictureProvider.h"
 
 namespace torv {
+namespace {
 
-MainWindow::MainWindow(Stage& stage) {
+constexpr std::chrono::milliseconds longEnough{200};  // a window that nobody sees is never painted
+
+}  // namespace
+
+MainWindow::MainWindow() {
     qmlRegisterType<GaugeScaleItem>("iTorv.Looks", 1, 0, "GaugeScaleItem");
     m_engine.addImageProvider(QStringLiteral("iTorv"), std::make_unique<PictureProvider>().release());
-    m_engine.setInitialProperties({{"stage", QVariant::fromValue(&stage)}});
     m_engine.load("qrc:/iTorv/Main.qml");
+}
+
+MainWindow::~MainWindow() {
+    if (m_timer) m_timer->invalidate();
+}
+
+void MainWindow::whenPainted(std::function<void()> action) {
+    m_whenPainted = std::move(action);
+    auto& loop = Platform::current().runLoop();
+    m_timer = loop.scheduleTimer(longEnough, false, [this](Timer&) { painted(); });
+    if (auto* shown = window()) {
+        QObject::connect(
+            shown, &QQuickWindow::frameSwapped, shown, [this] { painted(); },
+            static_cast<Qt::ConnectionType>(Qt::QueuedConnection | Qt::SingleShotConnection));
+    }
+}
+
+void MainWindow::painted() {
+    m_timer->invalidate();
+    if (const auto action = std::exchange(m_whenPainted, nullptr)) action();
+}
+
+void MainWindow::show(Stage& stage) {
+    if (auto* shown = window()) shown->setProperty("stage", QVariant::fromValue<QObject*>(&stage));
 }
 
 QQuickWindow* MainWindow::window() const {

@@ -2,7 +2,10 @@
 
 #include <QQmlApplicationEngine>
 #include <QQuickWindow>
+#include <functional>
+#include <memory>
 
+#include "platform/Timer.h"
 #include "screens/Stage.h"
 
 namespace torv {
@@ -10,13 +13,27 @@ namespace torv {
 /// The application's one window, drawn from its QML. Main thread.
 class MainWindow final {
 public:
-    explicit MainWindow(Stage& stage);
+    /// Bare, for that comes soonest.
+    MainWindow();
+    ~MainWindow();
+    MainWindow(const MainWindow&) = delete;
+    MainWindow& operator=(const MainWindow&) = delete;
+
+    /// Once the bare window has been painted, or could have been long ago. Main thread, in a turn of the
+    /// loop.
+    void whenPainted(std::function<void()> action);
+    /// The stage is not owned.
+    void show(Stage& stage);
 
     /// Null when the window could not be made.
     [[nodiscard]] QQuickWindow* window() const;
 
 private:
+    void painted();
+
     QQmlApplicationEngine m_engine;
+    std::function<void()> m_whenPainted;
+    std::shared_ptr<Timer> m_timer;
 };
 
 }  // namespace torv

@@ -45,7 +45,8 @@ public:
             first = std::make_shared<torv::iTorvViewController>(
                 control, torv::DashboardScreens{.mainMenu = [this] { return menu(); }, .carSetup = {}});
             stage = std::make_unique<torv::Stage>(first, status.get());
-            window = std::make_unique<torv::MainWindow>(*stage);
+            window = std::make_unique<torv::MainWindow>();
+            window->show(*stage);
         });
         if (view()) view()->resize(size);
     }
