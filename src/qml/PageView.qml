@@ -42,6 +42,8 @@ Item {
         height: Math.round(room.height * root.u)
         clip: true
         visible: root.height > y
+        // Made when the drawer is first opened: a start has better to do.
+        onVisibleChanged: if (visible) items.model = Qt.binding(() => root.picker.items)
 
         Item {
             id: content
@@ -54,7 +56,7 @@ Item {
             }
 
             Repeater {
-                model: root.picker.items
+                id: items
 
                 IndicatorView {
                     required property var modelData

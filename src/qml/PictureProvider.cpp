@@ -10,6 +10,7 @@
 #include "dashboards/LcdFont.h"
 #include "platform/Log.h"
 #include "platform/Platform.h"
+#include "screens/Image.h"
 
 namespace torv {
 namespace {
@@ -28,15 +29,16 @@ QPixmap pictureFromFile(const QString& name, QSize size) {
         const auto path = resources.pathForResourceOfType(file.toStdString(), "png");
         return path ? QImage{QString::fromStdString(path->string())} : QImage{};
     };
-    auto image = load(1);
+    const auto natural = imageNamed(name).size;
+    int scale = 1;
+    if (!natural.isEmpty()) {
+        const double growth = std::max(size.width() / natural.width(), size.height() / natural.height());
+        scale = std::clamp(static_cast<int>(std::ceil(growth - 0.05)), 1, largestScale);
+    }
+    auto image = load(scale);
+    if (image.isNull() && scale > 1) image = load(1);
     if (image.isNull()) logLine("the picture " + stem.toStdString() + " can't be read");
     if (image.isNull() || size.isEmpty()) return QPixmap::fromImage(image);
-    const double growth = std::max(static_cast<double>(size.width()) / image.width(),
-                                   static_cast<double>(size.height()) / image.height());
-    const int scale = std::clamp(static_cast<int>(std::ceil(growth - 0.05)), 1, largestScale);
-    if (scale > 1) {
-        if (auto larger = load(scale); !larger.isNull()) image = std::move(larger);
-    }
     if (image.size() != size) image = image.scaled(size, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
     return QPixmap::fromImage(image);
 }
