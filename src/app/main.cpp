@@ -3,6 +3,7 @@
 #include <QDir>
 #include <QFileInfo>
 #include <QGuiApplication>
+#include <QIcon>
 #include <QQuickWindow>
 #include <QUrl>
 #include <algorithm>
@@ -224,6 +225,8 @@ int main(int argc, char** argv) {
         if (!imageNamed(picture))
             logLine("the picture " + std::string{picture} + " of the application is missing");
     }
+    if (const auto icon = platform.resources().pathForResourceOfType("images/itorv@2x", "png"))
+        QGuiApplication::setWindowIcon(QIcon{QString::fromStdString(icon->string())});
     const auto control = std::make_shared<iTorvAppDelegate>();
     const MemoryPressure pressure{[&] { control->applicationDidReceiveMemoryWarning(); }};
     std::unique_ptr<ConnectionStatus> status;
