@@ -142,6 +142,7 @@ void DashboardViewController::touch(Touching what, int finger, double x, double 
     // Screens report fractions of a point, and a finger held still would never stand still.
     const QPointF point{std::round(x), std::round(y)};
     queueTouch(this, [what, finger, point](DashboardViewController& page) {
+        if (!page.takesTouches()) return;
         const auto kept = page.shared_from_this();  // it may be left while one of its exchanges blocks
         (page.m_touches.*what)(finger, point);
         emit page.pressedChanged();
@@ -169,6 +170,7 @@ void DashboardViewController::touchCancelled() {
 
 void DashboardViewController::touchKey(int key) {
     queueTouch(this, [key](DashboardViewController& page) {
+        if (!page.takesTouches()) return;
         const auto kept = page.shared_from_this();
         if (key == Qt::Key_Left) return page.rightSwipe();
         if (page.progress()) return;
@@ -191,7 +193,7 @@ void DashboardViewController::touchKey(int key) {
 
 void DashboardViewController::touchWheel(double angle) {
     queueTouch(this, [angle](DashboardViewController& page) {
-        if (!page.m_pageView->expanded()) return;
+        if (!page.takesTouches() || !page.m_pageView->expanded()) return;
         page.m_wheel += angle;
         if (std::abs(page.m_wheel) < wheelStep) return;
         if (std::exchange(page.m_wheel, 0) < 0) {

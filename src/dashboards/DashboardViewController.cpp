@@ -408,8 +408,8 @@ void DashboardViewController::incrementPowerBy(std::int64_t delta) {
 }
 
 void DashboardViewController::goBackOnePage() {
-    // A second touch may still reach a page that is on its way out, or one under another.
-    if (!presentingViewController() || presentedViewController()) return;
+    if (!presentingViewController() || !takesTouches()) return;
+    m_left = true;
     for (const auto& [aid, indicator] : m_indicatorViews)
         indicator->setDelegate(nullptr);
     m_application->removeDelegate(this);

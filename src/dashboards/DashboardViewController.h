@@ -177,6 +177,8 @@ protected:
 private:
     using Touching = void (PageTouches::*)(int, QPointF);
 
+    /// A touch that was on its way may still come to a page that has been left, or that lies under another.
+    [[nodiscard]] bool takesTouches() const { return !m_left && !presentedViewController(); }
     void touch(Touching what, int finger, double x, double y);
     [[nodiscard]] QRectF onStage(QRectF frame) const { return frame.translated(stageLeft(), 0); }
     [[nodiscard]] std::ptrdiff_t indexOf(const DroppableView& place) const;
@@ -210,6 +212,7 @@ private:
     bool m_replaying = false;
     bool m_replayAgain = false;
     bool m_steppingPower = false;
+    bool m_left = false;
     double m_wheel = 0;  // turned since the last page
     bool m_pickerInFront = false;
     PageTouches m_touches{*this};

@@ -437,6 +437,10 @@ TEST_F(PageTest, PagesStackAndLeaveNothingBehind) {
     dynamic_cast<LastViewController&>(*stage.top()).goTofirst();
     second->rightSwipe();
     second->rightSwipe();  // once more while it is leaving
+    const auto kept = second->shared_from_this();
+    second->touchKey(Qt::Key_Space);
+    platform.loop.runWork();
+    EXPECT_FALSE(second->pageView().expanded());
     EXPECT_EQ(stage.top(), first.get());
     platform.loop.runWork();
     receive(9, {62});

@@ -95,6 +95,22 @@ TEST_F(JourneyTest, ThePowerLevelStepsByTouchAndByKey) {
     EXPECT_TRUE(app->waitUntil([&] { return level() == before; }));
 }
 
+TEST_F(JourneyTest, HastyKeysLeaveNoPageWithoutItsValues) {
+    for (int round = 0; round < 5; ++round) {
+        for (const int code :
+             {Qt::Key_Right, Qt::Key_Right, Qt::Key_Space, Qt::Key_Plus, Qt::Key_Left, Qt::Key_Left,
+              Qt::Key_Left, Qt::Key_Right, Qt::Key_Space, Qt::Key_Left, Qt::Key_Left})
+            key(code);
+        app->runFor(50ms * round);
+    }
+    for (int i = 0; i < 3; ++i)
+        key(Qt::Key_Left);
+    ASSERT_TRUE(app->waitUntil([&] { return page() && page()->traits().number == 1; }));
+    const auto gauge = page()->droppableViews()[0]->gauge();
+    const double before = gauge->value();
+    EXPECT_TRUE(app->waitUntil([&] { return gauge->value() != before && !gauge->isOld(); }));
+}
+
 TEST_F(JourneyTest, SwipesLeadThroughThePagesAndMemoryStaysLevel) {
     const auto there = [&] { app->swipe({450, 120}, {250, 125}); };
     const auto back = [&] { app->swipe({250, 120}, {450, 125}); };
