@@ -1,14 +1,12 @@
 #include "dashboards/DashboardViewController.h"
 
 #include <algorithm>
-#include <cmath>
+#include <array>
 #include <string>
 #include <utility>
 
 #include "dashboards/IndicatorViewFactory.h"
-#include "platform/Log.h"
 #include "screens/NavigationController.h"
-#include "screens/Touch.h"
 #include "support/Value.h"
 
 namespace torv {
