@@ -19,6 +19,9 @@ struct Options {
     Milliseconds jitter{};      ///< each frame is up to this much late
     std::vector<std::pair<Fault, Trigger>> faults{};
     std::vector<std::string> troubleCodes{};
+    /// Asked on the bench's thread before each segment; while it says no, nothing is sent. For a handset
+    /// whose receive queue can be seen, so that no two segments arrive as one. It must not call the bench.
+    std::function<bool()> hasReadAll{};
     std::function<void(const std::string&)>
         log{};  ///< a line per event, called on the bench's thread; it must not call the bench
 };

@@ -220,7 +220,7 @@ void Server::tick() {
         const Clock::time_point now = Clock::now();
         const bool held = m_socket == nullptr || m_muted || now < m_silentUntil || now < m_lastSent + gap;
         // A client that does not read must not fill our memory.
-        if (held || m_socket->bytesToWrite() > 0) {
+        if (held || m_socket->bytesToWrite() > 0 || (m_options.hasReadAll && !m_options.hasReadAll())) {
             if (!held) m_lastSent = now;
         } else if (!m_splitRest.empty()) {
             put(std::exchange(m_splitRest, {}));
