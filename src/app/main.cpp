@@ -3,7 +3,6 @@
 #include <QDir>
 #include <QFileInfo>
 #include <QGuiApplication>
-#include <QIcon>
 #include <QQuickWindow>
 #include <QUrl>
 #include <algorithm>
@@ -225,8 +224,6 @@ int main(int argc, char** argv) {
         if (!imageNamed(picture))
             logLine("the picture " + std::string{picture} + " of the application is missing");
     }
-    if (const auto icon = platform.resources().pathForResourceOfType("images/itorv@2x", "png"))
-        QGuiApplication::setWindowIcon(QIcon{QString::fromStdString(icon->string())});
     const auto control = std::make_shared<iTorvAppDelegate>();
     const MemoryPressure pressure{[&] { control->applicationDidReceiveMemoryWarning(); }};
     std::unique_ptr<ConnectionStatus> status;

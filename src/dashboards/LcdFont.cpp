@@ -4,6 +4,10 @@
 #include <QFontMetricsF>
 #include <QTransform>
 #include <QUrl>
+#include <map>
+#include <mutex>
+
+#include "dashboards/BuiltInFont.h"
 
 namespace torv {
 namespace {
@@ -14,28 +18,47 @@ constexpr double capitals = 0.74;   // height of a capital for each unit of font
 constexpr double glyphWidth = 0.84;
 constexpr double glyphHeight = 0.86;
 
-QFont fontOf(const char* family, bool bold) {
-    QFont font;
-    font.setFamilies({QString::fromLatin1(family), QStringLiteral("DejaVu Sans Condensed")});
-    font.setBold(bold);
-    font.setPixelSize(static_cast<int>(drawnAt));
-    return font;
-}
+/// The outlines of single signs, each taken once. Any thread.
+class Signs final {
+public:
+    BuiltInFont::Glyph glyph(QChar sign) {
+        const std::scoped_lock lock{m_mutex};
+        const auto known = m_glyphs.find(sign);
+        return known == m_glyphs.end() ? m_glyphs.emplace(sign, made(sign)).first->second : known->second;
+    }
 
-/// Digits have seven segments, letters fourteen; other signs are not for segments at this size.
-const QFont& fontFor(QChar sign) {
-    static const QFont digits = fontOf("DSEG7 Classic", true);
-    static const QFont letters = fontOf("DSEG14 Modern", false);
-    static const QFont others = fontOf("DejaVu Sans Condensed", true);
-    const bool segments =
-        sign.unicode() < 128 && (sign.isLetter() || sign == u'.' || sign == u'-' || sign == u' ');
-    return sign.isDigit() ? digits : segments ? letters : others;
+private:
+    /// Digits have seven segments, letters fourteen; other signs are not for segments at this size.
+    BuiltInFont::Glyph made(QChar sign) const {
+        const bool segments =
+            sign.unicode() < 128 && (sign.isLetter() || sign == u'.' || sign == u'-' || sign == u' ');
+        const auto& font = sign.isDigit() ? m_digits : segments ? m_letters : m_others;
+        if (auto glyph = font.glyph(sign.unicode())) return *std::move(glyph);
+        if (auto glyph = m_others.glyph(sign.unicode())) return *std::move(glyph);
+        QFont any;
+        any.setPixelSize(static_cast<int>(drawnAt));
+        BuiltInFont::Glyph glyph;
+        glyph.outline.addText(0, 0, any, sign);
+        glyph.advance = QFontMetricsF{any}.horizontalAdvance(sign);
+        return glyph;
+    }
+
+    const BuiltInFont m_digits{QStringLiteral(":/fonts/DSEG7Classic-Bold.ttf"), drawnAt};
+    const BuiltInFont m_letters{QStringLiteral(":/fonts/DSEG14Modern-Regular.ttf"), drawnAt};
+    const BuiltInFont m_others{QStringLiteral(":/fonts/DejaVuSansCondensed-Bold.ttf"), drawnAt};
+    std::mutex m_mutex;
+    std::map<QChar, BuiltInFont::Glyph> m_glyphs;
+};
+
+BuiltInFont::Glyph glyphOf(QChar sign) {
+    static Signs signs;
+    return signs.glyph(sign);
 }
 
 double advance(const QString& text) {
     double width = 0;
     for (const auto sign : text)
-        width += QFontMetricsF{fontFor(sign)}.horizontalAdvance(sign);
+        width += glyphOf(sign).advance;
     return width;
 }
 
@@ -43,8 +66,9 @@ QPainterPath outline(const QString& text) {
     QPainterPath path;
     double x = 0;
     for (const auto sign : text) {
-        path.addText(x, 0, fontFor(sign), sign);
-        x += advance(sign);
+        const auto glyph = glyphOf(sign);
+        path.addPath(glyph.outline.translated(x, 0));
+        x += glyph.advance;
     }
     path.setFillRule(Qt::WindingFill);
     return path;

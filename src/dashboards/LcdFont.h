@@ -1,5 +1,5 @@
 // The font "LcdD": letters and digits of fourteen segments from the DSEG family, somewhat condensed, and from
-// DejaVu what that lacks. Main thread, for Qt's fonts.
+// DejaVu what that lacks. Any thread.
 #pragma once
 
 #include <QPainterPath>

@@ -3,9 +3,7 @@ import QtQuick
 Item {
     id: overlay
 
-    property var alert: null
-
-    visible: alert !== null
+    required property var alert
 
     Rectangle {
         anchors.fill: parent
@@ -37,7 +35,7 @@ Item {
                 width: parent.width - 32
                 horizontalAlignment: Text.AlignHCenter
                 wrapMode: Text.Wrap
-                text: overlay.alert ? overlay.alert.title : ""
+                text: overlay.alert.title
                 color: Theme.text
                 font.pixelSize: 15
                 font.bold: true
@@ -49,7 +47,7 @@ Item {
                 visible: text !== ""
                 horizontalAlignment: Text.AlignHCenter
                 wrapMode: Text.Wrap
-                text: overlay.alert ? overlay.alert.message : ""
+                text: overlay.alert.message
                 color: Theme.faint
                 font.pixelSize: 12
             }
@@ -58,7 +56,7 @@ Item {
                 width: parent.width
 
                 Repeater {
-                    model: overlay.alert ? overlay.alert.buttons : []
+                    model: overlay.alert.buttons
 
                     BarButton {
                         required property int index

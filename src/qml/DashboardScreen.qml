@@ -59,124 +59,78 @@ Item {
             }
         }
 
-        Repeater {
-            model: page.screen.places
-
-            Picture {
-                required property var modelData
-
-                z: 9
-                u: page.u
-                frame: Qt.rect(modelData.frame.x + modelData.clearButtonFrame.x,
-                               modelData.frame.y + modelData.clearButtonFrame.y,
-                               modelData.clearButtonFrame.width, modelData.clearButtonFrame.height)
-                name: modelData.clearButtonShown ? "picture/CLOSE.png" : ""
-            }
-        }
-
         Loader {
             z: 10
-            active: page.screen.controls !== null
-            sourceComponent: ControlStrip {
-                strip: page.screen.controls
-                u: page.u
-            }
-        }
-
-        Repeater {
-            model: page.screen.buttons
-
-            Picture {
-                required property var modelData
-
-                z: 11
-                u: page.u
-                frame: modelData.frame
-                name: modelData.image
-                opacity: page.screen.pressedButton === modelData.name ? 0.6 : 1
-            }
-        }
-
-        PageView {
-            z: 13
-            u: page.u
-            picker: page.screen.pageView
-            pressed: page.screen.pressedButton
+            asynchronous: true
+            Component.onCompleted: setSource("DashboardControls.qml",
+                                             { "screen": page.screen, "u": Qt.binding(() => page.u) })
         }
 
         // The state of the link, over everything while it is not what it should be.
-        Rectangle {
+        Loader {
             z: 14
             x: 4 * page.u
             y: page.screen.pageView.frame.y * page.u + (page.screen.pageView.expanded ? -20 : 14) * page.u
-            width: words.width + 10 * page.u
-            height: 15 * page.u
-            radius: height / 2
-            color: "#e0101214"
-            visible: !page.stage.status.connected
+            active: !page.stage.status.connected
+            asynchronous: true
+            sourceComponent: Rectangle {
+                width: words.width + 10 * page.u
+                height: 15 * page.u
+                radius: height / 2
+                color: "#e0101214"
 
-            Row {
-                id: words
+                Row {
+                    id: words
 
-                anchors.centerIn: parent
-                spacing: 4 * page.u
+                    anchors.centerIn: parent
+                    spacing: 4 * page.u
 
-                Picture {
-                    anchors.verticalCenter: parent.verticalCenter
-                    u: page.u
-                    frame: Qt.rect(0, 0, 6, 6)
-                    name: "picture/SELECTED_DOT.png"
-                }
-                Text {
-                    text: page.stage.status.text
-                    color: Theme.text
-                    font.pixelSize: Math.max(9 * page.u, 1)
+                    Picture {
+                        anchors.verticalCenter: parent.verticalCenter
+                        u: page.u
+                        frame: Qt.rect(0, 0, 6, 6)
+                        name: "picture/SELECTED_DOT.png"
+                    }
+                    Text {
+                        text: page.stage.status.text
+                        color: Theme.text
+                        font.pixelSize: Math.max(9 * page.u, 1)
+                    }
                 }
             }
+        }
+
+        OnDemand {
+            z: 14
+            shown: page.screen.touchingView
+            look: "DraggableIndicatorView.qml"
+            parameters: view => ({ "view": view, "u": page.u })
         }
 
         Loader {
-            id: dragged
-
-            z: 14
-
-            function show() {
-                const view = page.screen.touchingView;
-                if (view) {
-                    setSource("DraggableIndicatorView.qml", { "view": view, "u": page.u });
-                } else {
-                    source = "";
-                }
-            }
-
-            Connections {
-                target: page.screen
-                function onTouchingViewChanged() { dragged.show(); }
-            }
-        }
-
-        Rectangle {
             z: 15
-            visible: page.screen.toast !== ""
             x: page.screen.toastFrame.x * page.u
             y: page.screen.toastFrame.y * page.u
             width: page.screen.toastFrame.width * page.u
             height: page.screen.toastFrame.height * page.u
-            radius: 8 * page.u
-            color: "#545454"
-            border.width: 2 * page.u
-            border.color: "white"
+            active: page.screen.toast !== ""
+            sourceComponent: Rectangle {
+                radius: 8 * page.u
+                color: "#545454"
+                border.width: 2 * page.u
+                border.color: "white"
 
-            Text {
-                anchors.fill: parent
-                anchors.margins: 10 * page.u
-                horizontalAlignment: Text.AlignHCenter
-                verticalAlignment: Text.AlignVCenter
-                wrapMode: Text.Wrap
-                textFormat: Text.PlainText
-                text: page.screen.toast
-                color: "white"
-                font.pixelSize: Math.max(14 * page.u, 1)
+                Text {
+                    anchors.fill: parent
+                    anchors.margins: 10 * page.u
+                    horizontalAlignment: Text.AlignHCenter
+                    verticalAlignment: Text.AlignVCenter
+                    wrapMode: Text.Wrap
+                    textFormat: Text.PlainText
+                    text: page.screen.toast
+                    color: "white"
+                    font.pixelSize: Math.max(14 * page.u, 1)
+                }
             }
         }
     }
@@ -203,12 +157,13 @@ Item {
         onWheel: event => page.screen.touchWheel(event.angleDelta.y)
     }
 
-    ProgressOverlay {
+    OnDemand {
         width: page.width / page.u
         height: page.height / page.u
         scale: page.u
         transformOrigin: Item.TopLeft
-        progress: page.screen.progress
-        swallowsTouches: false
+        shown: page.screen.progress
+        look: "ProgressOverlay.qml"
+        parameters: progress => ({ "progress": progress, "swallowsTouches": false })
     }
 }

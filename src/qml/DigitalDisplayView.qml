@@ -18,6 +18,7 @@ Item {
             readonly property string glyph: display.view.glyphs[index]
 
             u: display.u
+            asynchronous: false
             name: glyph === "" ? "" : "glyph/" + glyph
             frame: Qt.rect(display.view.offsets[index] + (display.view.cellSize.width - display.view.glyphSize.width) / 2,
                            2, display.view.glyphSize.width, display.view.glyphSize.height)

@@ -24,24 +24,10 @@ Item {
         name: root.place.image
     }
 
-    Loader {
-        id: gauge
-
+    OnDemand {
         anchors.fill: parent
-
-        function show() {
-            if (root.place.gauge) {
-                setSource("GaugeView.qml", { "gauge": root.place.gauge, "u": Qt.binding(() => root.u) });
-            } else {
-                source = "";
-            }
-        }
-
-        Component.onCompleted: show()
-
-        Connections {
-            target: root.place
-            function onGaugeChanged() { gauge.show(); }
-        }
+        shown: root.place.gauge
+        look: "GaugeView.qml"
+        parameters: gauge => ({ "gauge": gauge, "u": Qt.binding(() => root.u) })
     }
 }

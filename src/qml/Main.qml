@@ -56,16 +56,18 @@ Window {
         scale: points
         transformOrigin: Item.TopLeft
 
-        Loader {
+        OnDemand {
             anchors.fill: parent
-            active: window.stage !== null && window.stage.progress !== null
-            sourceComponent: ProgressOverlay { progress: window.stage.progress }
+            shown: window.stage ? window.stage.progress : null
+            look: "ProgressOverlay.qml"
+            parameters: progress => ({ "progress": progress })
         }
 
-        Loader {
+        OnDemand {
             anchors.fill: parent
-            active: window.stage !== null && window.stage.alert !== null
-            sourceComponent: AlertOverlay { alert: window.stage.alert }
+            shown: window.stage ? window.stage.alert : null
+            look: "AlertOverlay.qml"
+            parameters: alert => ({ "alert": alert })
         }
     }
 }

@@ -1,5 +1,7 @@
 #include "qml/MainWindow.h"
 
+#include <QIcon>
+#include <QPixmap>
 #include <chrono>
 #include <utility>
 
@@ -11,6 +13,7 @@ namespace torv {
 namespace {
 
 constexpr std::chrono::milliseconds longEnough{200};  // a window that nobody sees is never painted
+constexpr QSize iconSize{128, 128};
 
 }  // namespace
 
@@ -41,7 +44,11 @@ void MainWindow::painted() {
 }
 
 void MainWindow::show(Stage& stage) {
-    if (auto* shown = window()) shown->setProperty("stage", QVariant::fromValue<QObject*>(&stage));
+    auto* shown = window();
+    if (!shown) return;
+    shown->setProperty("stage", QVariant::fromValue<QObject*>(&stage));
+    const auto icon = PictureProvider{}.requestImage(QStringLiteral("picture/itorv.png"), nullptr, iconSize);
+    shown->setIcon(QIcon{QPixmap::fromImage(icon)});
 }
 
 QQuickWindow* MainWindow::window() const {

@@ -1,7 +1,10 @@
 import QtQuick
 
-// A picture at its place, at whole pixels and made for its size.
+// A picture at its place, at whole pixels and made for its size. It is read on a thread of Qt's, so that values
+// needn't wait for it; one that takes another's place comes at once, or the place would blink.
 Image {
+    id: root
+
     property rect frame
     property real u: 1
     property string name
@@ -14,4 +17,6 @@ Image {
     sourceSize: Qt.size(Math.max(width, 1), Math.max(height, 1))
     source: visible ? "image://iTorv/" + name : ""
     smooth: false
+    asynchronous: true
+    onStatusChanged: if (status === Image.Ready) asynchronous = false
 }

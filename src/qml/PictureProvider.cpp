@@ -1,6 +1,7 @@
 #include "qml/PictureProvider.h"
 
 #include <QImage>
+#include <QImageReader>
 #include <QPainter>
 #include <QUrl>
 #include <algorithm>
@@ -20,14 +21,17 @@ constexpr double labelFontSize = 0.9;  // of the box's height
 constexpr double smallest = 0.55;      // of that; smaller letters can't be read
 constexpr int longestLabel = 200;
 
-QPixmap pictureFromFile(const QString& name, QSize size) {
+QImage pictureFromFile(const QString& name, QSize size) {
     const auto stem = name.endsWith(u".png") ? name.chopped(4) : name;
     const auto& resources = Platform::current().resources();
     const auto load = [&](int scale) {
         const auto file =
             QStringLiteral("images/") + stem + (scale > 1 ? QStringLiteral("@%1x").arg(scale) : QString{});
         const auto path = resources.pathForResourceOfType(file.toStdString(), "png");
-        return path ? QImage{QString::fromStdString(path->string())} : QImage{};
+        if (!path) return QImage{};
+        QImageReader reader{QString::fromStdString(path->string()), "png"};
+        reader.setAutoDetectImageFormat(false);  // or every plugin for pictures would be loaded first
+        return reader.read();
     };
     const auto natural = imageNamed(name).size;
     int scale = 1;
@@ -38,13 +42,15 @@ QPixmap pictureFromFile(const QString& name, QSize size) {
     auto image = load(scale);
     if (image.isNull() && scale > 1) image = load(1);
     if (image.isNull()) logLine("the picture " + stem.toStdString() + " can't be read");
-    if (image.isNull() || size.isEmpty()) return QPixmap::fromImage(image);
-    if (image.size() != size) image = image.scaled(size, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
-    return QPixmap::fromImage(image);
+    if (image.isNull()) return image;
+    if (!size.isEmpty() && image.size() != size)
+        image = image.scaled(size, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+    image.convertTo(QImage::Format_ARGB32_Premultiplied);  // as it is drawn: here it costs no frame
+    return image;
 }
 
-QPixmap painted(QSize size, const QPainterPath& path, const QColor& colour) {
-    QPixmap picture{size.expandedTo({1, 1})};
+QImage painted(QSize size, const QPainterPath& path, const QColor& colour) {
+    QImage picture{size.expandedTo({1, 1}), QImage::Format_ARGB32_Premultiplied};
     picture.fill(Qt::transparent);
     QPainter painter{&picture};
     painter.setRenderHint(QPainter::Antialiasing);
@@ -52,7 +58,7 @@ QPixmap painted(QSize size, const QPainterPath& path, const QColor& colour) {
     return picture;
 }
 
-QPixmap glyph(const QString& key, QSize size) {
+QImage glyph(const QString& key, QSize size) {
     for (const auto& style : displayStyles) {
         const auto format = QString::fromLatin1(style.keyFormat);
         const auto begin = format.left(format.indexOf(u'%'));
@@ -71,7 +77,7 @@ QColor grey() {
     return QColor::fromRgbF(level, level, level);
 }
 
-QPixmap text(const QString& words, double fontSize, QSize size) {
+QImage text(const QString& words, double fontSize, QSize size) {
     const auto natural = lcdTextSize(words, fontSize);
     if (size.isEmpty()) size = natural.toSize();
     const double scale = size.height() / natural.height();
@@ -81,7 +87,7 @@ QPixmap text(const QString& words, double fontSize, QSize size) {
 }
 
 /// As large as the box allows, smaller where the text is long, and cut where it would be too small.
-QPixmap label(const QString& words, const QColor& colour, QSize size) {
+QImage label(const QString& words, const QColor& colour, QSize size) {
     const double fontSize = size.height() * labelFontSize;
     auto shown = words.left(longestLabel);
     while (shown.size() > 1 && lcdTextSize(shown, fontSize).width() * smallest > size.width())
@@ -97,12 +103,12 @@ QString decodedText(const QString& text) {
 
 }  // namespace
 
-QPixmap PictureProvider::requestPixmap(const QString& id, QSize* size, const QSize& requestedSize) {
+QImage PictureProvider::requestImage(const QString& id, QSize* size, const QSize& requestedSize) {
     const auto kind = id.section(u'/', 0, 0);
     const auto rest = id.section(u'/', 1);
     const auto first = rest.section(u'/', 0, 0);
     const auto last = decodedText(rest.section(u'/', 1));
-    QPixmap picture;
+    QImage picture;
     if (kind == u"picture") picture = pictureFromFile(rest, requestedSize);
     if (kind == u"glyph") picture = glyph(rest, requestedSize);
     if (kind == u"text") picture = text(last, first.toDouble(), requestedSize);

@@ -4,7 +4,7 @@
 
 namespace torv {
 
-/// Makes each picture at the very size at which it is shown, so that drawing it is a plain copy. Main thread.
+/// Makes each picture at the very size at which it is shown, so that drawing it is a plain copy. Any thread.
 ///
 ///   picture/NAME.png       the file, of its three sizes the one that has to grow least
 ///   glyph/KEY              one sign of a read-out, by the key of its style and character
@@ -12,9 +12,9 @@ namespace torv {
 ///   label/COLOUR/TEXT      the same fitted into a box, closer and then cut where it is too long
 class PictureProvider final : public QQuickImageProvider {
 public:
-    PictureProvider() : QQuickImageProvider(QQuickImageProvider::Pixmap) {}
+    PictureProvider() : QQuickImageProvider(QQuickImageProvider::Image) {}
 
-    QPixmap requestPixmap(const QString& id, QSize* size, const QSize& requestedSize) override;
+    QImage requestImage(const QString& id, QSize* size, const QSize& requestedSize) override;
 };
 
 }  // namespace torv

@@ -3,10 +3,8 @@ import QtQuick
 Item {
     id: overlay
 
-    property var progress: null
+    required property var progress
     property bool swallowsTouches: true
-
-    visible: progress !== null
 
     Rectangle {
         anchors.fill: parent
@@ -54,7 +52,7 @@ Item {
                     }
                 }
                 RotationAnimation on rotation {
-                    running: overlay.visible
+                    running: true
                     from: 0
                     to: 360
                     duration: 900
@@ -66,7 +64,7 @@ Item {
                 width: parent.width
                 horizontalAlignment: Text.AlignHCenter
                 wrapMode: Text.Wrap
-                text: overlay.progress ? overlay.progress.labelText : ""
+                text: overlay.progress.labelText
                 color: Theme.text
                 font.pixelSize: 14
             }
@@ -76,14 +74,14 @@ Item {
                 visible: text !== ""
                 horizontalAlignment: Text.AlignHCenter
                 wrapMode: Text.Wrap
-                text: overlay.progress ? overlay.progress.detailsLabelText : ""
+                text: overlay.progress.detailsLabelText
                 color: Theme.faint
                 font.pixelSize: 11
             }
 
             BarButton {
                 anchors.horizontalCenter: parent.horizontalCenter
-                visible: overlay.progress ? overlay.progress.cancellable : false
+                visible: overlay.progress.cancellable
                 height: 30
                 text: "Cancel"
                 onTouched: overlay.progress.touchCancel()
