@@ -72,13 +72,14 @@ TEST_F(JourneyTest, ADraggedSensorIsFoundAgainAfterARestartAndClearedByItsButton
 TEST_F(JourneyTest, ALimitThatIsCrossedLightsTheAlertAndPutsItOutAgain) {
     auto& warning = page()->controls()->warningView();
     ASSERT_TRUE(app->waitUntil([&] { return !warning.warning(); }));
-    const auto calm = app->view()->grabWindow();
     module.setValue(oilPressure, {5});
     ASSERT_TRUE(app->waitUntil([&] { return warning.warning(); }));
     const auto u = app->view()->width() / page()->viewWidth();
     const auto icon = warning.frame().center() + page()->controls()->frame().topLeft();
-    const auto colour = app->view()->grabWindow().pixelColor((icon * u).toPoint() + QPoint{0, -10});
-    EXPECT_GT(colour.red(), colour.blue() + 50);
+    EXPECT_TRUE(app->waitUntil([&] {
+        const auto colour = app->view()->grabWindow().pixelColor((icon * u).toPoint() + QPoint{0, -10});
+        return colour.red() > colour.blue() + 50;
+    }));
     module.setValue(oilPressure, {60});
     EXPECT_TRUE(app->waitUntil([&] { return !warning.warning(); }));
 }
