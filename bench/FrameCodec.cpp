@@ -38,7 +38,7 @@ std::uint8_t crc8(ByteView bytes) {
 
 Bytes encode(const Frame& frame) {
     const std::size_t size = std::min(frame.payload.size(), maxPayload);
-    Bytes wire{static_cast<std::uint8_t>((frame.type << 4U) | (size + 1))};
+    Bytes wire{static_cast<std::uint8_t>((std::size_t{frame.type} << 4U) | (size + 1))};
     wire.insert(wire.end(), frame.payload.begin(), frame.payload.begin() + static_cast<std::ptrdiff_t>(size));
     wire.push_back(crc8(wire));
     return wire;

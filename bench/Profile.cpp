@@ -53,7 +53,7 @@ Attribute readAttribute(const QJsonObject& object) {
 std::vector<Attribute> readList(const QJsonValue& list) {
     std::vector<Attribute> attributes;
     const QJsonArray elements = list.toArray();
-    for (const QJsonValue& element : elements)
+    for (const auto& element : elements)
         attributes.push_back(readAttribute(element.toObject()));
     return attributes;
 }
@@ -61,7 +61,8 @@ std::vector<Attribute> readList(const QJsonValue& list) {
 std::vector<Attribute> readGroups(const QJsonValue& list) {
     std::vector<Attribute> all;
     const QJsonArray groups = list.toArray();
-    for (const QJsonValue& group : groups) {
+    for (const auto& element : groups) {
+        const QJsonObject group = element.toObject();
         for (Attribute& item : readList(group["items"])) {
             const double middle = (item.minValue + item.maxValue) / 2;
             item.initial = group["default"].toDouble(middle);
@@ -141,9 +142,9 @@ Bytes Attribute::encode(double value) const {
             break;
         case Layout::time: {  // the high byte of the hours counts 255s
             const auto seconds = static_cast<std::uint64_t>(std::max(0.0, value));
-            const auto hours = static_cast<double>(seconds / 3600);
-            appendNumber(bytes, std::fmod(hours, 255.0), 1);
-            appendNumber(bytes, std::floor(hours / 255.0), 1);
+            const std::uint64_t hours = seconds / 3600;
+            appendNumber(bytes, static_cast<double>(hours % 255), 1);
+            appendNumber(bytes, static_cast<double>(hours / 255), 1);
             appendNumber(bytes, static_cast<double>(seconds / 60 % 60), 1);
             appendNumber(bytes, static_cast<double>(seconds % 60), 1);
             break;

@@ -75,6 +75,9 @@ std::optional<std::int64_t> wholeNumber(const QString& text, std::int64_t lowest
     return number;
 }
 
+/// Stands for the hyphen of negative numbers while Qt looks for options, which it would take them for.
+constexpr QChar minusSign{u'\u2212'};
+
 }  // namespace
 
 std::optional<Arguments> readArguments(const QStringList& arguments, std::string& error) {
@@ -100,11 +103,16 @@ std::optional<Arguments> readArguments(const QStringList& arguments, std::string
         {"update-server", "Where vehicle profiles are updated from.", "URL"},
         {"verbose", "Say on the standard error stream what goes on."},
     });
-    if (!parser.parse(arguments)) return refuse(parser.errorText().toStdString());
+    auto passed = arguments;
+    for (auto& argument : passed) {
+        if (argument.size() > 1 && argument[0] == u'-' && (argument[1].isDigit() || argument[1] == u'.'))
+            argument[0] = minusSign;
+    }
+    if (!parser.parse(passed)) return refuse(parser.errorText().toStdString());
     if (parser.isSet("help")) parser.showHelp(0);
     if (parser.isSet("version")) parser.showVersion();
 
-    const auto words = parser.positionalArguments();
+    const auto words = parser.positionalArguments().replaceInStrings(QString{minusSign}, QStringLiteral("-"));
     if (words.isEmpty()) return refuse("a command is missing; see --help");
     const auto row =
         std::find_if(commands.begin(), commands.end(), [&](const CommandRow& c) { return fits(c, words); });

@@ -88,8 +88,8 @@ void ZephrelaneDriver::openSockets() {
     const auto endpoint =
         m_options.module.value_or(Endpoint{selfAssigned ? "169.254.1.1" : "1.2.3.4", modulePort});
     m_stream = m_platform.streams().streamToHost(endpoint);
-    m_stream->setClient([this](ByteStream::Event event) { streamEvent(event); });
-    const bool opened = m_stream->open();
+    if (m_stream) m_stream->setClient([this](ByteStream::Event event) { streamEvent(event); });
+    const bool opened = m_stream && m_stream->open();
     if ((!opened || m_counter < 0) && m_delegate) m_delegate->zephrelaneDriverDidFailToConnect(*this);
 }
 

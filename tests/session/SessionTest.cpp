@@ -279,8 +279,11 @@ TEST_F(SessionTest, AStreamThatTakesNothingIsWaitedForUntilTheLoopGivesUp) {
     EXPECT_GE(platform.loop.time(), 1500ms);
 
     platform.stream().accepts = false;
+    bool nested = true;
+    platform.loop.performOnMainThread([&] { nested = feeder->setValueForAID(Bytes{2}, 6); });
     platform.loop.scheduleTimer(10s, false, [&](Timer&) { platform.loop.quit(); });
     EXPECT_FALSE(feeder->setValueForAID(Bytes{1}, 5));
+    EXPECT_FALSE(nested);  // refused while the other waited
 }
 
 TEST_F(SessionTest, AFailedWriteOfTheStreamIsTriedAgain) {
@@ -289,6 +292,22 @@ TEST_F(SessionTest, AFailedWriteOfTheStreamIsTriedAgain) {
     platform.stream().failingWrites = 2;
     EXPECT_TRUE(feeder->setValueForAID(Bytes{1}, 5));
     EXPECT_EQ(count(frame({0x03, 5, 1})), 1);
+    platform.stream().failingWrites = 1000;
+    platform.loop.quit();
+    EXPECT_FALSE(feeder->setValueForAID(Bytes{2}, 5));
+    EXPECT_GT(platform.stream().failingWrites, 990);
+}
+
+TEST_F(SessionTest, ARespTimerThatHasLostItsGuardEndsTheNextRequestEarly) {
+    connect();
+    auto& center = platform.notificationCenter();
+    for (const auto name :
+         {x2comStartRespTimerNotification, x2comStartAckTimerNotification, x2comStopAckTimerNotification})
+        center.postNotificationName(std::string{name});
+    platform.loop.runFor(60ms);
+    const auto begin = platform.loop.time();
+    EXPECT_FALSE(feeder->requestValueForAID(12));
+    EXPECT_EQ(platform.loop.time() - begin, 40ms);
 }
 
 TEST_F(SessionTest, HeartbeatSpeaksOnlyIntoSilence) {
