@@ -57,6 +57,7 @@ TEST(Programs, BadArgumentsGetOneLineAndTheCodeTwo) {
         {"itorvctl", {"get", "x"}},
         {"itorvctl", {"set", "95", "fast"}},
         {"itorvctl", {"set", "95", "99999"}},
+        {"itorvctl", {"set", "95", "-5"}},
         {"itorvctl", {"set", "4", "3"}},
         {"itorvctl", {"set", "2", "3"}},
         {"itorvctl", {"watch", "--module", "127.0.0.1:70000"}},
