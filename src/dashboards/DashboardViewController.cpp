@@ -349,7 +349,7 @@ void DashboardViewController::indicatorViewDidRemoveWarning(IndicatorView& indic
 }
 
 void DashboardViewController::iTorvAppDelegateDidChangeCurrentVehicle(iTorvAppDelegate& application) {
-    const auto vehicle = application.currentVehicle();
+    const auto& vehicle = application.currentVehicle();
     for (const auto& place : m_droppableViews) {
         const auto view = place->droppedView();
         const auto gauge = gaugeOf(view);
