@@ -27,7 +27,7 @@ QString ConnectionStatus::text() const {
 
 void ConnectionStatus::look() {
     const bool connected = m_feeder->driver().connected();
-    if (connected == m_connected) return;
+    if (std::exchange(m_looked, true) && connected == m_connected) return;
     m_connected = connected;
     m_wasConnected = m_wasConnected || connected;
     emit changed();

@@ -14,6 +14,7 @@ namespace torv {
 class ConnectionStatus final : public QObject {
     Q_OBJECT
     Q_PROPERTY(bool connected READ connected NOTIFY changed)
+    Q_PROPERTY(bool missing READ missing NOTIFY changed)
     Q_PROPERTY(QString text READ text NOTIFY changed)
 
 public:
@@ -21,6 +22,8 @@ public:
     ~ConnectionStatus() override;
 
     [[nodiscard]] bool connected() const { return m_connected; }
+    /// Not connected, and no longer just because the program has only started.
+    [[nodiscard]] bool missing() const { return m_looked && !m_connected; }
     [[nodiscard]] QString text() const;
 
 signals:
@@ -31,6 +34,7 @@ private:
 
     std::shared_ptr<iTorvFeeder> m_feeder;
     std::shared_ptr<Timer> m_timer;
+    bool m_looked = false;
     bool m_connected = false;
     bool m_wasConnected = false;
 };

@@ -71,8 +71,7 @@ Item {
             z: 14
             x: 4 * page.u
             y: page.screen.pageView.frame.y * page.u + (page.screen.pageView.expanded ? -20 : 14) * page.u
-            active: !page.stage.status.connected
-            asynchronous: true
+            active: page.stage.status.missing
             sourceComponent: Rectangle {
                 width: words.width + 10 * page.u
                 height: 15 * page.u
