@@ -139,11 +139,8 @@ std::optional<Arguments> readArguments(const QStringList& arguments, std::string
         }
     }
     if (parser.isSet("update-server")) {
-        const auto server = parser.value("update-server").toStdString();
-        if (!server.starts_with("http://") && !server.starts_with("https://")) {
+        if (!torv::VehicleDataSource::setUpdateServer(parser.value("update-server").toStdString()))
             return refuse("--update-server takes an address as in http://example.com");
-        }
-        torv::VehicleDataSource::setUpdateServer(server);
     }
     const auto timeout = seconds(parser.value("timeout"));
     if (!timeout) return refuse("--timeout takes a number of seconds");

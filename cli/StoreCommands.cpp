@@ -40,6 +40,12 @@ std::optional<Vehicle> named(const std::vector<Vehicle>& vehicles, const std::st
     return *found;
 }
 
+bool isKept() {
+    const bool kept = Platform::current().userDefaults().synchronize();
+    if (!kept) complain("it could not be stored; --verbose tells why");
+    return kept;
+}
+
 int use(const std::string& name) {
     const auto vehicle = named(VehicleDataSource::storedVehicles(), name);
     if (!vehicle) {
@@ -51,16 +57,15 @@ int use(const std::string& name) {
         return badArguments;
     }
     VehicleDataSource::setCurrentVehicle(*vehicle);
-    if (!Platform::current().userDefaults().synchronize()) {
-        complain("the choice could not be kept; --verbose tells why");
-        return noAnswer;
-    }
+    if (!isKept()) return noAnswer;
     std::printf("%s is the current vehicle\n", name.c_str());
     return success;
 }
 
 int update(const std::string& name) {
     auto vehicle = named(VehicleDataSource::vehicles(), name);
+    // Without a way to the internet the server isn't asked above; it may stand on this very network.
+    if (!vehicle) vehicle = named(VehicleDataSource::remoteVehicles(), name);
     if (!vehicle) {
         complain("there is no vehicle \"" + name + "\", neither stored nor on the update server");
         return badArguments;
@@ -75,6 +80,7 @@ int update(const std::string& name) {
     }
     // The current vehicle is stored beside the list.
     if (vehicle->isEqual(VehicleDataSource::currentVehicle())) VehicleDataSource::setCurrentVehicle(*vehicle);
+    if (!isKept()) return noAnswer;
     print("stored", *vehicle);
     return success;
 }
@@ -104,9 +110,7 @@ int defaults(const Arguments& arguments) {
     const auto& key = arguments.words[1];
     if (arguments.words[0] == "set") {
         store.setObjectForKey(valueFromText(arguments.words[2]), key);
-        if (store.synchronize()) return success;
-        complain("it could not be stored; --verbose tells why");
-        return badArguments;
+        return isKept() ? success : noAnswer;
     }
     const auto keys = store.keys();
     if (std::find(keys.begin(), keys.end(), key) == keys.end()) {

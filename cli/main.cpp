@@ -40,9 +40,10 @@ int main(int argc, char** argv) {
     startSystemLog("itorvctl", arguments->verbose ? LogTerminal::yes : LogTerminal::no);
     RealPlatform platform;
     Platform::install(&platform);
-    const QuitSignals signals_{[&] { platform.runLoop().quit(); }};
     if (arguments->command == itorvctl::Command::vehicles) return itorvctl::vehicles(*arguments);
     if (arguments->command == itorvctl::Command::defaults) return itorvctl::defaults(*arguments);
+    // Not before: what downloads turns no loop, and a signal may end it at any moment.
+    const QuitSignals signals_{[&] { platform.runLoop().quit(); }};
     auto vehicle = arguments->profile.empty() ? std::optional{VehicleDataSource::currentVehicle()}
                                               : vehicleFromFile(arguments->profile, error);
     if (!vehicle) {

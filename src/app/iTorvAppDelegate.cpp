@@ -23,7 +23,7 @@ constexpr auto stockTireSizeKey = "STOCK_TIRE_SIZE";
 }  // namespace
 
 void iTorvAppDelegate::applicationDidFinishLaunchingWithOptions(const LaunchOptions& options,
-                                                                const std::function<void()>& showFirstPage) {
+                                                                const ShowFirstPage& showFirstPage) {
     m_currentVehicle = VehicleDataSource::currentVehicle();
     m_connectionErrorMessageAllowed = true;
     m_feeder = std::make_shared<iTorvFeeder>(options.connection);
@@ -31,8 +31,9 @@ void iTorvAppDelegate::applicationDidFinishLaunchingWithOptions(const LaunchOpti
     configureZephrelaneFeatures();
     m_feeder->addConnectionListener(shared_from_this());
     m_feeder->start();
-    showFirstPage();
-    if (options.url) importFileURL(*options.url);
+    showFirstPage([self = shared_from_this(), url = options.url] {
+        if (url) self->importFileURL(*url);
+    });
 }
 
 void iTorvAppDelegate::importFileURL(const std::string& text) {

@@ -28,9 +28,11 @@ public:
         std::optional<std::string> url;  ///< "file:..." names a tuning profile to import
     };
 
-    /// `showFirstPage` makes the first page and the window; the connection is being made by then.
+    /// Makes the first page and the window, now or soon, and calls back once they are there.
+    using ShowFirstPage = std::function<void(std::function<void()> whenShown)>;
+    /// The connection is being made when the page is asked for.
     void applicationDidFinishLaunchingWithOptions(const LaunchOptions& options,
-                                                  const std::function<void()>& showFirstPage);
+                                                  const ShowFirstPage& showFirstPage);
     /// Lets go of everyone who reads and listens, itself included, so that the connection can end.
     void applicationWillTerminate();
     /// Clears the live data log, with its minimum and maximum values, without asking.

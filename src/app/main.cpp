@@ -120,11 +120,8 @@ std::optional<std::string> readArguments(const QCoreApplication& application, Op
         options.launch.url = url.toString().toStdString();
     }
     if (parser.isSet("update-server")) {
-        const QUrl server{parser.value("update-server"), QUrl::StrictMode};
-        const bool web = server.scheme() == "http" || server.scheme() == "https";
-        if (!web || server.host().isEmpty())
+        if (!VehicleDataSource::setUpdateServer(parser.value("update-server").toStdString()))
             return "--update-server takes an address as in http://example.com";
-        VehicleDataSource::setUpdateServer(server.toString().toStdString());
     }
     options.launch.connection.interface = parser.value("interface").toStdString();
     if (parser.isSet("module")) {
@@ -230,13 +227,14 @@ int main(int argc, char** argv) {
     std::shared_ptr<iTorvViewController> firstPage;
     std::unique_ptr<Stage> stage;
     std::unique_ptr<MainWindow> mainWindow;
-    control->applicationDidFinishLaunchingWithOptions(options.launch, [&] {
+    control->applicationDidFinishLaunchingWithOptions(options.launch, [&](const auto& whenShown) {
         status = std::make_unique<ConnectionStatus>(control->feeder());
         mainWindow = std::make_unique<MainWindow>();
-        mainWindow->whenPainted([&] {
+        mainWindow->whenPainted([&, whenShown] {
             firstPage = std::make_shared<iTorvViewController>(control, screensOf(control));
             stage = std::make_unique<Stage>(firstPage, status.get());
             mainWindow->show(*stage);
+            whenShown();
         });
     });
     auto* window = mainWindow->window();

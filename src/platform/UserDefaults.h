@@ -8,6 +8,11 @@
 
 namespace torv {
 
+/// Where an entry that can't be read is kept: "KEY unreadable 1" and on.
+[[nodiscard]] inline std::string keyOfUnreadable(std::string_view key, int number) {
+    return std::string{key} + " unreadable " + std::to_string(number);
+}
+
 /// The keyed store of the user's choices. Main thread, or one thread at a time.
 ///
 /// Any text is a key: empty, with slashes, quotes or blanks, of any length. What is set is seen at once

@@ -34,6 +34,10 @@ std::optional<Vehicle> vehicleFromFile(const std::filesystem::path& file, std::s
         return std::nullopt;
     }
     auto vehicle = Vehicle::vehicleFromDictionary(*info);
+    if (!vehicle.name()) {
+        error = file.string() + ": the profile names no \"vehicle\"";
+        return std::nullopt;
+    }
     vehicle.setInfo(ProfileInfo{std::move(*info)});
     return vehicle;
 }

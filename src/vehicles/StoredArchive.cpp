@@ -10,7 +10,7 @@ void setAsideUnreadable(std::string_view key, const Value& value, const std::str
     std::string aside;
     int number = 0;
     do {
-        aside = std::string{key} + " unreadable " + std::to_string(++number);
+        aside = keyOfUnreadable(key, ++number);
     } while (!defaults.objectForKey(aside).isNull());
     logLine("the stored entry \"" + std::string{key} + "\" can't be read and is kept as \"" + aside +
             "\": " + why);

@@ -62,11 +62,16 @@ std::optional<std::string> utf8Text(const Data& data) {
 
 }  // namespace
 
-void VehicleDataSource::setUpdateServer(std::string url) {
+bool VehicleDataSource::setUpdateServer(std::string url) {
     while (url.ends_with('/'))
         url.pop_back();
+    const auto colon = url.find("://");
+    const auto scheme = url.substr(0, colon);
+    const auto host = colon == std::string::npos ? std::string{} : url.substr(colon + 3);
+    if ((scheme != "http" && scheme != "https") || host.empty() || host.starts_with('/')) return false;
     const std::scoped_lock lock{server().mutex};
     server().url = std::move(url);
+    return true;
 }
 
 std::string VehicleDataSource::updateServer() {
@@ -75,7 +80,11 @@ std::string VehicleDataSource::updateServer() {
 }
 
 Vehicle VehicleDataSource::currentVehicle() {
-    if (const auto stored = storedUnder(currentKey)) return stored->front();
+    if (const auto stored = storedUnder(currentKey)) {
+        const auto& info = stored->front().info();
+        if (info.empty() || !info.document().empty()) return stored->front();
+        setAsideUnreadable(currentKey, defaults().objectForKey(currentKey), "its profile is damaged");
+    }
     std::string error;
     auto vehicle = vehicleFromFileOrShipped({}, error);
     if (!vehicle) {

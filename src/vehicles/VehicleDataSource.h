@@ -20,8 +20,9 @@ class VehicleDataSource final {
 public:
     static constexpr auto defaultUpdateServer = "http://update.example.com";
 
-    /// "http://host[:port]"; the manifest is at /itorvv2/update.json there.
-    static void setUpdateServer(std::string url);
+    /// "http://host[:port]" or https; the manifest is at /itorvv2/update.json there. False, and nothing
+    /// changes, when it is no such address.
+    [[nodiscard]] static bool setUpdateServer(std::string url);
     [[nodiscard]] static std::string updateServer();
 
     /// The profile that ships, at the first use. An unreadable archive is set aside.

@@ -58,7 +58,10 @@ protected:
         VehicleDataSource::setCurrentVehicle(vehicle);
         app = std::make_shared<iTorvAppDelegate>();
         app->applicationDidFinishLaunchingWithOptions({.connection = {}, .url = std::move(url)},
-                                                      [&] { pageMade = !platform.opened.empty(); });
+                                                      [&](const auto& whenShown) {
+                                                          pageMade = !platform.opened.empty();
+                                                          whenShown();
+                                                      });
     }
     void connect(bool acknowledges = true) { fakes::connectModule(platform, writes, acknowledges); }
 

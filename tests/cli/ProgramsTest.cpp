@@ -28,8 +28,12 @@ struct Result {
     std::string error;
 };
 
-Result run(const QString& program, const QStringList& arguments) {
+Result run(const QString& program, const QStringList& arguments, const QString& home = {}) {
     QProcess process;
+    auto environment = QProcessEnvironment::systemEnvironment();
+    if (!home.isEmpty()) environment.insert("XDG_DATA_HOME", home);
+    environment.insert("no_proxy", "*");
+    process.setProcessEnvironment(environment);
     process.start(QCoreApplication::applicationDirPath() + "/" + program, arguments);
     EXPECT_TRUE(process.waitForFinished(60000)) << program.toStdString();
     return {process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1,
@@ -86,6 +90,50 @@ TEST(Programs, BadArgumentsGetOneLineAndTheCodeTwo) {
     const auto named = run("itorvctl", {"watch", "--profile", broken}).error;
     EXPECT_NE(named.find("broken.json: line 2, column"), std::string::npos) << named;
     EXPECT_NE(named.find("Leading 0 disallowed in number"), std::string::npos) << named;
+}
+
+TEST(Programs, VehiclesAreListedUpdatedAndUsed) {
+    const QTemporaryDir home;
+    const QTemporaryDir served;
+    QProcess server;
+    server.start("python3", {ITORV_RESOURCE_DIR "/../tests/vehicles/server.py", served.path()});
+    while (!server.canReadLine() && server.waitForReadyRead(30000)) {
+    }
+    const QString address = "http://127.0.0.1:" + server.readLine().trimmed();
+    QFile::copy(ITORV_RESOURCE_DIR "/profiles/diesel-van.json", served.filePath("van.json"));
+    ASSERT_EQ(run("itorv-profiles", {served.path(), "--base-url", address + "/itorvv2"}).error, "");
+    const QString van = "Diesel Van 2.8L";
+    const struct {
+        QStringList words;
+        QString home;
+        int code;
+        const char* output;  ///< is somewhere in it, or in the one line of the error
+    } rows[]{
+        {{"vehicles"}, home.path(), 0, "remote    Diesel Van 2.8L  version 1.0  not downloaded"},
+        {{"vehicles", "use", van}, home.path(), 2, "no vehicle \"Diesel Van 2.8L\" is stored"},
+        {{"vehicles", "update", "Nobody"}, home.path(), 2, "there is no vehicle \"Nobody\""},
+        {{"vehicles", "update", van}, "/proc/nowhere", 1, "could not be stored"},
+        {{"vehicles", "update", van}, home.path(), 0, "stored    Diesel Van 2.8L  version 1.0"},
+        {{"vehicles", "use", van}, home.path(), 0, "is the current vehicle"},
+        {{"vehicles"}, home.path(), 0, "current   Diesel Van 2.8L"},
+        {{"vehicles"}, home.path(), 0, "stored    Diesel Pickup 6.7L"},
+        {{"defaults"}, home.path(), 0, "current_vehicle\nvehicles\n"},
+        {{"defaults", "get", "current_vehicle"}, home.path(), 0, "iTorv vehicles 1\n{\"name\":\"Diesel Van"},
+        {{"defaults", "get", "nothing"}, home.path(), 2, "nothing is stored under \"nothing\""},
+        {{"defaults", "set", "speed", "-5"}, home.path(), 0, ""},
+        {{"defaults", "get", "speed"}, home.path(), 0, "-5\n"},
+        {{"vehicles", "--update-server", "http://"}, home.path(), 2, "takes an address"},
+    };
+    for (const auto& [words, data, code, output] : rows) {
+        SCOPED_TRACE(words.join(' ').toStdString());
+        const auto result = run("itorvctl", QStringList{"--update-server", address} + words, data);
+        EXPECT_EQ(result.code, code);
+        EXPECT_NE((code == 0 ? result.output : result.error).find(output), std::string::npos)
+            << result.output << result.error;
+        EXPECT_EQ(std::count(result.error.begin(), result.error.end(), '\n'), code == 0 ? 0 : 1);
+    }
+    server.closeWriteChannel();
+    EXPECT_TRUE(server.waitForFinished(30000));
 }
 
 class ProgramsWithModule : public testing::Test {

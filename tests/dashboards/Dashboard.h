@@ -58,7 +58,7 @@ public:
     void launch(const torv::Vehicle& vehicle) {
         torv::VehicleDataSource::setCurrentVehicle(vehicle);
         app = std::make_shared<torv::iTorvAppDelegate>();
-        app->applicationDidFinishLaunchingWithOptions({}, [] {});
+        app->applicationDidFinishLaunchingWithOptions({}, [](const auto&) {});
     }
     template <class Page = torv::iTorvViewController>
     torv::DashboardViewController& open() {

@@ -40,7 +40,7 @@ public:
         control = std::make_shared<torv::iTorvAppDelegate>();
         torv::iTorvAppDelegate::LaunchOptions options;
         options.connection.module = torv::Endpoint{"127.0.0.1", module.port()};
-        control->applicationDidFinishLaunchingWithOptions(options, [&] {
+        control->applicationDidFinishLaunchingWithOptions(options, [&](const auto&) {
             status = std::make_unique<torv::ConnectionStatus>(control->feeder());
             first = std::make_shared<torv::iTorvViewController>(
                 control, torv::DashboardScreens{.mainMenu = [this] { return menu(); }, .carSetup = {}});

@@ -5,8 +5,8 @@
 
 namespace fakes {
 
-/// Engine and store are process-wide: this ends what the test before has left under way, and puts the two frame
-/// buffers and all values back to what a fresh process has. Needs an installed platform.
+/// Engine and store are process-wide: this ends what the test before has left under way, and puts the two
+/// frame buffers and all values back to what a fresh process has. Needs an installed platform.
 inline void freshenEngine() {
     {
         const std::scoped_lock lock{torv::avStoreMutex()};

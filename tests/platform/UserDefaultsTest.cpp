@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 #include <signal.h>
 #include <sqlite3.h>
+#include <sys/mount.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -94,7 +95,7 @@ TEST_F(UserDefaultsTest, WhatIsNoDatabaseIsSetAside) {
     }
 }
 
-TEST_F(UserDefaultsTest, AnUnreadableEntryIsLeftAlone) {
+TEST_F(UserDefaultsTest, AnUnreadableEntryIsSetAside) {
     { SqliteUserDefaults{file}.setObjectForKey(Value{"good"}, "good"); }
     sqlite3* database = nullptr;
     ASSERT_EQ(sqlite3_open(file.c_str(), &database), SQLITE_OK);
@@ -108,10 +109,41 @@ TEST_F(UserDefaultsTest, AnUnreadableEntryIsLeftAlone) {
         EXPECT_TRUE(defaults.objectForKey("bad").isNull());
         EXPECT_EQ(log.size(), 1U);
         defaults.setObjectForKey(Value{"better"}, "good");
+        defaults.setObjectForKey(Value{"new"}, "bad");
     }
     const SqliteUserDefaults again{file};
     EXPECT_EQ(again.objectForKey("good"), Value{"better"});
-    EXPECT_EQ(log.size(), 2U);  // still there, and still said
+    EXPECT_EQ(again.objectForKey("bad"), Value{"new"});
+    EXPECT_EQ(log.size(), 1U);
+    EXPECT_NE(log[0].find("is kept as \"bad unreadable 1\""), std::string::npos) << log[0];
+    ASSERT_EQ(sqlite3_open(file.c_str(), &database), SQLITE_OK);
+    const auto content = "UPDATE defaults SET kind = 'text' WHERE key = x'62616420756e7265616461626c652031'";
+    EXPECT_EQ(sqlite3_exec(database, content, nullptr, nullptr, nullptr), SQLITE_OK);
+    EXPECT_EQ(sqlite3_changes(database), 1);
+    sqlite3_close(database);
+}
+
+TEST_F(UserDefaultsTest, WhatCanNotBeWrittenIsStillRead) {
+    if (mount("none", folder.c_str(), "tmpfs", 0, "size=128k") != 0)
+        GTEST_SKIP() << "no file system can be mounted here";
+    { SqliteUserDefaults{file}.setObjectForKey(Value{"stored"}, "key"); }
+    const auto readable = [&](const char* how) {
+        SqliteUserDefaults defaults{file};
+        EXPECT_EQ(defaults.objectForKey("key"), Value{"stored"}) << how;
+        defaults.setObjectForKey(Value{"changed"}, "key");
+        EXPECT_FALSE(defaults.synchronize()) << how;
+        EXPECT_FALSE(defaults.synchronize()) << how;
+        EXPECT_EQ(std::exchange(log, {}).size(), 1U) << how;
+    };
+    {
+        std::ofstream filler{folder / "filler"};
+        while (filler << std::string(4096, 'x') << std::flush) {
+        }
+    }
+    readable("full");
+    EXPECT_EQ(mount("none", folder.c_str(), "tmpfs", MS_REMOUNT | MS_RDONLY, nullptr), 0);
+    readable("read-only");
+    EXPECT_EQ(umount(folder.c_str()), 0);
 }
 
 TEST_F(UserDefaultsTest, WithoutAPlaceItLivesInMemory) {

@@ -272,18 +272,20 @@ TEST_F(LoopbackTest, TwoHundredLossesLeaveNothingBehind) {
     const auto filesBefore = openFiles();
     const auto threadsBefore = threads();
     std::size_t inUse = 0;
+    std::mt19937 random{11};
     for (int i = 0; i < 200; ++i) {
         // In any order: dropped by the module, closed by a fault, and now and then the module gone for a
         // while.
-        if (i % 40 == 20) {
+        const bool gone = random() % 40 == 0;
+        if (gone) {
             module->stop();
-        } else if (i % 3 == 0) {
+        } else if (random() % 2 == 0) {
             module->setFault(Fault::close, {.at = 0ms});
         } else {
             module->dropConnections();
         }
         ASSERT_TRUE(waitUntil([&] { return !feeder->driver().connected(); })) << i;
-        if (i % 40 == 20) {
+        if (gone) {
             ASSERT_EQ(module->start().value_or(""), "");
         }
         ASSERT_TRUE(waitUntil([&] { return feeder->driver().connected(); })) << i;

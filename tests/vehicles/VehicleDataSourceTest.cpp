@@ -44,10 +44,10 @@ class VehicleDataSourceTest : public testing::Test {
 protected:
     VehicleDataSourceTest() {
         platform.network.flags = Reachability::reachable;
-        VehicleDataSource::setUpdateServer("http://server/");
+        EXPECT_TRUE(VehicleDataSource::setUpdateServer("http://server/"));
     }
     ~VehicleDataSourceTest() override {
-        VehicleDataSource::setUpdateServer(VehicleDataSource::defaultUpdateServer);
+        static_cast<void>(VehicleDataSource::setUpdateServer(VehicleDataSource::defaultUpdateServer));
     }
 
     void answer(const std::string& text, int status = 200) {
@@ -183,6 +183,11 @@ TEST_F(VehicleDataSourceTest, SetsAsideWhatItCanNotRead) {
                 value);
         }
     }
+    Vehicle damaged = VehicleDataSource::currentVehicle();
+    damaged.setInfo(ProfileInfo{std::string{"{\"parameters\": "}});
+    VehicleDataSource::setCurrentVehicle(damaged);
+    EXPECT_FALSE(VehicleDataSource::currentVehicle().sensors().empty());
+    EXPECT_TRUE(platform.defaults.entries.contains("current_vehicle unreadable 6"));
 }
 
 TEST(VersionComparison, FollowsTheTable) {

@@ -38,6 +38,12 @@ class Handler(http.server.BaseHTTPRequestHandler):
     def answer_404(self, _):
         self.reply(404, PROFILE)
 
+    def answer_500(self, _):
+        self.reply(500, PROFILE)
+
+    def answer_round(self, _):
+        self.reply(302, b"", location="/round")
+
     def answer_cut(self, _):
         self.reply(200, PROFILE, length=len(PROFILE) + 100)
 

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "link/AVStore.h"
+#include "link/x2comCodec.h"
 #include "support/TextNumbers.h"
 #include "support/Utf8.h"
 
@@ -278,6 +279,7 @@ void ProfileChecker::checkAttribute(const Dictionary& members, Place place, cons
     checkKeys(members, place, path);
     checkAID(members, place, path);
     checkFormatter(members, place, path);
+    checkWidth(members, place, path);
     if ((place & listed) != 0) checkOrder(members, "minValue", "maxValue", path);
     if ((place & written) != 0) checkWritable(members, path);
     if (place == sensor) checkWarning(members, path);
@@ -337,6 +339,25 @@ void ProfileChecker::checkFormatter(const Dictionary& members, Place place, cons
     if (toggable.truth() && *toggable.truth() && !formatter->hasSwitch) {
         m_faults.add(member(path, "toggable"), "needs a formatter with a switch, 4 to 7");
     }
+}
+
+/// The AID alone fixes how many bytes of its value travel. A scale may go beyond what they carry, for the
+/// eye's sake; what is written must not, or it would arrive cut.
+void ProfileChecker::checkWidth(const Dictionary& members, Place place, const std::string& path) {
+    const auto aid = whole(members, "aid").value_or(0);
+    const auto* formatter = formatterOf(members);
+    if (!formatter || aid < 1 || aid > torv::lastShortAID) return;
+    const unsigned width = x2comValueLength(static_cast<std::uint8_t>(aid), 0);
+    const auto has =
+        "AID " + std::to_string(aid) + " has " + std::to_string(width) + (width == 1 ? " byte" : " bytes");
+    if (formatter->bytes > width) {
+        m_faults.add(member(path, "formatter"),
+                     "takes " + std::to_string(formatter->bytes) + " bytes, and " + has);
+    }
+    const auto most = (std::exp2(8.0 * width) - 1) * std::abs(number(members, "multiplyFactor").value_or(0));
+    const auto highest = number(members, "maxValue");
+    if (!formatter->scaled || (place & written) == 0 || !highest || *highest <= most) return;
+    m_faults.add(member(path, "maxValue"), "is too much: " + has + " and carries at most " + shortText(most));
 }
 
 void ProfileChecker::checkWritable(const Dictionary& members, const std::string& path) {

@@ -35,6 +35,7 @@ private:
     void checkAttribute(const Dictionary& members, Place place, const std::string& path);
     void checkAID(const Dictionary& members, Place place, const std::string& path);
     void checkFormatter(const Dictionary& members, Place place, const std::string& path);
+    void checkWidth(const torv::Dictionary& members, Place place, const std::string& path);
     void checkWritable(const Dictionary& members, const std::string& path);
     void checkWarning(const Dictionary& members, const std::string& path);
     void checkOptions(const Dictionary& members, std::string_view texts, std::string_view values,

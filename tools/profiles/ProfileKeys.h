@@ -121,20 +121,21 @@ struct Formatter {
     unsigned places;      ///< where it does what is needed: settings and tuning items are also written
     bool scaled;          ///< uses multiplyFactor and offset
     bool hasSwitch;       ///< carries on and off beside the number
+    unsigned bytes;       ///< of the value that it reads; with 1, a longer number will do as well
     double highestValue;  ///< that it can write, before scaling
 };
 inline constexpr std::array<Formatter, 11> formatters{{
-    /* 0 number */ {listed | powerLevel, true, false, 2147483647},
-    /* 1 on or off */ {sensor | lamp, false, false, 0},
-    /* 2 gear */ {sensor | gear, false, false, 0},
-    /* 3 power level */ {sensor | powerLevel, false, false, 0},
-    /* 4 switch and byte */ {listed | lamp, false, true, 255},
-    /* 5 three-way and byte */ {listed | lamp, false, true, 255},
-    /* 6 switch and number */ {listed | lamp, false, true, 65535},
-    /* 7 two switches and number */ {listed, false, true, 65535},
-    /* 8 drive train */ {sensor | setting, false, false, 6553.5},
-    /* 9 vehicle speed */ {listed, true, false, 2147483647},
-    /* 10 time */ {sensor, false, false, 0},
+    /* 0 number */ {listed | powerLevel, true, false, 1, 2147483647},
+    /* 1 on or off */ {sensor | lamp, false, false, 1, 0},
+    /* 2 gear */ {sensor | gear, false, false, 1, 0},
+    /* 3 power level */ {sensor | powerLevel, false, false, 1, 0},
+    /* 4 switch and byte */ {listed | lamp, false, true, 2, 255},
+    /* 5 three-way and byte */ {listed | lamp, false, true, 2, 255},
+    /* 6 switch and number */ {listed | lamp, false, true, 3, 65535},
+    /* 7 two switches and number */ {listed, false, true, 3, 65535},
+    /* 8 drive train */ {sensor | setting, false, false, 6, 6553.5},
+    /* 9 vehicle speed */ {listed, true, false, 1, 2147483647},
+    /* 10 time */ {sensor, false, false, 4, 0},
 }};
 /// The only one that reads a slot of 13 bytes, whose first byte is a length; it takes 6 of them.
 inline constexpr std::int64_t driveTrainFormatter = 8;

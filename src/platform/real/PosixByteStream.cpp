@@ -116,7 +116,20 @@ void PosixByteStream::rearm() {
 }
 
 std::ptrdiff_t PosixByteStream::write(std::span<const std::uint8_t> bytes) {
-    return m_socket < 0 ? -1 : ::send(m_socket, bytes.data(), bytes.size(), MSG_DONTWAIT | MSG_NOSIGNAL);
+    if (m_socket < 0) return -1;
+    if (hasVanished()) {
+        m_loop.performOnMainThread([weak = weak_from_this()] {
+            if (const auto stream = weak.lock()) stream->tell(Event::error);
+        });
+    }
+    return ::send(m_socket, bytes.data(), bytes.size(), MSG_DONTWAIT | MSG_NOSIGNAL);
+}
+
+bool PosixByteStream::hasVanished() const {
+    tcp_info info{};
+    socklen_t size = sizeof info;
+    return ::getsockopt(m_socket, IPPROTO_TCP, TCP_INFO, &info, &size) == 0 && info.tcpi_unacked > 0 &&
+           std::chrono::milliseconds{info.tcpi_last_ack_recv} > userTimeout;
 }
 
 bool PosixByteStream::canAcceptBytes() {

@@ -12,7 +12,8 @@ namespace torv {
 /// A TCP connection on a non-blocking socket that the run loop watches.
 ///
 /// Bytes leave at once (TCP_NODELAY), and a peer that has vanished becomes an error once sent bytes have
-/// stayed unacknowledged for 3.5 s (TCP_USER_TIMEOUT).
+/// stayed unacknowledged for 3.5 s (TCP_USER_TIMEOUT). The kernel looks at that only when it sends them
+/// again, which on a connection that was slow to come up may be 8 s later; so each write looks at it too.
 class PosixByteStream final : public ByteStream, public std::enable_shared_from_this<PosixByteStream> {
 public:
     PosixByteStream(RunLoop& loop, Endpoint endpoint);
@@ -29,6 +30,7 @@ public:
 private:
     [[nodiscard]] std::unique_ptr<QSocketNotifier> watch(QSocketNotifier::Type type,
                                                          void (PosixByteStream::*handler)());
+    [[nodiscard]] bool hasVanished() const;
     void becameReadable();
     void becameWritable();
     void tell(Event event);

@@ -19,6 +19,8 @@ constexpr auto openStatements =
     "CREATE TABLE IF NOT EXISTS defaults (key BLOB PRIMARY KEY, kind TEXT NOT NULL, value NOT NULL);";
 constexpr auto readStatement = "SELECT key, kind, value FROM defaults";
 constexpr auto setStatement = "INSERT OR REPLACE INTO defaults (key, kind, value) VALUES (?, ?, ?)";
+constexpr auto moveStatement =
+    "UPDATE defaults SET key = ? WHERE key = ?";  // fails where the new key is taken
 constexpr auto removeStatement = "DELETE FROM defaults WHERE key = ?";
 constexpr int busyMilliseconds = 2000;
 
@@ -54,10 +56,15 @@ std::optional<Value> valueOf(const std::string& kind, std::string content, std::
     return std::nullopt;
 }
 
-bool bindKey(sqlite3_stmt* statement, const std::string& key) {
+bool bindKey(sqlite3_stmt* statement, int index, const std::string& key) {
     // A null pointer would bind NULL; the empty key is a key like any other.
     const char* bytes = key.empty() ? "" : key.data();
-    return sqlite3_bind_blob64(statement, 1, bytes, key.size(), SQLITE_STATIC) == SQLITE_OK;
+    return sqlite3_bind_blob64(statement, index, bytes, key.size(), SQLITE_STATIC) == SQLITE_OK;
+}
+
+bool isKeyOfUnreadable(const std::string& key) {
+    const auto number = key.find_last_not_of("0123456789") + 1;
+    return number < key.size() && key.substr(0, number).ends_with(" unreadable ");
 }
 
 }  // namespace
@@ -66,33 +73,81 @@ void SqliteUserDefaults::Close::operator()(sqlite3* database) const {
     sqlite3_close_v2(database);
 }
 
+struct SqliteUserDefaults::Access {
+    int flags;
+    const char* parameters;
+    const char* statements;
+};
+
+namespace {
+
+/// As SQLite takes it with parameters behind it.
+std::string uriOf(const std::filesystem::path& file) {
+    std::string uri = "file:";
+    for (const char sign : file.string()) {
+        switch (sign) {
+            case '%':
+                uri += "%25";
+                break;
+            case '?':
+                uri += "%3f";
+                break;
+            case '#':
+                uri += "%23";
+                break;
+            default:
+                uri += sign;
+        }
+    }
+    return uri;
+}
+
+}  // namespace
+
 SqliteUserDefaults::SqliteUserDefaults(std::filesystem::path file) : m_file(std::move(file)) {
+    constexpr Access whole{SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE, "", openStatements};
+    // How a store that can't be kept up can still be read.
+    constexpr std::array others{
+        Access{SQLITE_OPEN_READWRITE, "",
+               "PRAGMA locking_mode = EXCLUSIVE"},  // on a full disk: makes no file
+        Access{SQLITE_OPEN_READONLY, "", ""},
+        Access{SQLITE_OPEN_READONLY, "?immutable=1", ""},  // in a folder that can't be written
+    };
     std::error_code error;
     std::filesystem::create_directories(m_file.parent_path(), error);
-    if (open() && load()) return;
+    if (read(whole)) return;
     // SQLITE_ERROR: a database, but with tables that are none of ours.
     constexpr std::array strange{SQLITE_NOTADB, SQLITE_CORRUPT, SQLITE_ERROR};
     const int result = m_database ? sqlite3_errcode(m_database.get()) : SQLITE_NOMEM;
     if (std::find(strange.begin(), strange.end(), result) != strange.end()) {
         setAside();
-        if (open() && load()) return;
+        if (read(whole)) return;
     }
-    logLine("choices will not be remembered: " + m_file.string() + ": " +
-            (m_database ? sqlite3_errmsg(m_database.get()) : "out of memory"));
+    const std::string why = m_database ? sqlite3_errmsg(m_database.get()) : "out of memory";
+    const bool known = std::any_of(others.begin(), others.end(), [&](const Access& a) { return read(a); });
     m_database.reset();
+    logLine("choices will not be remembered" + std::string{known ? "" : ", and none are known"} + ": " +
+            m_file.string() + ": " + why);
 }
 
 SqliteUserDefaults::~SqliteUserDefaults() {
     synchronize();
 }
 
-bool SqliteUserDefaults::open() {
+bool SqliteUserDefaults::read(const Access& access) {
+    m_entries.clear();
+    return open(access) && load();
+}
+
+bool SqliteUserDefaults::open(const Access& access) {
+    m_database.reset();
     sqlite3* database = nullptr;
-    const int result = sqlite3_open(m_file.c_str(), &database);
+    const int result = sqlite3_open_v2((uriOf(m_file) + access.parameters).c_str(), &database,
+                                       access.flags | SQLITE_OPEN_URI, nullptr);
     m_database.reset(database);
     if (result != SQLITE_OK) return false;
     sqlite3_busy_timeout(database, busyMilliseconds);
-    return run(database, openStatements);
+    return run(database, access.statements);
 }
 
 void SqliteUserDefaults::setAside() {
@@ -107,12 +162,28 @@ void SqliteUserDefaults::setAside() {
     logLine("the store of choices could not be read; it is kept as " + aside.string());
     for (const auto* suffix : {"-wal", "-shm"})
         std::filesystem::remove(m_file.string() + suffix, error);
-    m_entries.clear();
+}
+
+void SqliteUserDefaults::setAside(const std::string& key, const std::string& why) {
+    const auto statement = prepare(m_database.get(), moveStatement);
+    std::string aside;
+    bool moved = false;
+    for (int number = 1; statement && !moved && number < 1000; ++number) {
+        aside = keyOfUnreadable(key, number);
+        sqlite3_reset(statement.get());
+        moved = bindKey(statement.get(), 1, aside) && bindKey(statement.get(), 2, key) &&
+                sqlite3_step(statement.get()) == SQLITE_DONE;
+    }
+    std::string line = "the stored entry \"";
+    line.append(key).append("\" can't be read");
+    if (moved) line.append(" and is kept as \"").append(aside).append("\"");
+    logLine(line.append(": ").append(why));
 }
 
 bool SqliteUserDefaults::load() {
-    const auto statement = prepare(m_database.get(), readStatement);
+    auto statement = prepare(m_database.get(), readStatement);
     if (!statement) return false;
+    std::vector<std::pair<std::string, std::string>> unreadable;  // keys, and why
     int step = SQLITE_DONE;
     while ((step = sqlite3_step(statement.get())) == SQLITE_ROW) {
         auto key = column(statement.get(), 0);
@@ -120,12 +191,13 @@ bool SqliteUserDefaults::load() {
         auto value = valueOf(column(statement.get(), 1), column(statement.get(), 2), error);
         if (value) {
             m_entries.insert_or_assign(std::move(key), std::move(*value));
-        } else {
-            std::string line = "the stored entry \"";
-            line.append(key).append("\" can't be read and is left alone: ").append(error);
-            logLine(line);
+        } else if (!isKeyOfUnreadable(key)) {
+            unreadable.emplace_back(std::move(key), std::move(error));
         }
     }
+    statement.reset();
+    for (const auto& [key, why] : unreadable)
+        setAside(key, why);
     return step == SQLITE_DONE;
 }
 
@@ -150,7 +222,7 @@ void SqliteUserDefaults::removeObjectForKey(std::string_view key) {
 
 bool SqliteUserDefaults::write(const std::string& key, const Value* value) {
     const auto statement = prepare(m_database.get(), value ? setStatement : removeStatement);
-    if (!statement || !bindKey(statement.get(), key)) return false;
+    if (!statement || !bindKey(statement.get(), 1, key)) return false;
     if (value) {
         const auto archived = value->text() ? std::nullopt : archivedText(*value);
         const auto* content = value->text() ? value->text() : archived ? &*archived : nullptr;
@@ -179,9 +251,10 @@ bool SqliteUserDefaults::synchronize() {
     if (kept) {
         m_changed.clear();
     } else {
-        logLine("choices could not be kept: " + std::string{sqlite3_errmsg(database)});
+        if (!m_failing) logLine("choices could not be kept: " + std::string{sqlite3_errmsg(database)});
         run(database, "ROLLBACK");
     }
+    m_failing = !kept;
     return kept;
 }
 

@@ -17,8 +17,9 @@ namespace torv {
 /// returns.
 ///
 /// Entries are read once, at the start, and answered from memory. A file that is no database is set aside
-/// under another name and a new one begun. Where the file can't be opened or written, the entries live in
-/// memory only, and one line in the log says so. Any thread, one call at a time.
+/// under another name and a new one begun; an entry that can't be read is set aside under another key. Where
+/// the file can't be written, what it holds is read all the same, changes live in memory only, and one line
+/// in the log says so. Any thread, one call at a time.
 class SqliteUserDefaults final : public UserDefaults {
 public:
     explicit SqliteUserDefaults(std::filesystem::path file);
@@ -36,13 +37,18 @@ private:
         void operator()(sqlite3* database) const;
     };
 
-    [[nodiscard]] bool open();
+    struct Access;
+
+    [[nodiscard]] bool read(const Access& access);
+    [[nodiscard]] bool open(const Access& access);
     [[nodiscard]] bool load();
     void setAside();
+    void setAside(const std::string& key, const std::string& why);
     [[nodiscard]] bool write(const std::string& key, const Value* value);
 
     const std::filesystem::path m_file;
     std::unique_ptr<sqlite3, Close> m_database;  // null: in memory only
+    bool m_failing = false;                      // the last commit could not be kept, which has been said
 
     mutable std::mutex m_mutex;
     std::map<std::string, Value, std::less<>> m_entries;
