@@ -170,7 +170,7 @@ void DashboardViewController::touchCancelled() {
 
 void DashboardViewController::touchKey(int key) {
     queueTouch(this, [key](DashboardViewController& page) {
-        if (!page.takesTouches()) return;
+        if (!page.takesTouches() || page.m_pageView->scrollView().dragging()) return;
         const auto kept = page.shared_from_this();
         if (key == Qt::Key_Left) return page.rightSwipe();
         if (page.progress()) return;

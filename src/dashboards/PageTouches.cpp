@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <chrono>
 #include <cmath>
+#include <span>
 
 #include "dashboards/DashboardViewController.h"
 #include "platform/Platform.h"
@@ -31,7 +32,8 @@ bool PageTouches::pickerTouchAt(QPointF point, Touch& touch) const {
         {Target::previous, picker.previousButtonFrame()},
         {Target::next, picker.nextButtonFrame()},
         {Target::strip, picker.scrollView().frame()}};
-    for (const auto& part : parts) {
+    // Closed, only the dots look out, and what lies below begins at the window's last row of pixels.
+    for (const auto& part : std::span{parts}.first(picker.expanded() ? std::size(parts) : 1)) {
         if (!part.frame.contains(inside)) continue;
         touch.target = part.target;
         touch.frame = part.frame.translated(picker.frame().topLeft());

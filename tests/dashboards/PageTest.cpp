@@ -232,6 +232,25 @@ TEST_F(PageTest, AChangeOfVehicleCarriesItsSensorsOver) {
     EXPECT_EQ(placed()[0], 9);
 }
 
+TEST_F(PageTest, TilesWarnByTheirNameAndFollowAChangeOfVehicle) {
+    launch(truck("Truck", {sensor(8), sensor(9, "0", "100", 1, 50)}));
+    open<LastViewController>();
+    drop(9, 0);
+    drop(8, 1);
+    receive(9, {60});
+    EXPECT_TRUE(place(0).gauge()->inWarning());
+    receive(9, {40});
+    EXPECT_FALSE(place(0).gauge()->inWarning());
+    app->setCurrentVehicle(truck("Van", {sensor(9)}));
+    EXPECT_EQ(placed()[0], 9);
+    EXPECT_EQ(placed()[1], 0);
+    EXPECT_EQ(place(1).alpha(), 0);
+    EXPECT_EQ(placementKeys(), (std::vector<std::string>{"Van_6_0_3_KEY"}));
+    platform.defaults.setObjectForKey(true, "turbosetting");
+    open();
+    EXPECT_EQ(page->controls()->turbo(), "picture/1_SIDE_GLOW.png");
+}
+
 TEST_F(PageTest, AChangeOfWarningsBuildsTheGaugesAnew) {
     launch(truck("Truck", {sensor(8, "0", "100", 1, 50), sensor(9)}));
     open();

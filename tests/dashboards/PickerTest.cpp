@@ -174,6 +174,42 @@ TEST_F(PickerTest, AFingerCarriesASensorToAPlaceAndOverThePickerNowhere) {
     EXPECT_TRUE(dashboard.app->feeder()->feeding());
 }
 
+TEST_F(PickerTest, ADragIsLeftAloneByKeysAndEndedByATouchBesideIt) {
+    openPicker();
+    press(middleOf(11));
+    loop.runFor(500ms);
+    for (const auto key : {Qt::Key_Space, Qt::Key_Down, Qt::Key_Right})
+        page().touchKey(key);
+    loop.runWork();
+    EXPECT_TRUE(picker().expanded());
+    EXPECT_FALSE(dashboard.app->feeder()->feeding());
+    press({240, 20}, 1);
+    EXPECT_TRUE(dashboard.app->feeder()->feeding());
+}
+
+TEST_F(PickerTest, ButtonsWheelAndKeysTurnAndCloseTheStripAndClosedItTakesNothing) {
+    const auto corner = [&] { return picker().frame().topLeft(); };
+    openPicker();
+    const auto next = picker().nextButtonFrame().center() + corner();
+    press(next);
+    release(next);
+    EXPECT_EQ(picker().pageControl().currentPage(), 1);
+    page().touchWheel(240);
+    loop.runWork();
+    EXPECT_EQ(picker().pageControl().currentPage(), 0);
+    page().touchKey(Qt::Key_Down);
+    loop.runFor(500ms);
+    EXPECT_FALSE(picker().expanded());
+    const double lastRow = 319.7;
+    for (const double x : {70.0, 470.0}) {  // where an item and a button lie below
+        press({corner().x() + x, lastRow});
+        loop.runFor(500ms);
+        EXPECT_TRUE(dashboard.app->feeder()->feeding());
+        release({corner().x() + x, lastRow});
+        EXPECT_EQ(picker().pageControl().currentPage(), 0);
+    }
+}
+
 TEST_F(PickerTest, AMovementScrollsAPageAndTheDotsFollow) {
     openPicker();
     const auto begin = middleOf(11);

@@ -125,12 +125,14 @@ TEST_F(JourneyTest, SwipesLeadThroughThePagesAndMemoryStaysLevel) {
     ASSERT_TRUE(app->waitUntil([&] { return page() && page()->traits().number == 1; }));
     std::size_t begin = 0;
     for (int i = 0; i < 50; ++i) {
-        key(Qt::Key_Right);
-        ASSERT_TRUE(app->waitUntil([&] { return page() && page()->traits().number == 2; }));
-        const std::weak_ptr<ViewController> second = page()->weak_from_this();
-        key(Qt::Key_Left);
-        ASSERT_TRUE(app->waitUntil([&] { return page() && page()->traits().number == 1; }));
-        ASSERT_TRUE(app->waitUntil([&] { return second.expired(); }));
+        std::weak_ptr<ViewController> left;
+        for (const auto& [code, number] :
+             {std::pair{Qt::Key_Right, 2}, {Qt::Key_Right, 3}, {Qt::Key_Left, 2}, {Qt::Key_Left, 1}}) {
+            left = page()->weak_from_this();
+            key(code);
+            ASSERT_TRUE(app->waitUntil([&] { return page() && page()->traits().number == number; }));
+        }
+        ASSERT_TRUE(app->waitUntil([&] { return left.expired(); }));
         if (i == 9) begin = residentBytes();
     }
 #ifdef __SANITIZE_ADDRESS__

@@ -2,10 +2,13 @@
 #include <gtest/gtest.h>
 
 #include <QImage>
+#include <QQuickItem>
+#include <array>
 
 #include "fakes/Application.h"
 #include "screens/NavigationController.h"
 #include "screens/TableViewController.h"
+#include "vehicles/SettingValueStore.h"
 
 namespace {
 
@@ -54,6 +57,37 @@ TEST_F(WindowTest, TheStateOfTheLinkIsTold) {
     EXPECT_EQ(app->status->text(), "Connection lost");
     ASSERT_EQ(module.start().value_or(""), "");
     EXPECT_TRUE(app->waitUntil([&] { return app->status->connected(); }));
+}
+
+QQuickItem* itemWithText(QQuickItem* root, const QString& text) {
+    if (root->isVisible() && root->property("text") == text) return root;
+    for (auto* child : root->childItems()) {
+        if (auto* found = itemWithText(child, text)) return found;
+    }
+    return nullptr;
+}
+
+TEST_F(WindowTest, AReplayThatFailsIsCancelledByATouch) {
+    ASSERT_TRUE(app->waitUntilReady());
+    auto& defaults = app->platform.userDefaults();
+    const auto nine = AV::forAID(31, std::array<std::uint8_t, 1>{9});
+    SettingValueStore::save({{95, nine}}, app->control->currentVehicle());  // each takes its 21 attempts
+    defaults.setObjectForKey("Tow", "savedprofile");
+    defaults.setObjectForKey(archivedProfileDictionary({{31, nine}, {32, nine}, {33, nine}}), "Tow");
+    module.setFault(bench::Fault::dropAck, {.probability = 1});
+    module.dropConnections();
+    // Within the replay, which turns the loop until it ends.
+    app->platform.runLoop().scheduleTimer(50ms, true, [&](Timer& timer) {
+        if (!app->first->progress() || !app->first->progress()->cancellable()) return;
+        auto* const button = itemWithText(app->view()->contentItem(), "Cancel");
+        if (!button) return;
+        timer.invalidate();
+        module.clearFaults();
+        QTest::mouseClick(app->view(), Qt::LeftButton, {},
+                          button->mapToScene({button->width() / 2, button->height() / 2}).toPoint());
+    });
+    EXPECT_TRUE(app->waitUntil(
+        [&] { return defaults.objectForKey("savedprofile").textValue() == "Default Profile"; }));
 }
 
 TEST_F(WindowTest, AlertsCoverTheScreenUntilTouched) {
