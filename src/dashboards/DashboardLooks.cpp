@@ -170,7 +170,12 @@ void DashboardViewController::touchCancelled() {
 
 void DashboardViewController::touchKey(int key) {
     queueTouch(this, [key](DashboardViewController& page) {
-        if (!page.takesTouches() || page.m_pageView->scrollView().dragging()) return;
+        if (!page.takesTouches()) {
+            // Pressed while the next page was on its way: it is meant for that one.
+            auto* const next = dynamic_cast<DashboardViewController*>(page.presentedViewController());
+            return next ? next->touchKey(key) : void();
+        }
+        if (page.m_pageView->scrollView().dragging()) return;
         const auto kept = page.shared_from_this();
         if (key == Qt::Key_Left) return page.rightSwipe();
         if (page.progress()) return;

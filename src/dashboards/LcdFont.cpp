@@ -6,6 +6,8 @@
 #include <QUrl>
 #include <map>
 #include <mutex>
+#include <optional>
+#include <utility>
 
 #include "dashboards/BuiltInFont.h"
 
@@ -18,10 +20,10 @@ constexpr double capitals = 0.74;   // height of a capital for each unit of font
 constexpr double glyphWidth = 0.84;
 constexpr double glyphHeight = 0.86;
 
-/// The outlines of single signs, each taken once. Any thread.
+/// The outlines of single signs, each taken once; nothing for those that the built-in fonts lack. Any thread.
 class Signs final {
 public:
-    BuiltInFont::Glyph glyph(QChar sign) {
+    std::optional<BuiltInFont::Glyph> glyph(QChar sign) {
         const std::scoped_lock lock{m_mutex};
         const auto known = m_glyphs.find(sign);
         return known == m_glyphs.end() ? m_glyphs.emplace(sign, made(sign)).first->second : known->second;
@@ -29,54 +31,52 @@ public:
 
 private:
     /// Digits have seven segments, letters fourteen; other signs are not for segments at this size.
-    BuiltInFont::Glyph made(QChar sign) const {
+    std::optional<BuiltInFont::Glyph> made(QChar sign) const {
         const bool segments =
             sign.unicode() < 128 && (sign.isLetter() || sign == u'.' || sign == u'-' || sign == u' ');
         const auto& font = sign.isDigit() ? m_digits : segments ? m_letters : m_others;
-        if (auto glyph = font.glyph(sign.unicode())) return *std::move(glyph);
-        if (auto glyph = m_others.glyph(sign.unicode())) return *std::move(glyph);
-        QFont any;
-        any.setPixelSize(static_cast<int>(drawnAt));
-        BuiltInFont::Glyph glyph;
-        glyph.outline.addText(0, 0, any, sign);
-        glyph.advance = QFontMetricsF{any}.horizontalAdvance(sign);
-        return glyph;
+        const auto glyph = font.glyph(sign.unicode());
+        return glyph ? glyph : m_others.glyph(sign.unicode());
     }
 
     const BuiltInFont m_digits{QStringLiteral(":/fonts/DSEG7Classic-Bold.ttf"), drawnAt};
     const BuiltInFont m_letters{QStringLiteral(":/fonts/DSEG14Modern-Regular.ttf"), drawnAt};
     const BuiltInFont m_others{QStringLiteral(":/fonts/DejaVuSansCondensed-Bold.ttf"), drawnAt};
     std::mutex m_mutex;
-    std::map<QChar, BuiltInFont::Glyph> m_glyphs;
+    std::map<QChar, std::optional<BuiltInFont::Glyph>> m_glyphs;
 };
 
-BuiltInFont::Glyph glyphOf(QChar sign) {
+/// Sign by sign; nothing where that is not how the text is written, or a sign is missing.
+std::optional<BuiltInFont::Glyph> lineOfSigns(const QString& text) {
     static Signs signs;
-    return signs.glyph(sign);
-}
-
-double advance(const QString& text) {
-    double width = 0;
-    for (const auto sign : text)
-        width += glyphOf(sign).advance;
-    return width;
-}
-
-QPainterPath outline(const QString& text) {
-    QPainterPath path;
-    double x = 0;
+    BuiltInFont::Glyph line;
     for (const auto sign : text) {
-        const auto glyph = glyphOf(sign);
-        path.addPath(glyph.outline.translated(x, 0));
-        x += glyph.advance;
+        if (sign.category() == QChar::Other_Control) continue;
+        const bool leftwards = sign.direction() == QChar::DirR || sign.direction() == QChar::DirAL;
+        const auto glyph = leftwards ? std::nullopt : signs.glyph(sign);
+        if (!glyph) return std::nullopt;
+        line.outline.addPath(glyph->outline.translated(line.advance, 0));
+        line.advance += glyph->advance;
     }
-    path.setFillRule(Qt::WindingFill);
-    return path;
+    return line;
+}
+
+/// On one base line, from the origin to the right. Other scripts are left to the system's fonts.
+BuiltInFont::Glyph line(const QString& text) {
+    auto line = lineOfSigns(text);
+    if (!line) {
+        QFont any;
+        any.setPixelSize(static_cast<int>(drawnAt));
+        line.emplace().outline.addText(0, 0, any, text);
+        line->advance = QFontMetricsF{any}.horizontalAdvance(text);
+    }
+    line->outline.setFillRule(Qt::WindingFill);
+    return *std::move(line);
 }
 
 /// Of the digit that has all segments, base line at 0.
 QRectF digitBox() {
-    static const QRectF box = outline(QStringLiteral("8")).boundingRect();
+    static const QRectF box = line(QStringLiteral("8")).outline.boundingRect();
     return box;
 }
 
@@ -88,7 +88,7 @@ double scaleOf(double fontSize) {
 
 QPainterPath lcdGlyph(QChar sign, QSizeF box) {
     if (!sign.isPrint() || sign.isSpace()) return {};
-    const auto path = outline(QString{sign});
+    const auto path = line(QString{sign}).outline;
     const auto digit = digitBox();
     const double x = box.width() * glyphWidth / digit.width();
     const double y = box.height() * glyphHeight / digit.height();
@@ -100,11 +100,12 @@ QPainterPath lcdGlyph(QChar sign, QSizeF box) {
 
 QPainterPath lcdText(const QString& text, double fontSize) {
     const double scale = scaleOf(fontSize);
-    return QTransform{scale * condensed, 0, 0, scale, 0, fontSize * (1 + capitals) / 2}.map(outline(text));
+    return QTransform{scale * condensed, 0, 0, scale, 0, fontSize * (1 + capitals) / 2}.map(
+        line(text).outline);
 }
 
 QSizeF lcdTextSize(const QString& text, double fontSize) {
-    return {advance(text) * scaleOf(fontSize) * condensed, fontSize};
+    return {line(text).advance * scaleOf(fontSize) * condensed, fontSize};
 }
 
 Image lcdTextImage(const QString& text, double fontSize) {

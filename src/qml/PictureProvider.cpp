@@ -6,6 +6,7 @@
 #include <QUrl>
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 #include "dashboards/DigitalDisplayView.h"
 #include "dashboards/LcdFont.h"
@@ -43,10 +44,9 @@ QImage pictureFromFile(const QString& name, QSize size) {
     if (image.isNull() && scale > 1) image = load(1);
     if (image.isNull()) logLine("the picture " + stem.toStdString() + " can't be read");
     if (image.isNull()) return image;
-    if (!size.isEmpty() && image.size() != size)
-        image = image.scaled(size, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
-    image.convertTo(QImage::Format_ARGB32_Premultiplied);  // as it is drawn: here it costs no frame
-    return image;
+    image = std::move(image).convertToFormat(QImage::Format_ARGB32_Premultiplied);  // as it is drawn
+    if (size.isEmpty() || image.size() == size) return image;
+    return image.scaled(size, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
 }
 
 QImage painted(QSize size, const QPainterPath& path, const QColor& colour) {

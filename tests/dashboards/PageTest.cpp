@@ -451,7 +451,10 @@ TEST_F(PageTest, PagesStackAndLeaveNothingBehind) {
     EXPECT_EQ(first->indicatorView(9)->value(), 61);
     EXPECT_EQ(app->dataLoggingDict()->sampleCount(9), 5U);
     second->leftSwipe();
-    second->rightSwipe();  // under the third, it goes nowhere
+    second->rightSwipe();            // under the third, it goes nowhere
+    first->touchKey(Qt::Key_Space);  // late, and meant for the page on top
+    platform.loop.runWork();
+    EXPECT_TRUE(dynamic_cast<LastViewController&>(*stage.top()).pageView().expanded());
     EXPECT_NE(stage.top(), second);
     dynamic_cast<LastViewController&>(*stage.top()).goTofirst();
     second->rightSwipe();

@@ -6,6 +6,7 @@
 #include <array>
 
 #include "fakes/Application.h"
+#include "qml/PictureProvider.h"
 #include "screens/NavigationController.h"
 #include "screens/TableViewController.h"
 #include "vehicles/SettingValueStore.h"
@@ -57,6 +58,20 @@ TEST_F(WindowTest, TheStateOfTheLinkIsTold) {
     EXPECT_EQ(app->status->text(), "Connection lost");
     ASSERT_EQ(module.start().value_or(""), "");
     EXPECT_TRUE(app->waitUntil([&] { return app->status->connected(); }));
+}
+
+TEST_F(WindowTest, PicturesOfAnyKindAreScaled) {
+    const auto folder = app->platform.resources().documentsDirectory() / "images";
+    std::filesystem::create_directories(folder);
+    for (const auto format : {QImage::Format_Mono, QImage::Format_Indexed8, QImage::Format_Grayscale8,
+                              QImage::Format_RGB888, QImage::Format_RGBA64}) {
+        QImage image{3, 2, format};
+        image.setColorTable({qRgb(255, 0, 0)});
+        image.fill(0);
+        ASSERT_TRUE(image.save(QString::fromStdString(folder / "ODD.png")));
+        const auto shown = PictureProvider{}.requestImage("picture/ODD.png", nullptr, {40, 30});
+        EXPECT_EQ(shown.size(), QSize(40, 30)) << format;
+    }
 }
 
 QQuickItem* itemWithText(QQuickItem* root, const QString& text) {
