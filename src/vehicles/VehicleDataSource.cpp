@@ -8,6 +8,7 @@
 #include "platform/Log.h"
 #include "platform/Platform.h"
 #include "support/Reachability.h"
+#include "support/TextNumbers.h"
 #include "support/URLData.h"
 #include "support/Utf8.h"
 #include "vehicles/ProfileDocument.h"
@@ -34,6 +35,22 @@ struct Server {
 Server& server() {
     static Server instance;
     return instance;
+}
+
+/// "http://HOST", a port from 1 to 65535 where there is one, and no blanks.
+bool isWebAddress(std::string_view url) {
+    const auto begin = url.find("://");
+    const auto scheme = url.substr(0, begin);
+    if (begin == std::string_view::npos || (scheme != "http" && scheme != "https")) return false;
+    if (std::any_of(url.begin(), url.end(), [](char c) { return c >= 0 && c <= ' '; })) return false;
+    const auto authority = url.substr(begin + 3, url.find('/', begin + 3) - begin - 3);
+    const auto colon =
+        authority.find(':', authority.rfind(']') == std::string_view::npos ? 0 : authority.rfind(']'));
+    if (authority.substr(0, colon).empty()) return false;
+    if (colon == std::string_view::npos) return true;
+    const std::string port{authority.substr(colon + 1)};
+    const auto number = intValue(port);
+    return std::to_string(number) == port && number >= 1 && number <= 65535;
 }
 
 /// What is stored under the key; nothing when nothing is, or nothing that can be read.
@@ -65,10 +82,7 @@ std::optional<std::string> utf8Text(const Data& data) {
 bool VehicleDataSource::setUpdateServer(std::string url) {
     while (url.ends_with('/'))
         url.pop_back();
-    const auto colon = url.find("://");
-    const auto scheme = url.substr(0, colon);
-    const auto host = colon == std::string::npos ? std::string{} : url.substr(colon + 3);
-    if ((scheme != "http" && scheme != "https") || host.empty() || host.starts_with('/')) return false;
+    if (!isWebAddress(url)) return false;
     const std::scoped_lock lock{server().mutex};
     server().url = std::move(url);
     return true;

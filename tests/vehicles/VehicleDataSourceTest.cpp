@@ -190,6 +190,16 @@ TEST_F(VehicleDataSourceTest, SetsAsideWhatItCanNotRead) {
     EXPECT_TRUE(platform.defaults.entries.contains("current_vehicle unreadable 6"));
 }
 
+TEST_F(VehicleDataSourceTest, TheUpdateServerIsAWebAddress) {
+    for (const auto* good : {"https://host", "http://host:8080/folder/", "http://[::1]:80", "http://[::1]"})
+        EXPECT_TRUE(VehicleDataSource::setUpdateServer(good)) << good;
+    const auto before = VehicleDataSource::updateServer();
+    for (const auto* bad : {"", "host", "ftp://host", "http://", "http:///x", "http://:80", "http://a b",
+                            "http://host:99999", "http://host:x", "http://host:", "file:///etc"})
+        EXPECT_FALSE(VehicleDataSource::setUpdateServer(bad)) << bad;
+    EXPECT_EQ(VehicleDataSource::updateServer(), before);
+}
+
 TEST(VersionComparison, FollowsTheTable) {
     const struct {
         Vehicle::Text stored;

@@ -159,6 +159,7 @@ void SqliteUserDefaults::setAside() {
         if (!std::filesystem::exists(aside, error)) break;
     }
     std::filesystem::rename(m_file, aside, error);
+    if (error) return;  // it stays, with its log, and that it can't be read is said
     logLine("the store of choices could not be read; it is kept as " + aside.string());
     for (const auto* suffix : {"-wal", "-shm"})
         std::filesystem::remove(m_file.string() + suffix, error);
