@@ -7,8 +7,8 @@
 #include <string>
 #include <vector>
 
-#include "link/AVStore.h"
 #include "session/ConnectionOptions.h"
+#include "support/AV.h"
 
 namespace itorvctl {
 

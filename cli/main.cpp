@@ -30,7 +30,7 @@ constexpr std::array<Row, 4> rows{{
 int main(int argc, char** argv) {
     QCoreApplication application{argc, argv};
     QCoreApplication::setApplicationName("itorvctl");
-    QCoreApplication::setApplicationVersion("1.0");
+    QCoreApplication::setApplicationVersion(ITORV_VERSION);
     std::string error;
     const auto arguments = itorvctl::readArguments(QCoreApplication::arguments(), error);
     if (!arguments) {

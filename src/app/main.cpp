@@ -13,12 +13,10 @@
 #include <memory>
 #include <string>
 
-#include "app/ConnectionStatus.h"
-#include "app/MainMenuViewController.h"
+#include "app/Screens.h"
 #include "app/StartTimes.h"
-#include "app/iTorvAppDelegate.h"
-#include "dashboards/iTorvViewController.h"
-#include "diagnostics/GroupsViewController.h"
+#include "control/ConnectionStatus.h"
+#include "control/iTorvAppDelegate.h"
 #include "platform/Log.h"
 #include "platform/real/LoopbackOnly.h"
 #include "platform/real/MemoryPressure.h"
@@ -145,18 +143,6 @@ std::optional<std::string> readArguments(const QCoreApplication& application, Op
     return std::nullopt;
 }
 
-DashboardScreens screensOf(const std::shared_ptr<iTorvAppDelegate>& control) {
-    return {.mainMenu =
-                [control] {
-                    return std::make_shared<MainMenuViewController>(std::vector<MainMenuViewController::Row>{
-                        {"Diagnostics", [control]() -> std::shared_ptr<ViewController> {
-                             return std::make_shared<GroupsViewController>(control->currentVehicle(),
-                                                                           control->feeder());
-                         }}});
-                },
-            .carSetup = {}};
-}
-
 QStringList shownValues(const std::vector<std::unique_ptr<DroppableView>>& places) {
     QStringList values;
     for (const auto& place : places) {
@@ -185,7 +171,7 @@ int main(int argc, char** argv) {
     if (asksForText(argc, argv)) {
         const QCoreApplication application{argc, argv};
         QCoreApplication::setApplicationName("itorv");
-        QCoreApplication::setApplicationVersion("1.0");
+        QCoreApplication::setApplicationVersion(ITORV_VERSION);
         Options none;
         static_cast<void>(readArguments(application, none));  // shows what is asked for, and ends
     }
@@ -194,7 +180,7 @@ int main(int argc, char** argv) {
     QGuiApplication application{argc, argv};
     QGuiApplication::setApplicationName("itorv");
     QGuiApplication::setApplicationDisplayName("iTorv");
-    QGuiApplication::setApplicationVersion("1.0");
+    QGuiApplication::setApplicationVersion(ITORV_VERSION);
     Options options;
     if (const auto why = readArguments(application, options)) return refuse(*why);
 
@@ -231,7 +217,7 @@ int main(int argc, char** argv) {
         status = std::make_unique<ConnectionStatus>(control->feeder());
         mainWindow = std::make_unique<MainWindow>();
         mainWindow->whenPainted([&, whenShown] {
-            firstPage = std::make_shared<iTorvViewController>(control, screensOf(control));
+            firstPage = Screens{control}.firstPage();
             stage = std::make_unique<Stage>(firstPage, status.get());
             mainWindow->show(*stage);
             whenShown();

@@ -1,6 +1,6 @@
 #include "attributes/AVFormatter.h"
 
-#include "link/AVStore.h"
+#include "support/AV.h"
 
 namespace torv {
 

@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "attributes/AVFormatter.h"
-#include "link/AVStore.h"
+#include "support/AV.h"
 #include "support/Value.h"
 
 namespace torv {

@@ -4,6 +4,9 @@
 #include <string>
 #include <utility>
 
+#include "platform/NotificationNames.h"
+#include "platform/StoredKeys.h"
+
 namespace torv {
 namespace {
 
@@ -33,7 +36,7 @@ ControlStrip::ControlStrip(QRectF frame, double powerLevelLeft, const std::share
     m_powerLevelView =
         makeReader<PowerLevelView>(QRectF{powerLevelLeft, 0, powerLevelWidth, frame.height()}, feeder);
     m_powerLevelView->setPriority(1);
-    setTurbo(Platform::current().userDefaults().objectForKey("turbosetting").boolValue());
+    setTurbo(Platform::current().userDefaults().objectForKey(turboSettingKey).boolValue());
     m_warningView =
         std::make_unique<WarningView>(QRectF{QPointF{powerLevelWidth + besidePowerLevel, 0}, warningSize});
     m_warningView->setWarning(false);
@@ -49,8 +52,8 @@ ControlStrip::ControlStrip(QRectF frame, double powerLevelLeft, const std::share
         makeReader<GearView>(QRectF{QPointF{m_torqueLockView->frame().right() + gearGap, 0}, gearSize});
     m_gearView->setPriority(1);
     auto& center = Platform::current().notificationCenter();
-    m_turboOn = center.addObserver("turboOnNotification", [this] { TurboOn(); });
-    m_turboOff = center.addObserver("turboOffNotification", [this] { TurboOff(); });
+    m_turboOn = center.addObserver(turboOnNotification, [this] { TurboOn(); });
+    m_turboOff = center.addObserver(turboOffNotification, [this] { TurboOff(); });
 }
 
 void ControlStrip::setTurbo(bool on) {

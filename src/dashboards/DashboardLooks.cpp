@@ -6,10 +6,7 @@
 #include <utility>
 
 #include "dashboards/DashboardViewController.h"
-#include "dashboards/TuningOverlay.h"
-#include "platform/Log.h"
 #include "screens/Touch.h"
-#include "tuning/SettingsReplay.h"
 
 namespace torv {
 namespace {
@@ -105,37 +102,9 @@ void DashboardViewController::buildToastLabelViewFontSize(const QString& text, i
     emit toastChanged();
 }
 
-/// A connect that comes while the last one is still being replayed has the replay start over, and not another
-/// one inside it.
 void DashboardViewController::sendvalues() {
-    if (m_replaying) {
-        m_replayAgain = true;
-        return;
-    }
-    const auto kept = shared_from_this();
-    m_replaying = true;
-    bool cancelled = false;
-    do {
-        logLine("getsran");
-        m_replayAgain = false;
-        TuningOverlay overlay{[this] { cancelCustomTuning(); }};
-        m_progress = overlay.hud();
-        emit progressChanged();
-        SettingsReplay{m_feeder, m_application->currentVehicle()}.run(
-            [&](std::size_t index, std::size_t failed, std::size_t total) {
-                overlay.show(index, failed, total);
-            },
-            [this] { return m_requestCancelCustomTuning || m_replayAgain; });
-        m_progress = nullptr;
-        emit progressChanged();
-        cancelled = std::exchange(m_requestCancelCustomTuning, false);
-        if (cancelled) {
-            SettingsReplay::activateDefaultProfile();
-            Platform::current().userDefaults().synchronize();
-        }
-    } while (cancelled || m_replayAgain);
-    m_replaying = false;
-    Platform::current().notificationCenter().postNotificationName("customTuningSettingsUpdated");
+    const auto kept = shared_from_this();  // it may be left meanwhile
+    m_replay.run();
 }
 
 void DashboardViewController::touch(Touching what, int finger, double x, double y) {

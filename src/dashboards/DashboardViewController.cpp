@@ -1,13 +1,14 @@
 #include "dashboards/DashboardViewController.h"
 
+#include <QScopedValueRollback>
 #include <algorithm>
 #include <array>
 #include <string>
 #include <utility>
 
 #include "dashboards/IndicatorViewFactory.h"
+#include "platform/NotificationNames.h"
 #include "screens/NavigationController.h"
-#include "support/Value.h"
 
 namespace torv {
 namespace {
@@ -40,10 +41,12 @@ DashboardViewController::DashboardViewController(const DashboardTraits& traits,
                                                  std::shared_ptr<iTorvAppDelegate> application,
                                                  DashboardScreens screens)
     : m_traits(traits),
+      m_placements(traits),
       m_application(std::move(application)),
       m_screens(std::move(screens)),
       m_feeder(m_application->feeder()),
-      m_currentVehicle(m_application->currentVehicle()) {}
+      m_currentVehicle(m_application->currentVehicle()),
+      m_replay(m_application, [this](auto overlay) { setProgress(std::move(overlay)); }) {}
 
 DashboardViewController::~DashboardViewController() {
     m_application->removeDelegate(this);
@@ -60,8 +63,8 @@ void DashboardViewController::viewDidLoad() {
     loadIndicatorViews();
     loadGauges();
     if (m_traits.hasControls) loadControlsView();
-    m_replay =
-        Platform::current().notificationCenter().addObserver("sendNotification", [this] { sendvalues(); });
+    m_connected =
+        Platform::current().notificationCenter().addObserver(sendNotification, [this] { sendvalues(); });
     m_application->addDelegate(this);
     m_ageTimer = Platform::current().runLoop().scheduleTimer(ageInterval, true,
                                                              [this](Timer&) { lookForOldValues(); });
@@ -97,7 +100,9 @@ void DashboardViewController::loadIndicatorViews() {
         const auto attribute = std::make_shared<const TorvAttribute>(std::move(sensor));
         auto indicator = IndicatorViewFactory::indicatorViewForTorvAttributeDelegate(attribute, this);
         indicator->setTag(aid);
-        indicator->setAppdelegate(m_application);
+        indicator->setSampleSink([log = std::weak_ptr{m_application}](AID sampled, float value) {
+            if (const auto application = log.lock()) application->recordSample(sampled, value);
+        });
         read(indicator, *attribute);
         const auto same = std::find_if(m_indicatorViews.begin(), m_indicatorViews.end(),
                                        [&](const auto& entry) { return entry.first == aid; });
@@ -144,10 +149,7 @@ void DashboardViewController::loadGauges() {
 }
 
 std::string DashboardViewController::placementKey(std::int32_t style, const DroppableView& place) const {
-    auto key = m_currentVehicle.name().value_or("(null)") + "_" + std::to_string(style);
-    if (m_traits.keyHasIndex)
-        key += "_" + std::to_string(indexOf(place)) + "_" + std::to_string(m_traits.number);
-    return key + "_KEY";
+    return m_placements.key(m_currentVehicle.name(), style, indexOf(place));
 }
 
 std::ptrdiff_t DashboardViewController::indexOf(const DroppableView& place) const {
@@ -162,9 +164,8 @@ bool DashboardViewController::isMainPlace(const DroppableView& place) const {
 
 bool DashboardViewController::loadGaugeViewWithStyleIntoDroppableView(std::int32_t style,
                                                                       DroppableView& place) {
-    const auto stored = Platform::current().userDefaults().objectForKey(placementKey(style, place));
-    if (!stored.number()) return false;
-    const auto indicator = indicatorView(stored.longLongValue());
+    const auto stored = PlacementStore::load(placementKey(style, place));
+    const auto indicator = stored ? indicatorView(*stored) : nullptr;
     if (!indicator) return false;
     addIndicatorViewToDroppableView(*indicator, place);
     return true;
@@ -215,9 +216,7 @@ void DashboardViewController::droppableViewDidRetainDraggingView(DroppableView& 
     place.setGauge(gauge);
     place.setAlpha(filled);
     read(gauge, attribute);
-    auto& defaults = Platform::current().userDefaults();
-    defaults.setObjectForKey(Number::fromInteger(attribute.aid), placementKey(gauge->style(), place));
-    defaults.synchronize();
+    PlacementStore::save(attribute.aid, placementKey(gauge->style(), place));
 }
 
 void DashboardViewController::droppableViewDidReleaseDroppedView(DroppableView& place,
@@ -237,9 +236,7 @@ void DashboardViewController::droppableViewDidReleaseDroppedView(DroppableView& 
         gauge->setPriority(0);
         place.setGauge(nullptr);
     }
-    auto& defaults = Platform::current().userDefaults();
-    defaults.removeObjectForKey(placementKey(gauge ? gauge->style() : 0, place));
-    defaults.synchronize();
+    PlacementStore::remove(placementKey(gauge ? gauge->style() : 0, place));
 }
 
 bool DashboardViewController::pointInside(QPointF point, QRectF frame) {
@@ -358,14 +355,13 @@ void DashboardViewController::iTorvAppDelegateDidChangeCurrentVehicle(iTorvAppDe
         removeDroppedViewFromDroppableViewIndicatorKey(view, *place,
                                                        placementKey(gauge ? gauge->style() : 0, *place));
     }
-    Platform::current().userDefaults().synchronize();
     m_currentVehicle = vehicle;
 }
 
 /// The place keeps its dropped view: that is what carries a sensor over to the next vehicle.
 void DashboardViewController::removeDroppedViewFromDroppableViewIndicatorKey(
     const std::shared_ptr<CarriedView>& view, DroppableView& place, const std::string& key) {
-    Platform::current().userDefaults().removeObjectForKey(key);
+    PlacementStore::remove(key);
     droppableViewDidReleaseDroppedView(place, view);
     if (!isMainPlace(place)) place.setAlpha(m_pageView->expanded() ? offered : hidden);
     place.setEditing(false);
@@ -400,9 +396,8 @@ void DashboardViewController::incrementPowerBy(std::int64_t delta) {
     const auto level = m_feeder->valueForAID(aid).bytes()[0];
     if (delta < 0 && level == 0) return;
     const std::array<std::uint8_t, 1> next{static_cast<std::uint8_t>(level + delta)};
-    m_steppingPower = true;
+    const QScopedValueRollback stepping{m_steppingPower, true};
     m_feeder->setValueForAID(next, aid);
-    m_steppingPower = false;
 }
 
 void DashboardViewController::goBackOnePage() {

@@ -8,13 +8,14 @@
 #include <utility>
 #include <vector>
 
-#include "app/iTorvAppDelegate.h"
+#include "control/ConnectReplay.h"
+#include "control/iTorvAppDelegate.h"
 #include "dashboards/ControlStrip.h"
 #include "dashboards/DashboardTraits.h"
 #include "dashboards/DroppableView.h"
 #include "dashboards/PageTouches.h"
 #include "dashboards/PageView.h"
-#include "screens/ProgressHUD.h"
+#include "dashboards/PlacementStore.h"
 #include "screens/ViewController.h"
 
 namespace torv {
@@ -51,7 +52,6 @@ class DashboardViewController : public ViewController,
     Q_PROPERTY(QObject* touchingView READ touchingViewObject NOTIFY touchingViewChanged)
     Q_PROPERTY(QString toast READ toast NOTIFY toastChanged)
     Q_PROPERTY(QRectF toastFrame READ toastFrame NOTIFY toastChanged)
-    Q_PROPERTY(torv::ProgressHUD* progress READ progress NOTIFY progressChanged)
     Q_PROPERTY(QString pressedButton READ pressedButton NOTIFY pressedChanged)
 
 public:
@@ -76,7 +76,7 @@ public:
     void incrementPowerBy(std::int64_t delta);
     /// Writes all that is stored to the module, behind an overlay. Blocks.
     void sendvalues();
-    void cancelCustomTuning() { m_requestCancelCustomTuning = true; }
+    void cancelCustomTuning() { m_replay.cancel(); }
     void hideControls();
     void pushMainMenuViewController();
     void pushCarSetupTableViewController();
@@ -124,8 +124,6 @@ public:
     [[nodiscard]] const DashboardTraits& traits() const { return m_traits; }
     /// Where the placement of this place is stored.
     [[nodiscard]] std::string placementKey(std::int32_t style, const DroppableView& place) const;
-    /// HUDForView: the overlay that stands on this page, or null.
-    [[nodiscard]] ProgressHUD* progress() const { return m_progress.get(); }
 
     /// Left edge of the stage.
     [[nodiscard]] double stageLeft() const { return (viewWidth() - stageWidth) * 0.5; }
@@ -162,7 +160,6 @@ signals:
     void laidOut();
     void touchingViewChanged();
     void toastChanged();
-    void progressChanged();
     void pressedChanged();
 
 protected:
@@ -193,6 +190,7 @@ private:
     void lookForOldValues();
 
     const DashboardTraits& m_traits;
+    const PlacementStore m_placements;
     const std::shared_ptr<iTorvAppDelegate> m_application;
     const DashboardScreens m_screens;
     const std::shared_ptr<iTorvFeeder> m_feeder;
@@ -207,17 +205,14 @@ private:
     std::string m_aidName;
     QString m_toast;
     QRectF m_toastFrame;
-    std::shared_ptr<ProgressHUD> m_progress;
-    bool m_requestCancelCustomTuning = false;
-    bool m_replaying = false;
-    bool m_replayAgain = false;
     bool m_steppingPower = false;
     bool m_left = false;
     double m_wheel = 0;  // turned since the last page
     bool m_pickerInFront = false;
     PageTouches m_touches{*this};
     std::shared_ptr<Timer> m_ageTimer;
-    NotificationCenter::Observation m_replay;
+    ConnectReplay m_replay;
+    NotificationCenter::Observation m_connected;
 };
 
 }  // namespace torv

@@ -4,14 +4,13 @@
 #include <cmath>
 #include <utility>
 
+#include "platform/NotificationNames.h"
 #include "support/TextNumbers.h"
 
 namespace torv {
 namespace {
 
 constexpr AID slipAID = 40;  // shown as 0 while the converter is locked
-constexpr auto lockNotification = "lockNotification";
-constexpr auto unlockNotification = "unlockNotification";
 constexpr double shortNeedleWidth =
     350;  // a dial of this width, the second page's main one, has a shorter needle
 constexpr double shortNeedleHeight = 270;

@@ -43,11 +43,7 @@ void IndicatorView::updateValue(std::optional<float> number) {
     const float value = number.value_or(0);
     setOld(false);
     setValue(value);
-    const auto application = m_appdelegate.lock();
-    if (!application || !m_attribute) return;
-    auto& log = application->dataLoggingDict();
-    if (!log) log.emplace();
-    log->record(m_attribute->aid, value, DataLog::Clock::now());
+    if (m_sampleSink && m_attribute) m_sampleSink(m_attribute->aid, value);
 }
 
 void IndicatorView::setValue(double value) {

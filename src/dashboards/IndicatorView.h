@@ -1,10 +1,10 @@
 #pragma once
 
 #include <atomic>
+#include <functional>
 #include <memory>
 #include <optional>
 
-#include "app/iTorvAppDelegate.h"
 #include "dashboards/DraggableIndicatorView.h"
 #include "dashboards/GaugeView.h"
 
@@ -48,7 +48,7 @@ public:
     [[nodiscard]] std::int32_t priority() const override { return m_priority; }
     void setPriority(std::int32_t priority) override { m_priority = priority; }
 
-    /// Shows the number, and adds it to the data log. Nothing reads as 0.
+    /// Shows the number, and hands it to the sink. Nothing reads as 0.
     void updateValue(std::optional<float> number);
     [[nodiscard]] double value() const { return m_value; }
     void setValue(double value);
@@ -66,10 +66,9 @@ public:
     [[nodiscard]] AID tag() const { return m_tag; }
     void setTag(AID tag) { m_tag = tag; }
     void setDelegate(IndicatorViewDelegate* delegate) { m_delegate = delegate; }
-    /// Whose data log it writes to.
-    void setAppdelegate(std::weak_ptr<iTorvAppDelegate> application) {
-        m_appdelegate = std::move(application);
-    }
+    /// Takes each value that is shown; an indicator without one keeps them to itself.
+    using SampleSink = std::function<void(AID aid, float value)>;
+    void setSampleSink(SampleSink sink) { m_sampleSink = std::move(sink); }
 
     void setUnitImage(Image image);
     void setIconImage(Image image);
@@ -106,7 +105,7 @@ private:
     double m_value = 0;
     IndicatorViewDelegate* m_delegate = nullptr;
     std::atomic<std::int32_t> m_priority{0};
-    std::weak_ptr<iTorvAppDelegate> m_appdelegate;
+    SampleSink m_sampleSink;
     AID m_tag = 0;
     bool m_old = true;
 };

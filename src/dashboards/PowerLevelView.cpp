@@ -4,6 +4,7 @@
 #include <cmath>
 #include <utility>
 
+#include "platform/NotificationNames.h"
 #include "support/TextNumbers.h"
 
 namespace torv {
@@ -33,7 +34,7 @@ PowerLevelView::PowerLevelView(QRectF frame, std::shared_ptr<iTorvFeeder> feeder
       m_powerLevelNumber(std::make_unique<DigitalDisplayView>(
           QRectF{QPointF{m_normal.size.width() + numberGap, 0}, numberSize})),
       m_powerLevelIcon(m_normal),
-      m_tuningUpdated(Platform::current().notificationCenter().addObserver("customTuningSettingsUpdated",
+      m_tuningUpdated(Platform::current().notificationCenter().addObserver(customTuningSettingsUpdated,
                                                                            [this] { updateMaxLevels(); })) {
     m_powerLevelNumber->setStyle(1);
     m_powerLevelNumber->setTextAlignment(1);

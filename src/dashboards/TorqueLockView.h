@@ -1,6 +1,7 @@
 #pragma once
 
 #include "dashboards/LampView.h"
+#include "platform/NotificationNames.h"
 
 namespace torv {
 
@@ -15,8 +16,8 @@ public:
 
 protected:
     void lockedChanged() override {
-        Platform::current().notificationCenter().postNotificationName(isLocked() ? "lockNotification"
-                                                                                 : "unlockNotification");
+        Platform::current().notificationCenter().postNotificationName(isLocked() ? lockNotification
+                                                                                 : unlockNotification);
     }
 };
 

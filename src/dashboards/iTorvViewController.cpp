@@ -3,13 +3,14 @@
 #include <utility>
 
 #include "dashboards/AlternateViewController.h"
+#include "platform/StoredKeys.h"
 
 namespace torv {
 
 iTorvViewController::iTorvViewController(std::shared_ptr<iTorvAppDelegate> application,
                                          DashboardScreens screens)
     : DashboardViewController(firstPageTraits(), std::move(application), std::move(screens)),
-      m_isntFirstRun(Platform::current().userDefaults().objectForKey("FIRST_RUN_KEY").boolValue()) {}
+      m_isntFirstRun(Platform::current().userDefaults().objectForKey(firstRunKey).boolValue()) {}
 
 void iTorvViewController::viewDidAppear() {
     if (std::exchange(m_isntFirstRun, true)) return;

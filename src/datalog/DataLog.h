@@ -6,7 +6,7 @@
 #include <optional>
 #include <vector>
 
-#include "link/AVStore.h"
+#include "support/AV.h"
 
 namespace torv {
 

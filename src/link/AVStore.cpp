@@ -1,6 +1,6 @@
 #include "link/AVStore.h"
 
-#include <algorithm>
+#include <cstddef>
 
 namespace torv {
 namespace {
@@ -13,10 +13,6 @@ std::uint8_t* slotIn(AVHalfStore& store, std::uint8_t aid) {
 }
 
 }  // namespace
-
-AV::AV(std::span<const std::uint8_t> bytes, std::size_t size) : m_size(std::min(size, longSlotSize)) {
-    std::copy_n(bytes.begin(), std::min(bytes.size(), m_size), m_bytes.begin());
-}
 
 AVHalfStore& receiveStore() {
     static AVHalfStore store;

@@ -4,6 +4,7 @@
 #include <list>
 #include <mutex>
 
+#include "platform/NotificationNames.h"
 #include "platform/Platform.h"
 
 namespace {
@@ -66,13 +67,13 @@ struct Engine {
     Exchange write{.frameType = x2comFrameWrite,
                    .sent = x2comTxWriteSent,
                    .done = x2comRxAckDone,
-                   .startTimer = x2comStartAckTimerNotification,
-                   .stopTimer = x2comStopAckTimerNotification};
+                   .startTimer = torv::x2comStartAckTimerNotification,
+                   .stopTimer = torv::x2comStopAckTimerNotification};
     Exchange read{.frameType = x2comFrameRequest,
                   .sent = x2comTxRequestSent,
                   .done = x2comRxRespDone,
-                  .startTimer = x2comStartRespTimerNotification,
-                  .stopTimer = x2comStopRespTimerNotification};
+                  .startTimer = torv::x2comStartRespTimerNotification,
+                  .stopTimer = torv::x2comStopRespTimerNotification};
 };
 
 Engine& engine() {

@@ -26,14 +26,8 @@
 
 #include <cstdint>
 #include <span>
-#include <string_view>
 
 #include "link/x2comCodec.h"
-
-constexpr std::string_view x2comStartAckTimerNotification = "x2comStartAckTimerNotification";
-constexpr std::string_view x2comStopAckTimerNotification = "x2comStopAckTimerNotification";
-constexpr std::string_view x2comStartRespTimerNotification = "x2comStartRespTimerNotification";
-constexpr std::string_view x2comStopRespTimerNotification = "x2comStopRespTimerNotification";
 
 /// `...Sent` is the last frame of its kind, after `...More` there is more to come.
 enum x2comTxResult : std::uint8_t {

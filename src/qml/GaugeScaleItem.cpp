@@ -2,7 +2,7 @@
 
 #include <QPainter>
 
-#include "dashboards/LcdFont.h"
+#include "fonts/LcdFont.h"
 
 namespace torv {
 namespace {

@@ -9,7 +9,7 @@
 #include <utility>
 
 #include "dashboards/DigitalDisplayView.h"
-#include "dashboards/LcdFont.h"
+#include "fonts/LcdFont.h"
 #include "platform/Log.h"
 #include "platform/Platform.h"
 #include "screens/Image.h"

@@ -7,8 +7,7 @@
 namespace torv {
 
 NavigationController::NavigationController(std::shared_ptr<ViewController> root) {
-    root->m_navigationController = this;
-    m_stack.push_back(std::move(root));
+    take(std::move(root));
     topViewController()->loadViewIfNeeded();
     topViewController()->viewWillAppear();
     topViewController()->viewDidAppear();
@@ -20,11 +19,26 @@ QString NavigationController::backTitle() const {
     return m_stack.size() < 2 ? QString{} : m_stack[m_stack.size() - 2]->backButtonTitle();
 }
 
+void NavigationController::take(std::shared_ptr<ViewController> screen) {
+    screen->m_navigationController = this;
+    screen->m_below = this;
+    connect(screen.get(), &ViewController::presentationChanged, this, &ViewController::presentationChanged);
+    m_stack.push_back(std::move(screen));
+}
+
+void NavigationController::letGoOf(std::vector<std::shared_ptr<ViewController>>::iterator screen) {
+    (*screen)->m_navigationController = nullptr;
+    (*screen)->disconnect(this);
+    m_leaving.push_back(std::move(*screen));
+    m_stack.erase(screen);
+}
+
 void NavigationController::show(bool animated) {
     m_animated = animated;
     topViewController()->loadViewIfNeeded();
     topViewController()->viewWillAppear();
     emit stackChanged();
+    emit presentationChanged();
     topViewController()->viewDidAppear();
     // By then the look has let go of what it showed before.
     queueTouch(this, [](NavigationController& self) { self.m_leaving.clear(); });
@@ -33,26 +47,20 @@ void NavigationController::show(bool animated) {
 void NavigationController::pushViewControllerAnimated(std::shared_ptr<ViewController> screen, bool animated) {
     if (!screen) return;
     topViewController()->viewWillDisappear();
-    screen->m_navigationController = this;
-    m_stack.push_back(std::move(screen));
+    take(std::move(screen));
     show(animated);
 }
 
 void NavigationController::popViewControllerAnimated(bool animated) {
     if (m_stack.size() < 2) return;
     topViewController()->viewWillDisappear();
-    topViewController()->m_navigationController = nullptr;
-    m_leaving.push_back(std::move(m_stack.back()));
-    m_stack.pop_back();
+    letGoOf(m_stack.end() - 1);
     show(animated);
 }
 
 void NavigationController::popToRootViewControllerAnimated(bool animated) {
-    while (m_stack.size() > 2) {
-        m_stack[m_stack.size() - 2]->m_navigationController = nullptr;
-        m_leaving.push_back(std::move(m_stack[m_stack.size() - 2]));
-        m_stack.erase(m_stack.end() - 2);
-    }
+    while (m_stack.size() > 2)
+        letGoOf(m_stack.end() - 2);
     popViewControllerAnimated(animated);
 }
 

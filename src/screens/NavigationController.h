@@ -37,6 +37,8 @@ signals:
     void stackChanged();
 
 private:
+    void take(std::shared_ptr<ViewController> screen);
+    void letGoOf(std::vector<std::shared_ptr<ViewController>>::iterator screen);
     void show(bool animated);
 
     std::vector<std::shared_ptr<ViewController>> m_stack;

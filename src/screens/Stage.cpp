@@ -3,53 +3,42 @@
 #include <QQmlEngine>
 #include <utility>
 
-#include "screens/Touch.h"
+#include "screens/NavigationController.h"
 
 namespace torv {
 
 Stage::Stage(std::shared_ptr<ViewController> root, QObject* status)
-    : m_root(std::move(root)), m_status(status) {
+    : m_root(std::move(root)), m_status(status), m_top(m_root.get()) {
     QQmlEngine::setObjectOwnership(this, QQmlEngine::CppOwnership);
     if (m_status) QQmlEngine::setObjectOwnership(m_status, QQmlEngine::CppOwnership);
-    connect(m_root.get(), &ViewController::presentationChanged, this, &Stage::topChanged);
+    connect(m_root.get(), &ViewController::presentationChanged, this, &Stage::look);
     m_root->loadViewIfNeeded();
     m_root->viewWillAppear();
     m_root->viewDidAppear();
+    look();
 }
 
 Stage::~Stage() = default;
 
-ViewController* Stage::top() const {
+void Stage::look() {
     auto* screen = m_root.get();
     while (auto* presented = screen->presentedViewController())
         screen = presented;
-    return screen;
+    const auto* const stack = qobject_cast<NavigationController*>(screen);
+    auto* const progress = stack ? stack->topViewController()->progress() : screen->progress();
+    // Listeners may look at any of them, so all are known before the first is told.
+    const bool topIsNew = std::exchange(m_top, screen) != screen;
+    const bool progressIsNew = std::exchange(m_progress, progress) != progress;
+    const bool alertIsNew = std::exchange(m_alert, m_root->alert()) != m_root->alert();
+    if (topIsNew) emit topChanged();
+    if (progressIsNew) emit progressChanged();
+    if (alertIsNew) emit alertChanged();
 }
 
 void Stage::setViewSize(QSizeF size) {
     if (viewSize() == size) return;
     m_root->setViewSize(size);
     emit viewSizeChanged();
-}
-
-void Stage::show(std::shared_ptr<AlertView> alert) {
-    QObject::connect(alert.get(), &AlertView::dismissed, this, [this, gone = alert.get()] {
-        std::vector<std::shared_ptr<AlertView>> leaving;  // outlives the look's letting go
-        for (auto& shown : m_alerts) {
-            if (shown.get() == gone) leaving.push_back(shown);
-        }
-        std::erase_if(m_alerts, [&](const auto& shown) { return shown.get() == gone; });
-        emit alertsChanged();
-        queueTouch(this, [leaving](Stage&) {});
-    });
-    m_alerts.push_back(std::move(alert));
-    emit alertsChanged();
-}
-
-void Stage::setProgress(std::shared_ptr<ProgressHUD> progress) {
-    const auto leaving = std::exchange(m_progress, std::move(progress));
-    emit progressChanged();
-    queueTouch(this, [leaving](Stage&) {});
 }
 
 }  // namespace torv

@@ -1,6 +1,7 @@
 #include "screens/ViewController.h"
 
 #include <QQmlEngine>
+#include <algorithm>
 #include <utility>
 
 #include "screens/NavigationController.h"
@@ -52,10 +53,25 @@ void ViewController::setViewSize(QSizeF size) {
     if (m_loaded) viewDidLayout();
 }
 
-void ViewController::presentModalViewControllerAnimated(std::shared_ptr<ViewController> screen, bool) {
+ViewController& ViewController::presenter() {
+    return m_navigationController ? *m_navigationController : *this;
+}
+
+const ViewController& ViewController::outermost() const {
+    const auto* screen = this;
+    while (screen->m_below)
+        screen = screen->m_below;
+    return *screen;
+}
+
+void ViewController::presentModalViewControllerAnimated(std::shared_ptr<ViewController> screen,
+                                                        bool animated) {
+    if (&presenter() != this)
+        return presenter().presentModalViewControllerAnimated(std::move(screen), animated);
     if (!screen || m_presented) return;
     m_presented = std::move(screen);
     m_presented->m_presenting = this;
+    m_presented->m_below = this;
     connect(m_presented.get(), &ViewController::presentationChanged, this,
             &ViewController::presentationChanged);
     m_presented->setViewSize(m_viewSize);
@@ -67,10 +83,9 @@ void ViewController::presentModalViewControllerAnimated(std::shared_ptr<ViewCont
 }
 
 void ViewController::dismissModalViewControllerAnimated(bool animated) {
+    if (&presenter() != this) return presenter().dismissModalViewControllerAnimated(animated);
     if (!m_presented) {
-        ViewController* const outermost = m_navigationController ? m_navigationController : this;
-        if (auto* presenting = outermost->m_presenting)
-            presenting->dismissModalViewControllerAnimated(animated);
+        if (m_presenting) m_presenting->dismissModalViewControllerAnimated(animated);
         return;
     }
     const auto leaving = std::exchange(m_presented, nullptr);
@@ -80,6 +95,34 @@ void ViewController::dismissModalViewControllerAnimated(bool animated) {
     emit presentationChanged();
     viewDidAppear();
     // The look may still draw the screen that has just gone.
+    queueTouch(this, [leaving](ViewController&) {});
+}
+
+void ViewController::showAlert(std::shared_ptr<AlertView> alert) {
+    if (!alert) return;
+    auto& top = const_cast<ViewController&>(outermost());
+    QObject::connect(alert.get(), &AlertView::dismissed, &top, [&top, gone = alert.get()] {
+        const auto found = std::find_if(top.m_alerts.begin(), top.m_alerts.end(),
+                                        [&](const auto& shown) { return shown.get() == gone; });
+        if (found == top.m_alerts.end()) return;
+        const auto leaving = *found;
+        top.m_alerts.erase(found);
+        emit top.presentationChanged();
+        // The look may still draw it.
+        queueTouch(&top, [leaving](ViewController&) {});
+    });
+    top.m_alerts.push_back(std::move(alert));
+    emit top.presentationChanged();
+}
+
+AlertView* ViewController::alert() const {
+    const auto& alerts = outermost().m_alerts;
+    return alerts.empty() ? nullptr : alerts.back().get();
+}
+
+void ViewController::setProgress(std::shared_ptr<ProgressHUD> progress) {
+    const auto leaving = std::exchange(m_progress, std::move(progress));
+    emit presentationChanged();
     queueTouch(this, [leaving](ViewController&) {});
 }
 

@@ -1,12 +1,16 @@
 #pragma once
 
 #include <QObject>
+#include <QPointer>
 #include <QSizeF>
 #include <QString>
 #include <algorithm>
 #include <memory>
+#include <vector>
 
+#include "screens/AlertView.h"
 #include "screens/BarButtonItem.h"
+#include "screens/ProgressHUD.h"
 
 namespace torv {
 
@@ -50,9 +54,18 @@ public:
     [[nodiscard]] double viewWidth() const { return std::max(m_viewSize.width(), m_viewSize.height()); }
     [[nodiscard]] double screenWidth() const { return viewWidth(); }
 
+    /// Over everything, whichever screen is shown; the last one shown lies on top.
+    void showAlert(std::shared_ptr<AlertView> alert);
+    /// The topmost alert over the stack of screens that this one belongs to; null when there is none.
+    [[nodiscard]] AlertView* alert() const;
+    /// Over this screen alone, which it holds while something runs. Null takes the overlay away.
+    void setProgress(std::shared_ptr<ProgressHUD> progress);
+    /// HUDForView: the overlay that stands on this screen, or null.
+    [[nodiscard]] ProgressHUD* progress() const { return m_progress.get(); }
+
     [[nodiscard]] ViewController* presentedViewController() const { return m_presented.get(); }
     [[nodiscard]] ViewController* presentingViewController() const { return m_presenting; }
-    /// Does nothing while this one presents another.
+    /// Over the whole stack that it stands on. Does nothing while another one is presented there.
     void presentModalViewControllerAnimated(std::shared_ptr<ViewController> screen, bool animated);
     /// Ends what this one presents; if that is nothing, itself, with the stack that it stands on.
     void dismissModalViewControllerAnimated(bool animated);
@@ -70,7 +83,7 @@ signals:
     void titleChanged();
     void barButtonsChanged();
     void viewSizeChanged();
-    /// Here or further up.
+    /// Screens, alerts or overlays, here or further up.
     void presentationChanged();
 
 protected:
@@ -79,6 +92,10 @@ protected:
 private:
     friend class NavigationController;
 
+    /// What presents and is presented: the stack of screens that this one stands on, or itself.
+    [[nodiscard]] ViewController& presenter();
+    [[nodiscard]] const ViewController& outermost() const;
+
     QString m_title;
     QString m_backButtonTitle = QStringLiteral("Back");
     std::unique_ptr<BarButtonItem> m_leftBarButton;
@@ -86,6 +103,9 @@ private:
     NavigationController* m_navigationController = nullptr;  // while it stands on its stack
     std::shared_ptr<ViewController> m_presented;
     ViewController* m_presenting = nullptr;
+    QPointer<ViewController> m_below;  // what lay below it last: an alert may come after it has left
+    std::vector<std::shared_ptr<AlertView>> m_alerts;  // of all screens, on the outermost one
+    std::shared_ptr<ProgressHUD> m_progress;
     QSizeF m_viewSize{568, 320};
     bool m_loaded = false;
 };

@@ -6,7 +6,7 @@
 #include <map>
 #include <mutex>
 
-#include "link/AVStore.h"
+#include "support/AV.h"
 
 namespace torv {
 

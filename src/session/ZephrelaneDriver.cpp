@@ -4,6 +4,7 @@
 #include <array>
 #include <utility>
 
+#include "platform/NotificationNames.h"
 #include "support/TextNumbers.h"
 
 namespace torv {
@@ -11,17 +12,10 @@ namespace {
 
 using namespace std::chrono_literals;
 
-constexpr std::int32_t reconnectCredit = 6;
-constexpr auto reconnectInterval = 3000ms;
-constexpr auto heartbeatInterval = 600ms;
-constexpr auto heartbeatRepeat = 1000ms;
 constexpr auto answerInterval = 100ms;
 constexpr int writeAttempts = 21;
 constexpr std::int32_t heartbeatAID = 9;
 constexpr std::uint16_t modulePort = 2000;
-
-constexpr auto dtc224Received = "dtc224Received";
-constexpr auto dtc225Received = "dtc225Received";
 
 bool isUsable(std::int32_t aid) {
     return aid >= 0 && aid <= 254;
@@ -37,12 +31,20 @@ ZephrelaneDriver*& startedDriver() {
 ZephrelaneDriver::ZephrelaneDriver(ConnectionOptions options)
     : m_platform(Platform::current()),
       m_options(std::move(options)),
+      m_chain(
+          m_platform.runLoop(), [this] { return m_connected.load(); },
+          [this] {
+              closeSockets();
+              openSockets();
+          }),
+      // The answer does not matter.
+      m_heartbeat(m_platform.runLoop(), [this] { static_cast<void>(requestValueForAID(heartbeatAID)); }),
       m_readingQueue(m_platform.makeWorkQueue("x2com reading")) {}
 
 ZephrelaneDriver::~ZephrelaneDriver() {
     closeSockets();
     m_readingQueue.reset();
-    for (const auto& timer : {m_ackTimer, m_respTimer, m_heartbeatTimer, m_reconnectTimer}) {
+    for (const auto& timer : {m_ackTimer, m_respTimer}) {
         if (timer) timer->invalidate();
     }
     if (sharedDriver() == this) {
@@ -57,11 +59,10 @@ ZephrelaneDriver* ZephrelaneDriver::sharedDriver() {
 
 void ZephrelaneDriver::start() {
     openSockets();
-    m_counter = reconnectCredit;  // behind the first open, which does not depend on it
     x2comReset();
     startedDriver() = this;
     x2comSetSink(this);
-    scheduleReconnect();
+    m_chain.start();
     auto& center = m_platform.notificationCenter();
     m_observations.push_back(
         center.addObserver(x2comStartRespTimerNotification, [this] { startX2comRespTimer(); }));
@@ -90,26 +91,12 @@ void ZephrelaneDriver::openSockets() {
     m_stream = m_platform.streams().streamToHost(endpoint);
     if (m_stream) m_stream->setClient([this](ByteStream::Event event) { streamEvent(event); });
     const bool opened = m_stream && m_stream->open();
-    if ((!opened || m_counter < 0) && m_delegate) m_delegate->zephrelaneDriverDidFailToConnect(*this);
+    if ((!opened || m_chain.reportsFailures()) && m_delegate)
+        m_delegate->zephrelaneDriverDidFailToConnect(*this);
 }
 
 void ZephrelaneDriver::closeSockets() {
     if (const auto stream = std::exchange(m_stream, nullptr)) stream->close();
-}
-
-void ZephrelaneDriver::scheduleReconnect() {
-    // A chain that is still under way is replaced: two of them would only reopen what the other has opened.
-    if (m_reconnectTimer) m_reconnectTimer->invalidate();
-    m_reconnectTimer =
-        m_platform.runLoop().scheduleTimer(reconnectInterval, false, [this](Timer&) { reconnect(); });
-}
-
-void ZephrelaneDriver::reconnect() {
-    if (m_connected) return;
-    --m_counter;
-    closeSockets();
-    openSockets();
-    scheduleReconnect();
 }
 
 void ZephrelaneDriver::streamEvent(ByteStream::Event event) {
@@ -121,7 +108,7 @@ void ZephrelaneDriver::streamEvent(ByteStream::Event event) {
 }
 
 void ZephrelaneDriver::dataAvailable() {
-    armHeartbeat(heartbeatInterval);
+    m_heartbeat.bytesCame();
     // Looked at before the chunk is handed over: the session comes up with the event after the one whose
     // chunk brought the first AV, however quick the reading thread is.
     const bool cameUp = m_firstAVSeen && !m_connected.load();
@@ -294,8 +281,8 @@ bool ZephrelaneDriver::canSend() {
 }
 
 // The guard of the resp timer is cleared by the ack timer's stop and expiry too, and set by its start. So a
-// resp timer can outlive its guard, and a second one can start beside it. Modules have been tuned against
-// this timing, and it only makes a read give up a little early.
+// resp timer can outlive its guard, and a second one can start beside it; a read then gives up a little
+// early. Kept as it is.
 
 void ZephrelaneDriver::startX2comRespTimer() {
     if (m_respTimerRunning) return;
@@ -344,19 +331,6 @@ void ZephrelaneDriver::x2comAckTimeoutHandler(Timer& timer) {
     x2comAckTimedOut();
     m_ackTimer = nullptr;
     m_respTimerRunning = false;
-}
-
-void ZephrelaneDriver::armHeartbeat(std::chrono::milliseconds interval) {
-    if (m_heartbeatTimer) m_heartbeatTimer->invalidate();
-    m_heartbeatTimer =
-        m_platform.runLoop().scheduleTimer(interval, false, [this](Timer&) { x2comTimeoutHandler(); });
-}
-
-void ZephrelaneDriver::x2comTimeoutHandler() {
-    // The answer does not matter: the request keeps a silent module talking, and gives a connection whose
-    // peer has vanished something to fail on.
-    static_cast<void>(requestValueForAID(heartbeatAID));
-    armHeartbeat(heartbeatRepeat);
 }
 
 }  // namespace torv

@@ -15,6 +15,8 @@
 #include "platform/Platform.h"
 #include "session/ArrivalTimes.h"
 #include "session/ConnectionOptions.h"
+#include "session/Heartbeat.h"
+#include "session/ReconnectChain.h"
 #include "session/ZephrelaneDriverDelegate.h"
 
 namespace torv {
@@ -47,7 +49,7 @@ public:
     /// Once. The blocking calls below are for the main thread; elsewhere they fail at once.
     void start();
     /// Does nothing while connected. Otherwise closes, opens and comes again in 3.0 s, without end.
-    void reconnect();
+    void reconnect() { m_chain.attemptNow(); }
 
     /// One attempt: true if the module acknowledged within 0.1 s. Turns the main loop meanwhile, so another
     /// exchange can begin inside this one; the inner run of the loop then sees the outcome of both. While
@@ -78,9 +80,8 @@ public:
     [[nodiscard]] std::shared_ptr<ByteStream> writeStream() const { return m_stream; }
     [[nodiscard]] bool connected() const { return m_connected; }
     [[nodiscard]] bool firstAVSeen() const { return m_firstAVSeen; }
-    /// Reconnects left before failures are reported. A session that comes up does not restore it, so that a
-    /// handset that has struggled once reports the next loss at once.
-    [[nodiscard]] std::int32_t counter() const { return m_counter; }
+    /// Reconnects left before failures are reported.
+    [[nodiscard]] std::int32_t counter() const { return m_chain.credit(); }
 
     /// For whoever wants to see the link itself: every frame sent, and every chunk received with the
     /// engine's result for the chunk before it. Set before `start`; called on the sending or reading thread.
@@ -116,9 +117,6 @@ private:
     void stopX2comAckTimer();
     void x2comRespTimeoutHandler(Timer& timer);
     void x2comAckTimeoutHandler(Timer& timer);
-    void x2comTimeoutHandler();
-    void armHeartbeat(std::chrono::milliseconds interval);
-    void scheduleReconnect();
 
     Platform& m_platform;
     const ConnectionOptions m_options;
@@ -128,7 +126,8 @@ private:
 
     ArrivalTimes m_arrivals;
     std::shared_ptr<ByteStream> m_stream;  // null while closed
-    std::int32_t m_counter = 0;
+    ReconnectChain m_chain;
+    Heartbeat m_heartbeat;
 
     std::mutex m_lock;
     std::atomic<bool> m_connected{false};
@@ -146,8 +145,6 @@ private:
     std::shared_ptr<Timer> m_respTimer;
     bool m_respTimerRunning = false;
 
-    std::shared_ptr<Timer> m_heartbeatTimer;
-    std::shared_ptr<Timer> m_reconnectTimer;
     std::vector<NotificationCenter::Observation> m_observations;
     std::unique_ptr<WorkQueue> m_readingQueue;  // last: its thread ends before all else goes
 };

@@ -3,7 +3,7 @@
 #include <string>
 #include <vector>
 
-#include "link/AVStore.h"
+#include "support/AV.h"
 
 namespace torv {
 

@@ -3,7 +3,7 @@
 #include <cstdint>
 #include <span>
 
-#include "link/AVStore.h"
+#include "support/AV.h"
 
 namespace torv {
 

@@ -6,13 +6,11 @@
 #include "attributes/AVVehicleSpeedFormatter.h"
 #include "platform/Log.h"
 #include "platform/Platform.h"
+#include "platform/StoredKeys.h"
 
 namespace torv {
 namespace {
 
-constexpr auto activeProfileKey = "savedprofile";
-constexpr auto defaultProfile = "Default Profile";
-constexpr auto stockTireSizeKey = "STOCK_TIRE_SIZE";
 constexpr AID driveTrainAID = 226;
 
 UserDefaults& defaults() {
@@ -38,7 +36,7 @@ void SettingsReplay::replaySettings() {
 }
 
 void SettingsReplay::activateDefaultProfile() {
-    defaults().setObjectForKey(defaultProfile, activeProfileKey);
+    defaults().setObjectForKey(std::string{defaultProfileName}, activeProfileKey);
 }
 
 void SettingsReplay::run(TuningPass::Progress progress, TuningPass::Cancelled cancelled) {
@@ -46,7 +44,7 @@ void SettingsReplay::run(TuningPass::Progress progress, TuningPass::Cancelled ca
     if (defaults().objectForKey(activeProfileKey).isNull()) activateDefaultProfile();
     const auto name = defaults().objectForKey(activeProfileKey).textValue().value_or(std::string{});
     TuningPass pass{m_feeder, std::move(progress), std::move(cancelled)};
-    if (name == defaultProfile) return pass.reset(m_vehicle);
+    if (name == defaultProfileName) return pass.reset(m_vehicle);
     std::string error;
     const auto stored = defaults().objectForKey(name);
     if (stored.isNull()) return;

@@ -1,6 +1,7 @@
 #include "vehicles/SettingValueStore.h"
 
 #include "platform/Platform.h"
+#include "platform/StoredKeys.h"
 #include "support/TextNumbers.h"
 #include "vehicles/StoredArchive.h"
 
@@ -38,8 +39,17 @@ std::optional<ProfileDictionary> profileDictionaryFromArchive(const Value& archi
     return values;
 }
 
+std::optional<AVFormatterData> formattedValueForSetting(const TorvAttribute& setting,
+                                                        const std::optional<ProfileDictionary>& values) {
+    if (!setting.formatter) return std::nullopt;
+    const auto stored = values ? values->find(setting.aid) : ProfileDictionary::const_iterator{};
+    if (!values || stored == values->end()) return setting.formatter->dataFromAV(nullptr);
+    auto value = stored->second;
+    return setting.dataFromAV(value);
+}
+
 std::string SettingValueStore::keyFor(const Vehicle& vehicle) {
-    return "SETTINGS_" + vehicle.name().value_or("(null)");
+    return std::string{settingsKeyPrefix} + vehicle.name().value_or("(null)");
 }
 
 std::optional<ProfileDictionary> SettingValueStore::load(const Vehicle& vehicle) {

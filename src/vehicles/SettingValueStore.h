@@ -4,7 +4,7 @@
 #include <optional>
 #include <string>
 
-#include "link/AVStore.h"
+#include "support/AV.h"
 #include "vehicles/Vehicle.h"
 
 namespace torv {
@@ -17,6 +17,11 @@ using ProfileDictionary = std::map<AID, AV>;
 /// Nothing of a value that is not of this form; `error` then says why.
 [[nodiscard]] std::optional<ProfileDictionary> profileDictionaryFromArchive(const Value& archive,
                                                                             std::string& error);
+
+/// The setting's value among these, decoded; where there is none the formatter decides. Nothing without a
+/// formatter.
+[[nodiscard]] std::optional<AVFormatterData> formattedValueForSetting(
+    const TorvAttribute& setting, const std::optional<ProfileDictionary>& values);
 
 /// The stored device settings of each vehicle, in the user defaults under "SETTINGS_" and its name. Main
 /// thread.

@@ -4,6 +4,7 @@
 #include <iterator>
 
 #include "platform/Platform.h"
+#include "platform/StoredKeys.h"
 
 namespace torv {
 namespace {
@@ -46,7 +47,7 @@ std::vector<TorvAttributeGroup> Vehicle::attributeGroupsForKey(std::string_view 
 }
 
 std::string Vehicle::sensorsKey() const {
-    return "SENSORS_" + m_name.value_or(nothing);
+    return std::string{sensorsKeyPrefix} + m_name.value_or(nothing);
 }
 
 std::vector<TorvAttribute> Vehicle::sensors() const {

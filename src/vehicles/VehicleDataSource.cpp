@@ -7,9 +7,10 @@
 #include "JSON/SBJSON.h"
 #include "platform/Log.h"
 #include "platform/Platform.h"
-#include "support/Reachability.h"
+#include "platform/Reachability.h"
+#include "platform/StoredKeys.h"
+#include "platform/URLData.h"
 #include "support/TextNumbers.h"
-#include "support/URLData.h"
 #include "support/Utf8.h"
 #include "vehicles/ProfileDocument.h"
 #include "vehicles/StoredArchive.h"
@@ -19,8 +20,6 @@
 namespace torv {
 namespace {
 
-constexpr auto currentKey = "current_vehicle";
-constexpr auto vehiclesKey = "vehicles";
 constexpr auto manifestPath = "/itorvv2/update.json";
 
 UserDefaults& defaults() {
@@ -54,7 +53,7 @@ bool isWebAddress(std::string_view url) {
 }
 
 /// What is stored under the key; nothing when nothing is, or nothing that can be read.
-std::optional<std::vector<Vehicle>> storedUnder(const char* key) {
+std::optional<std::vector<Vehicle>> storedUnder(std::string_view key) {
     const auto stored = defaults().objectForKey(key);
     if (stored.isNull()) return std::nullopt;
     std::string error = "it is no text";
@@ -67,7 +66,7 @@ std::optional<std::vector<Vehicle>> storedUnder(const char* key) {
     return vehicles;
 }
 
-void archiveUnder(const char* key, std::span<const Vehicle> vehicles) {
+void archiveUnder(std::string_view key, std::span<const Vehicle> vehicles) {
     defaults().setObjectForKey(archivedVehicles(vehicles), key);
 }
 
@@ -94,10 +93,11 @@ std::string VehicleDataSource::updateServer() {
 }
 
 Vehicle VehicleDataSource::currentVehicle() {
-    if (const auto stored = storedUnder(currentKey)) {
+    if (const auto stored = storedUnder(currentVehicleKey)) {
         const auto& info = stored->front().info();
         if (info.empty() || !info.document().empty()) return stored->front();
-        setAsideUnreadable(currentKey, defaults().objectForKey(currentKey), "its profile is damaged");
+        setAsideUnreadable(currentVehicleKey, defaults().objectForKey(currentVehicleKey),
+                           "its profile is damaged");
     }
     std::string error;
     auto vehicle = vehicleFromFileOrShipped({}, error);
@@ -110,7 +110,7 @@ Vehicle VehicleDataSource::currentVehicle() {
 }
 
 void VehicleDataSource::setCurrentVehicle(const Vehicle& vehicle) {
-    archiveUnder(currentKey, {&vehicle, 1});
+    archiveUnder(currentVehicleKey, {&vehicle, 1});
 }
 
 std::vector<Vehicle> VehicleDataSource::storedVehicles() {

@@ -8,7 +8,7 @@
 
 #include "attributes/AVFormatterFactory.h"
 #include "attributes/AVVehicleSpeedFormatter.h"
-#include "link/AVStore.h"
+#include "support/AV.h"
 #include "support/Hexadecimal.h"
 #include "support/TextNumbers.h"
 

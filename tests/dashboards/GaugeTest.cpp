@@ -5,7 +5,7 @@
 #include <limits>
 
 #include "Dashboard.h"
-#include "dashboards/LcdFont.h"
+#include "fonts/LcdFont.h"
 
 namespace {
 
@@ -148,14 +148,14 @@ TEST_F(GaugeViewTest, OnlyAnActiveGaugeTakesValues) {
 TEST_F(GaugeViewTest, TheTorqueLockHoldsTheConverterSlipAtZero) {
     gauge->setActive(true);
     auto& center = platform.notificationCenter();
-    center.postNotificationName("lockNotification");
+    center.postNotificationName(lockNotification);
     read(8, 12);
     EXPECT_EQ(gauge->value(), 12);
     gauge->setAttribute(attribute(40));
     read(40, 9);
     EXPECT_EQ(gauge->value(), 0);
     EXPECT_FALSE(gauge->copy()->isLocked());
-    center.postNotificationName("unlockNotification");
+    center.postNotificationName(unlockNotification);
     read(40, 9);
     EXPECT_EQ(gauge->value(), 9);
 }
@@ -266,8 +266,8 @@ TEST(Widgets, PowerLevelsLampsAndTheirNotifications) {
     dashboard.launch(fakes::truck("Truck", {fakes::sensor(8)}));
     std::string heard;
     auto& center = dashboard.platform.notificationCenter();
-    const auto lock = center.addObserver("lockNotification", [&] { heard += "lock "; });
-    const auto unlock = center.addObserver("unlockNotification", [&] { heard += "unlock "; });
+    const auto lock = center.addObserver(lockNotification, [&] { heard += "lock "; });
+    const auto unlock = center.addObserver(unlockNotification, [&] { heard += "unlock "; });
     const auto& strip = *dashboard.open().controls();
     auto& power = strip.powerLevelView();
     struct Row {
@@ -288,7 +288,7 @@ TEST(Widgets, PowerLevelsLampsAndTheirNotifications) {
     }
     for (const auto& [count, shown] : {std::pair<std::uint8_t, double>{1, 45}, {0, 0}, {11, 22.5}}) {
         dashboard.receive(15, {count});
-        center.postNotificationName("customTuningSettingsUpdated");
+        center.postNotificationName(customTuningSettingsUpdated);
         EXPECT_EQ(PowerLevelView::maximumLevel(), static_cast<float>(count) - 1);
         dashboard.receive(4, {5});
         EXPECT_EQ(power.shownBarWidth(), shown) << static_cast<int>(count);
@@ -308,7 +308,7 @@ TEST(Widgets, PowerLevelsLampsAndTheirNotifications) {
     EXPECT_EQ(strip.sootView().image(), "picture/53_SIDE_GLOW.png");
     EXPECT_EQ(strip.soxView().image(), "picture/54_SIDE_GLOW.png");
     EXPECT_EQ(strip.turbo(), "picture/blank.png");
-    center.postNotificationName("turboOnNotification");
+    center.postNotificationName(turboOnNotification);
     EXPECT_EQ(strip.turbo(), "picture/1_SIDE_GLOW.png");
     dashboard.receive(5, {1});
     EXPECT_NE(strip.gearView().currentGear().glyphs()[0], "");

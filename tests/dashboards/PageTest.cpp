@@ -72,49 +72,6 @@ TEST_F(PageTest, PlacementsAreStoredLetterByLetterAndFoundAgain) {
     }
 }
 
-TEST_F(PageTest, EveryPlaceStandsWhereItBelongs) {
-    launch(truck("Truck", {sensor(8)}));
-    const auto frames = [&] {
-        std::vector<QRectF> all;
-        for (const auto& place : page->droppableViews())
-            all.push_back(place->frame().translated(-page->stageLeft(), 0));
-        return all;
-    };
-    open<iTorvViewController>();
-    EXPECT_EQ(frames(), (std::vector<QRectF>{{44, 0, 392, 392},
-                                             {-13, 106, 180, 180},
-                                             {25, -15, 180, 180},
-                                             {315, 106, 180, 180},
-                                             {278, -15, 180, 180}}));
-    EXPECT_EQ(page->controls()->frame(), QRectF(44 + 110, 265, 250, 25));
-    open<AlternateViewController>();
-    EXPECT_EQ(frames(), (std::vector<QRectF>{{65, 50, 350, 350},
-                                             {383, 55, 90, 63},
-                                             {383, 123, 90, 63},
-                                             {383, 198, 90, 63},
-                                             {102, 10, 90, 63},
-                                             {197, 10, 90, 63},
-                                             {292, 10, 90, 63},
-                                             {10, 55, 90, 63},
-                                             {10, 123, 90, 63},
-                                             {10, 198, 90, 63}}));
-    EXPECT_EQ(page->controls()->frame().x(), 44 + 120);
-    EXPECT_EQ(page->controls()->powerLevelView().frame().x(), 15);
-    EXPECT_EQ(place(0).number(), 9);
-    open<LastViewController>();
-    EXPECT_EQ(frames(), (std::vector<QRectF>{{80, 190, 114, 80},
-                                             {199, 190, 114, 80},
-                                             {318, 190, 114, 80},
-                                             {80, 10, 114, 80},
-                                             {199, 10, 114, 80},
-                                             {318, 10, 114, 80},
-                                             {80, 100, 114, 80},
-                                             {199, 100, 114, 80},
-                                             {318, 100, 114, 80}}));
-    EXPECT_EQ(page->controls(), nullptr);
-    EXPECT_TRUE(page->powerIncreaseFrame().isEmpty());
-}
-
 TEST_F(PageTest, WhatIsStoredByHandOrForSensorsThatAreGoneIsPassedOver) {
     launch(truck("Truck", {sensor(8), sensor(9)}));
     auto& defaults = platform.defaults;
@@ -292,68 +249,6 @@ TEST_F(PageTest, ThePowerLevelStepsFromWhatTheModuleReported) {
     }
 }
 
-TEST_F(PageTest, EachConnectReplaysWhatIsStored) {
-    launch(truck("Truck", {sensor(8)}));
-    open();
-    SettingValueStore::save({{95, AV::forAID(95, fakes::Bytes{7})}}, app->currentVehicle());
-    fakes::connectModule(platform, writes);
-    EXPECT_TRUE(writes.empty());
-    platform.loop.runFor(500ms);
-    EXPECT_EQ(writes[0][1], 95);
-    EXPECT_EQ(platform.defaults.objectForKey("savedprofile").textValue(), "Default Profile");
-    EXPECT_EQ(std::count(writes.begin(), writes.end(), fakes::frame({0x03, 24, 0x55})), 1);
-    EXPECT_EQ(page->progress(), nullptr);
-
-    writes.clear();
-    platform.defaults.setObjectForKey("Tow", "savedprofile");
-    platform.defaults.setObjectForKey(archivedProfileDictionary({{31, AV::forAID(31, fakes::Bytes{9})}}),
-                                      "Tow");
-    platform.notificationCenter().postNotificationName("sendNotification");
-    EXPECT_EQ(std::count_if(writes.begin(), writes.end(), [](const auto& w) { return w[1] == 31; }) > 0,
-              true);
-    EXPECT_EQ(std::count(writes.begin(), writes.end(), fakes::frame({0x03, 24, 0x55})), 0);
-}
-
-TEST_F(PageTest, AReplayTellsOfFailuresAndACancelledOneEndsWithTheDefaults) {
-    launch(truck("Truck", {sensor(8)}));
-    const auto first = std::make_shared<iTorvViewController>(app, DashboardScreens{});
-    page = first;
-    page->loadViewIfNeeded();
-    platform.defaults.setObjectForKey("Tow", "savedprofile");
-    ProfileDictionary profile;
-    for (AID aid = 31; aid < 34; ++aid)
-        profile.emplace(aid, AV::forAID(aid, fakes::Bytes{9}));
-    platform.defaults.setObjectForKey(archivedProfileDictionary(profile), "Tow");
-    int updated = 0;
-    const auto heard =
-        platform.notificationCenter().addObserver("customTuningSettingsUpdated", [&] { ++updated; });
-    std::vector<std::string> words;
-    QObject::connect(page.get(), &DashboardViewController::progressChanged, [&] {
-        auto* const overlay = page->progress();
-        if (!overlay) return;
-        first->goToAlternate();
-        EXPECT_EQ(page->presentedViewController(), nullptr);  // an overlay keeps the page
-        QObject::connect(overlay, &ProgressHUD::changed, [&, overlay] {
-            words.push_back(overlay->labelText().toStdString() + "; " +
-                            overlay->detailsLabelText().toStdString() +
-                            (overlay->cancellable() ? "; Cancel" : ""));
-            if (words.size() == 3) overlay->touchCancel();
-        });
-    });
-    fakes::connectModule(platform, writes, false);
-    platform.loop.runFor(60s);
-    const std::vector<std::string> expected{"Initializing settings (1/3); Setting custom variables",
-                                            "Initializing settings (2/3); 1 tuning variable failed",
-                                            "Initializing settings (2/3); 1 tuning variable failed; Cancel",
-                                            "Initializing settings (2/3); 1 tuning variable failed",
-                                            "Initializing settings (2/3); Cancelling...",
-                                            "Initializing settings (1/1); Setting custom variables"};
-    EXPECT_EQ(words, expected);
-    EXPECT_EQ(platform.defaults.objectForKey("savedprofile").textValue(), "Default Profile");
-    EXPECT_EQ(updated, 1);
-    EXPECT_EQ(page->progress(), nullptr);
-}
-
 TEST_F(PageTest, TheFirstRunAsksForTheVehicleOnce) {
     launch(truck("Truck", {sensor(8)}));
     int asked = 0;
@@ -468,28 +363,6 @@ TEST_F(PageTest, PagesStackAndLeaveNothingBehind) {
     receive(9, {62});
     EXPECT_EQ(first->indicatorView(9)->value(), 62);
     app->setCurrentVehicle(truck("Van", {sensor(8)}));
-}
-
-TEST(DataLog, MinimumsWaitForTheEngineAndTheRingForgetsTheOldest) {
-    DataLog log;
-    const DataLog::Clock::time_point now{};
-    log.record(8, 5, now);
-    log.record(8, 3, now);
-    EXPECT_FALSE(log.minimum(8));
-    EXPECT_EQ(log.maximum(8), 3);  // the latest, for want of a minimum
-    log.record(78, 501, now);
-    log.record(8, 4, now);
-    EXPECT_EQ(log.minimum(8), 4);
-    log.record(8, 9, now);
-    log.record(8, 6, now + 1500ms);
-    EXPECT_EQ(log.minimum(8), 4);
-    EXPECT_EQ(log.maximum(8), 9);
-    EXPECT_EQ(log.sample(8, 4).time, now + 1500ms);
-    for (int i = 0; i < 10000; ++i)
-        log.record(8, static_cast<float>(i), now);
-    EXPECT_EQ(log.sampleCount(8), 10000U);
-    EXPECT_EQ(log.sample(8, 0).value, 0);
-    EXPECT_EQ(log.sample(8, 9999).value, 9999);
 }
 
 }  // namespace

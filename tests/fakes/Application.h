@@ -9,11 +9,9 @@
 
 #include "FreshEngine.h"
 #include "WaitUntil.h"
-#include "app/ConnectionStatus.h"
-#include "app/MainMenuViewController.h"
+#include "app/Screens.h"
 #include "bench/Bench.h"
-#include "dashboards/iTorvViewController.h"
-#include "diagnostics/GroupsViewController.h"
+#include "control/ConnectionStatus.h"
 #include "platform/real/RealPlatform.h"
 #include "qml/MainWindow.h"
 #include "vehicles/ProfileDocument.h"
@@ -30,8 +28,8 @@ public:
                          QSize size = {1136, 640}) {
         torv::Platform::install(&platform);
         freshenEngine();
-        m_replay =
-            platform.notificationCenter().addObserver("customTuningSettingsUpdated", [this] { ++m_replays; });
+        m_replay = platform.notificationCenter().addObserver(torv::customTuningSettingsUpdated,
+                                                             [this] { ++m_replays; });
         std::string error;
         if (const auto vehicle = torv::vehicleFromFile(profile, error)) {
             torv::VehicleDataSource::setCurrentVehicle(*vehicle);
@@ -42,8 +40,7 @@ public:
         options.connection.module = torv::Endpoint{"127.0.0.1", module.port()};
         control->applicationDidFinishLaunchingWithOptions(options, [&](const auto&) {
             status = std::make_unique<torv::ConnectionStatus>(control->feeder());
-            first = std::make_shared<torv::iTorvViewController>(
-                control, torv::DashboardScreens{.mainMenu = [this] { return menu(); }, .carSetup = {}});
+            first = torv::Screens{control}.firstPage();
             stage = std::make_unique<torv::Stage>(first, status.get());
             window = std::make_unique<torv::MainWindow>();
             window->show(*stage);
@@ -134,13 +131,6 @@ private:
         const QSizeF size = view()->size();
         const double u = std::min(size.width() / torv::stageWidth, size.height() / torv::pageHeight);
         return (point * u + QPointF{0, size.height() - torv::pageHeight * u}).toPoint();
-    }
-    std::shared_ptr<torv::ViewController> menu() {
-        return std::make_shared<torv::MainMenuViewController>(std::vector<torv::MainMenuViewController::Row>{
-            {"Diagnostics", [this] {
-                 return std::make_shared<torv::GroupsViewController>(control->currentVehicle(),
-                                                                     control->feeder());
-             }}});
     }
 };
 

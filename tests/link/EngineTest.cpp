@@ -1,4 +1,5 @@
 #include "link/x2comEngine.h"
+#include "platform/NotificationNames.h"
 
 #include <gtest/gtest.h>
 
@@ -70,8 +71,9 @@ protected:
         fakes::freshenEngine();
         x2comSetSink(&sink);
         torv::receiveStore() = torv::sendStore() = {};
-        for (const auto name : {x2comStartAckTimerNotification, x2comStopAckTimerNotification,
-                                x2comStartRespTimerNotification, x2comStopRespTimerNotification}) {
+        for (const auto name :
+             {torv::x2comStartAckTimerNotification, torv::x2comStopAckTimerNotification,
+              torv::x2comStartRespTimerNotification, torv::x2comStopRespTimerNotification}) {
             observations.push_back(
                 platform.notificationCenter().addObserver(name, [this, name] { posted.emplace_back(name); }));
         }
@@ -162,9 +164,9 @@ struct Channel {
 };
 
 const Channel channels[] = {{"Write", x2comRequestWrite, x2comAckTimedOut, 0, writeSent, x2comRxAckDone,
-                             x2comStartAckTimerNotification, x2comStopAckTimerNotification},
+                             torv::x2comStartAckTimerNotification, torv::x2comStopAckTimerNotification},
                             {"Read", x2comRequestRead, x2comRespTimedOut, 4, requestSent, x2comRxRespDone,
-                             x2comStartRespTimerNotification, x2comStopRespTimerNotification}};
+                             torv::x2comStartRespTimerNotification, torv::x2comStopRespTimerNotification}};
 
 /// Steps with their AIDs: a request that is taken or refused; a turn that sends the last frame, sends one of
 /// several or rests; an answer that is ignored, parsed, settles a frame or ends the exchange; the timer.

@@ -9,6 +9,7 @@
 #include "fakes/FakePlatform.h"
 #include "fakes/Frames.h"
 #include "fakes/FreshEngine.h"
+#include "platform/NotificationNames.h"
 #include "session/iTorvFeeder.h"
 
 namespace {
@@ -361,8 +362,8 @@ TEST_F(SessionTest, DefaultsWrittenWithinTheConnectionCallbackEnd) {
 TEST_F(SessionTest, TroubleCodesAreAnnouncedBeforeTheDelegateHears) {
     std::string order;
     auto& center = platform.notificationCenter();
-    const auto first = center.addObserver("dtc224Received", [&] { order += "224 "; });
-    const auto second = center.addObserver("dtc225Received", [&] { order += "225 "; });
+    const auto first = center.addObserver(dtc224Received, [&] { order += "224 "; });
+    const auto second = center.addObserver(dtc225Received, [&] { order += "225 "; });
     const auto codes = reader("224");
     codes->onRead = [&] { order += "read "; };
     connect();

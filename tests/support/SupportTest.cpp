@@ -4,7 +4,7 @@
 #include <tuple>
 
 #include "fakes/FakePlatform.h"
-#include "support/Reachability.h"
+#include "platform/Reachability.h"
 #include "support/TextNumbers.h"
 #include "support/Value.h"
 

@@ -9,8 +9,8 @@
 #include <fstream>
 
 #include "fakes/FakePlatform.h"
+#include "platform/Reachability.h"
 #include "platform/real/CurlURLLoader.h"
-#include "support/Reachability.h"
 #include "vehicles/VehicleDataSource.h"
 
 namespace {

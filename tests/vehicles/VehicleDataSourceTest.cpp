@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "fakes/FakePlatform.h"
-#include "support/Reachability.h"
+#include "platform/Reachability.h"
 #include "vehicles/VehicleArchive.h"
 #include "vehicles/VersionComparison.h"
 

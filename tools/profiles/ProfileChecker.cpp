@@ -8,8 +8,8 @@
 #include <set>
 #include <vector>
 
-#include "link/AVStore.h"
 #include "link/x2comCodec.h"
+#include "support/AV.h"
 #include "support/TextNumbers.h"
 #include "support/Utf8.h"
 

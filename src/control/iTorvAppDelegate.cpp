@@ -1,4 +1,4 @@
-#include "app/iTorvAppDelegate.h"
+#include "control/iTorvAppDelegate.h"
 
 #include <QUrl>
 #include <algorithm>
@@ -6,8 +6,11 @@
 #include <utility>
 
 #include "attributes/AVVehicleSpeedFormatter.h"
+#include "control/DefaultsWriter.h"
 #include "platform/Log.h"
+#include "platform/NotificationNames.h"
 #include "platform/Platform.h"
+#include "platform/StoredKeys.h"
 #include "support/FileContents.h"
 #include "support/TextNumbers.h"
 #include "support/Utf8.h"
@@ -17,8 +20,6 @@ namespace torv {
 namespace {
 
 constexpr std::chrono::milliseconds replayDelay{500};
-constexpr auto sendNotification = "sendNotification";
-constexpr auto stockTireSizeKey = "STOCK_TIRE_SIZE";
 
 }  // namespace
 
@@ -56,6 +57,11 @@ void iTorvAppDelegate::applicationDidReceiveMemoryWarning() {
     if (m_dataLoggingDict) *m_dataLoggingDict = {};
 }
 
+void iTorvAppDelegate::recordSample(AID aid, float value) {
+    if (!m_dataLoggingDict) m_dataLoggingDict.emplace();
+    m_dataLoggingDict->record(aid, value, DataLog::Clock::now());
+}
+
 void iTorvAppDelegate::readFor(const std::string& key) {
     m_feeder->addReaderForKey(shared_from_this(), key);
 }
@@ -80,18 +86,12 @@ void iTorvAppDelegate::configureZephrelaneFeatures() {
 
 std::optional<AVFormatterData> iTorvAppDelegate::formattedValueForSetting(
     const TorvAttribute& setting) const {
-    if (!setting.formatter) return std::nullopt;
-    const auto stored =
-        m_settingValues ? m_settingValues->find(setting.aid) : ProfileDictionary::const_iterator{};
-    if (!m_settingValues || stored == m_settingValues->end()) return setting.formatter->dataFromAV(nullptr);
-    auto value = stored->second;
-    return setting.dataFromAV(value);
+    return torv::formattedValueForSetting(setting, m_settingValues);
 }
 
 void iTorvAppDelegate::iTorvFeederDidEstablishConnection(iTorvFeeder&) {
     m_settingValues = SettingValueStore::load(m_currentVehicle);
-    const auto settings = m_currentVehicle.settings();
-    if (!m_settingValues) writeDefaults(settings);
+    if (!m_settingValues) writeDefaults();
     Platform::current().runLoop().scheduleTimer(replayDelay, false,
                                                 [self = shared_from_this()](Timer&) { self->endoftimer(); });
     if (const auto alert = m_disconnectedWarning; alert && m_connectionErrorMessageShown) {
@@ -101,27 +101,12 @@ void iTorvAppDelegate::iTorvFeederDidEstablishConnection(iTorvFeeder&) {
     m_connectionErrorMessageShown = false;
 }
 
-void iTorvAppDelegate::writeDefaults(const std::vector<TorvAttribute>& settings) {
-    for (const auto& setting : settings)
-        writeDefault(setting);
-}
-
-/// The lowest value is the default. It is written twice: modules answer the first write of a setting while
-/// they still wake up, and take the second. Stored after each setting, whether or not the module took it.
-void iTorvAppDelegate::writeDefault(const TorvAttribute& setting) {
-    auto record = formattedValueForSetting(setting);
-    if (!record)
-        return logLine("the setting " + setting.name.value_or("") + " has no default that could be written");
-    record->value = std::to_string(longLongFromDouble(setting.minValue));
-    const auto buffer = setting.formatter->allocAVFromFormatterData(*record);
-    if (!buffer) return logLine("the setting " + setting.name.value_or("") + " can only be read");
-    const AV value = AV::forAID(setting.aid, {buffer.get(), slotSize(setting.aid)});
-    auto values = m_settingValues.value_or(ProfileDictionary{});
-    m_feeder->setValueForAID(value.bytes(), setting.aid);
-    values.insert_or_assign(setting.aid, value);
-    m_feeder->setValueForAID(value.bytes(), setting.aid);
-    SettingValueStore::save(values, m_currentVehicle);
-    m_settingValues = std::move(values);
+/// The vehicle may change while this blocks: what has been begun for the old one is then not of the new one.
+void iTorvAppDelegate::writeDefaults() {
+    DefaultsWriter{*m_feeder, m_currentVehicle}.run(
+        [this, vehicle = m_currentVehicle](const ProfileDictionary& values) {
+            if (m_currentVehicle.isEqual(vehicle)) m_settingValues = values;
+        });
 }
 
 void iTorvAppDelegate::endoftimer() {

@@ -7,11 +7,12 @@
 #include <string>
 #include <vector>
 
-#include "app/iTorvAppDelegate.h"
 #include "attributes/AVVehicleSpeedFormatter.h"
+#include "control/iTorvAppDelegate.h"
 #include "fakes/FakePlatform.h"
 #include "fakes/FreshEngine.h"
 #include "fakes/PlayedModule.h"
+#include "platform/NotificationNames.h"
 #include "vehicles/VehicleDataSource.h"
 
 namespace {
@@ -51,7 +52,7 @@ protected:
     AppDelegateTest() {
         fakes::freshenEngine();
         replay = platform.notificationCenter().addObserver(
-            "sendNotification", [this] { replayedAt.push_back(platform.loop.time()); });
+            sendNotification, [this] { replayedAt.push_back(platform.loop.time()); });
     }
 
     void launch(const Vehicle& vehicle, std::optional<std::string> url = {}) {

@@ -1,4 +1,4 @@
-#include "support/Reachability.h"
+#include "platform/Reachability.h"
 
 #include <array>
 #include <string>

@@ -2,7 +2,7 @@
 
 #include <QSignalSpy>
 
-#include "diagnostics/GroupsViewController.h"
+#include "diagnostics/screens/GroupsViewController.h"
 #include "fakes/FakePlatform.h"
 #include "fakes/FreshEngine.h"
 #include "screens/NavigationController.h"
@@ -130,55 +130,6 @@ TEST_F(GroupsTest, CellsAreUsedAgainAndGoWithTheirScreen) {
     screen.reset();
     platform.loop.runFor(1000ms);
     EXPECT_TRUE(cell.isNull());
-}
-
-struct PlainScreen final : ViewController {
-    explicit PlainScreen(std::string n) : name(std::move(n)) {}
-    [[nodiscard]] QString look() const override { return {}; }
-    void viewDidLoad() override { calls += "load "; }
-    void viewWillAppear() override { calls += "appear "; }
-    void viewWillDisappear() override { calls += "leave "; }
-
-    std::string name;
-    std::string calls;
-};
-
-TEST_F(GroupsTest, NavigationKeepsItsRootAndTouchesComeLater) {
-    const auto root = std::make_shared<PlainScreen>("root");
-    auto next = std::make_shared<PlainScreen>("next");
-    NavigationController navigation{root};
-    navigation.popViewControllerAnimated(true);
-    EXPECT_EQ(navigation.depth(), 1);
-    navigation.pushViewControllerAnimated(next, true);
-    EXPECT_EQ(navigation.topViewController(), next.get());
-    EXPECT_EQ(navigation.backTitle(), "Back");
-    navigation.touchBack();
-    EXPECT_EQ(navigation.depth(), 2);  // not within the touch itself
-    const std::weak_ptr<PlainScreen> gone{std::exchange(next, nullptr)};
-    platform.loop.runWork();
-    EXPECT_EQ(navigation.depth(), 1);
-    EXPECT_TRUE(gone.expired());
-    EXPECT_EQ(root->calls, "load appear leave appear ");
-    for (int i = 0; i < 3; ++i)
-        navigation.pushViewControllerAnimated(std::make_shared<PlainScreen>("deep"), false);
-    navigation.popToRootViewControllerAnimated(false);
-    EXPECT_EQ(navigation.topViewController(), root.get());
-}
-
-TEST_F(GroupsTest, AlertsTellOfThePressThenOfTheEndOnce) {
-    Stage stage{std::make_shared<PlainScreen>("root"), nullptr};
-    std::string heard;
-    auto alert = std::make_shared<AlertView>("Title", "", QStringList{"Cancel", "OK"});
-    alert->setClickedHandler([&](int index) { heard += "click" + std::to_string(index) + " "; });
-    alert->setDismissedHandler([&](int index) { heard += "gone" + std::to_string(index) + " "; });
-    auto* const shown = alert.get();
-    stage.show(std::move(alert));
-    EXPECT_EQ(stage.alert(), shown);
-    for (const int index : {7, -1, 1, 0})
-        shown->touchButton(index);
-    platform.loop.runWork();
-    EXPECT_EQ(heard, "click1 gone1 ");
-    EXPECT_EQ(stage.alert(), nullptr);
 }
 
 }  // namespace

@@ -1,4 +1,4 @@
-#include "dashboards/LcdFont.h"
+#include "fonts/LcdFont.h"
 
 #include <QFont>
 #include <QFontMetricsF>
@@ -9,7 +9,7 @@
 #include <optional>
 #include <utility>
 
-#include "dashboards/BuiltInFont.h"
+#include "fonts/BuiltInFont.h"
 
 namespace torv {
 namespace {

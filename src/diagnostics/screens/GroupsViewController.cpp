@@ -1,4 +1,4 @@
-#include "diagnostics/GroupsViewController.h"
+#include "diagnostics/screens/GroupsViewController.h"
 
 #include <algorithm>
 #include <utility>

@@ -1,4 +1,4 @@
-#include "support/URLData.h"
+#include "platform/URLData.h"
 
 #include <utility>
 

@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "app/iTorvAppDelegateDelegate.h"
+#include "control/iTorvAppDelegateDelegate.h"
 #include "datalog/DataLog.h"
 #include "screens/AlertView.h"
 #include "session/iTorvFeeder.h"
@@ -61,7 +61,8 @@ public:
     [[nodiscard]] const std::shared_ptr<AlertView>& disconnectedWarning() const {
         return m_disconnectedWarning;
     }
-    /// Made by its first writer.
+    /// Into the data log, which is made by its first sample.
+    void recordSample(AID aid, float value);
     [[nodiscard]] std::optional<DataLog>& dataLoggingDict() { return m_dataLoggingDict; }
     /// The document of the launch URL, until the import screen takes it.
     [[nodiscard]] const std::optional<Value>& importVehicleInfo() const { return m_importVehicleInfo; }
@@ -72,8 +73,7 @@ public:
     void iTorvFeederDidFailToConnect(iTorvFeeder& feeder) override;
 
 private:
-    void writeDefaults(const std::vector<TorvAttribute>& settings);
-    void writeDefault(const TorvAttribute& setting);
+    void writeDefaults();
     void endoftimer();
     void alertViewClickedButtonAtIndex();
     void importFileURL(const std::string& url);

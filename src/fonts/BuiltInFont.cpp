@@ -1,4 +1,4 @@
-#include "dashboards/BuiltInFont.h"
+#include "fonts/BuiltInFont.h"
 
 #include <ft2build.h>
 

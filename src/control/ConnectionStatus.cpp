@@ -1,4 +1,4 @@
-#include "app/ConnectionStatus.h"
+#include "control/ConnectionStatus.h"
 
 #include <chrono>
 #include <utility>

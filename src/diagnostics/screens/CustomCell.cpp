@@ -1,4 +1,4 @@
-#include "diagnostics/CustomCell.h"
+#include "diagnostics/screens/CustomCell.h"
 
 #include <chrono>
 

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "diagnostics/CustomCell.h"
+#include "diagnostics/screens/CustomCell.h"
 #include "screens/TableViewController.h"
 #include "vehicles/Vehicle.h"
 

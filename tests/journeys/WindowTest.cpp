@@ -117,16 +117,16 @@ TEST_F(WindowTest, AlertsCoverTheScreenUntilTouched) {
     auto alert =
         std::make_shared<AlertView>("Connection Error", "A word to the driver", QStringList{"Cancel", "OK"});
     alert->setDismissedHandler([&](int index) { pressed = index; });
-    app->stage->show(alert);
+    app->first->showAlert(alert);
     EXPECT_NE(app->view()->grabWindow(), before);
     alert->touchButton(1);
     EXPECT_TRUE(app->waitUntil([&] { return pressed == 1 && app->stage->alert() == nullptr; }));
     EXPECT_EQ(app->view()->grabWindow(), before);
-    app->stage->setProgress(std::make_shared<ProgressHUD>([&] { pressed = 9; }));
+    app->first->setProgress(std::make_shared<ProgressHUD>([&] { pressed = 9; }));
     EXPECT_NE(app->view()->grabWindow(), before);
     app->stage->progress()->touchCancel();
     EXPECT_TRUE(app->waitUntil([&] { return pressed == 9; }));
-    app->stage->setProgress(nullptr);
+    app->first->setProgress(nullptr);
     EXPECT_EQ(app->view()->grabWindow(), before);
 }
 

@@ -1,0 +1,1 @@
+// Only its precompiled headers are wanted.

@@ -1,0 +1,23 @@
+#pragma once
+
+#include <memory>
+
+#include "control/iTorvAppDelegate.h"
+#include "dashboards/iTorvViewController.h"
+
+namespace torv {
+
+/// Which screen is made from what: the one place where the screens of all subjects meet. Main thread.
+class Screens final {
+public:
+    explicit Screens(std::shared_ptr<iTorvAppDelegate> control) : m_control(std::move(control)) {}
+
+    /// With the ways from it to all others.
+    [[nodiscard]] std::shared_ptr<iTorvViewController> firstPage() const;
+    [[nodiscard]] std::shared_ptr<ViewController> mainMenu() const;
+
+private:
+    std::shared_ptr<iTorvAppDelegate> m_control;
+};
+
+}  // namespace torv

@@ -1,0 +1,42 @@
+#include "control/ConnectReplay.h"
+
+#include <utility>
+
+#include "control/TuningOverlay.h"
+#include "platform/Log.h"
+#include "platform/NotificationNames.h"
+#include "platform/Platform.h"
+#include "tuning/SettingsReplay.h"
+
+namespace torv {
+
+void ConnectReplay::run() {
+    if (m_state == State::running) m_state = State::startingOver;
+    if (m_state != State::idle) return;
+    do {
+        m_state = State::running;
+        runPass();
+        if (m_state == State::cancelled) {
+            SettingsReplay::activateDefaultProfile();
+            Platform::current().userDefaults().synchronize();
+        }
+    } while (m_state != State::running);
+    m_state = State::idle;
+    Platform::current().notificationCenter().postNotificationName(customTuningSettingsUpdated);
+}
+
+void ConnectReplay::runPass() {
+    logLine("getsran");
+    TuningOverlay overlay{[this] { cancel(); }};
+    m_showProgress(overlay.hud());
+    SettingsReplay{m_application->feeder(), m_application->currentVehicle()}.run(
+        [&](std::size_t index, std::size_t failed, std::size_t total) { overlay.show(index, failed, total); },
+        [this] { return m_state != State::running; });
+    m_showProgress(nullptr);
+}
+
+void ConnectReplay::cancel() {
+    if (m_state != State::idle) m_state = State::cancelled;
+}
+
+}  // namespace torv

@@ -1,0 +1,44 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+
+#include "control/iTorvAppDelegate.h"
+#include "screens/ProgressHUD.h"
+
+namespace torv {
+
+/// Brings the module back to what this handset has stored, behind an overlay of one screen. Main thread;
+/// blocks, and the loop turns meanwhile.
+///
+///   State         entered by                      at the end of the pass
+///   Idle          the end of a pass               -
+///   Running       `run`                           Idle
+///   StartingOver  `run` while Running             Running, from the start
+///   Cancelled     Cancel on the overlay           the default profile is active for good; Running, from the
+///   start
+///
+/// A connect that comes while the last one is still being replayed has the replay start over, and not another
+/// one inside it. "customTuningSettingsUpdated" is posted once, at the very end.
+class ConnectReplay final {
+public:
+    /// Null takes the overlay away.
+    using ShowProgress = std::function<void(std::shared_ptr<ProgressHUD>)>;
+
+    ConnectReplay(std::shared_ptr<iTorvAppDelegate> application, ShowProgress showProgress)
+        : m_application(std::move(application)), m_showProgress(std::move(showProgress)) {}
+
+    void run();
+    void cancel();
+
+private:
+    enum class State { idle, running, startingOver, cancelled };
+
+    void runPass();
+
+    const std::shared_ptr<iTorvAppDelegate> m_application;
+    const ShowProgress m_showProgress;
+    State m_state = State::idle;
+};
+
+}  // namespace torv

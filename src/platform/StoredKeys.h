@@ -1,0 +1,25 @@
+// The key of every entry in the user defaults. Handsets in use have entries under these letters.
+#pragma once
+
+#include <string_view>
+
+namespace torv {
+
+inline constexpr std::string_view currentVehicleKey = "current_vehicle";  // archived vehicle
+inline constexpr std::string_view vehiclesKey = "vehicles";               // archived vehicles
+inline constexpr std::string_view firstRunKey = "FIRST_RUN_KEY";          // true once a vehicle was chosen
+inline constexpr std::string_view stockTireSizeKey = "STOCK_TIRE_SIZE";   // text of the first size entered
+inline constexpr std::string_view turboSettingKey = "turbosetting";       // whether the turbo lamp is on
+inline constexpr std::string_view activeProfileKey = "savedprofile";      // name of the active tuning profile
+
+// Behind these stands the name of a vehicle.
+inline constexpr std::string_view settingsKeyPrefix = "SETTINGS_";  // profile dictionary of device settings
+inline constexpr std::string_view sensorsKeyPrefix = "SENSORS_";    // warning rule and value by sensor name
+
+// VEHICLE_STYLE_KEY or VEHICLE_STYLE_PLACE_PAGE_KEY: the AID that stands on a place of a page.
+inline constexpr std::string_view placementKeySuffix = "_KEY";
+
+/// What `activeProfileKey` holds when the module runs on values of its own.
+inline constexpr std::string_view defaultProfileName = "Default Profile";
+
+}  // namespace torv

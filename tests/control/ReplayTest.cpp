@@ -1,0 +1,119 @@
+// What each connect sends again, and what the overlay says meanwhile.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <string>
+#include <vector>
+
+#include "control/ConnectReplay.h"
+#include "fakes/FakePlatform.h"
+#include "fakes/FreshEngine.h"
+#include "fakes/PlayedModule.h"
+#include "platform/NotificationNames.h"
+#include "vehicles/VehicleDataSource.h"
+
+namespace {
+
+using namespace torv;
+using namespace std::chrono_literals;
+
+class ReplayTest : public testing::Test {
+protected:
+    ReplayTest() {
+        fakes::freshenEngine();
+        Vehicle truck;
+        truck.setName("Truck");
+        VehicleDataSource::setCurrentVehicle(truck);
+        app = std::make_shared<iTorvAppDelegate>();
+        app->applicationDidFinishLaunchingWithOptions({}, [](const auto&) {});
+        replay = std::make_unique<ConnectReplay>(app, [this](auto hud) { show(std::move(hud)); });
+        auto& center = platform.notificationCenter();
+        connected = center.addObserver(sendNotification, [this] { replay->run(); });
+        ended = center.addObserver(customTuningSettingsUpdated, [this] { ++updates; });
+    }
+
+    void show(std::shared_ptr<ProgressHUD> hud) {
+        overlay = std::move(hud);
+        if (!overlay) return;
+        QObject::connect(overlay.get(), &ProgressHUD::changed, [this, shown = overlay.get()] {
+            words.push_back(shown->labelText().toStdString() + "; " +
+                            shown->detailsLabelText().toStdString() +
+                            (shown->cancellable() ? "; Cancel" : ""));
+            if (onWords) onWords(*shown);
+        });
+    }
+    void storeProfile(const char* name, const std::vector<AID>& aids) {
+        ProfileDictionary profile;
+        for (const AID aid : aids)
+            profile.emplace(aid, AV::forAID(aid, fakes::Bytes{9}));
+        platform.defaults.setObjectForKey(archivedProfileDictionary(profile), name);
+        platform.defaults.setObjectForKey(name, "savedprofile");
+    }
+    [[nodiscard]] long written(std::uint8_t aid) const {
+        return std::count_if(writes.begin(), writes.end(),
+                             [&](const auto& w) { return w[0] >> 4 == 0 && w[1] == aid; });
+    }
+
+    fakes::FakePlatform platform;
+    std::vector<fakes::Bytes> writes;
+    std::shared_ptr<iTorvAppDelegate> app;
+    std::unique_ptr<ConnectReplay> replay;
+    NotificationCenter::Observation connected;
+    NotificationCenter::Observation ended;
+    std::shared_ptr<ProgressHUD> overlay;
+    std::vector<std::string> words;
+    std::function<void(ProgressHUD&)> onWords;
+    int updates = 0;
+};
+
+TEST_F(ReplayTest, EachConnectReplaysSettingsThenTheActiveProfile) {
+    SettingValueStore::save({{95, AV::forAID(95, fakes::Bytes{7})}}, app->currentVehicle());
+    fakes::connectModule(platform, writes);
+    EXPECT_TRUE(writes.empty());
+    platform.loop.runFor(500ms);
+    EXPECT_EQ(writes[0][1], 95);
+    EXPECT_EQ(platform.defaults.objectForKey("savedprofile").textValue(), "Default Profile");
+    EXPECT_EQ(std::count(writes.begin(), writes.end(), fakes::frame({0x03, 24, 0x55})), 1);
+    EXPECT_EQ(overlay, nullptr);
+    EXPECT_EQ(updates, 1);
+
+    writes.clear();
+    storeProfile("Tow", {31});
+    replay->run();
+    EXPECT_GT(written(31), 0);
+    EXPECT_EQ(written(24), 0);
+}
+
+TEST_F(ReplayTest, FailuresAreToldAndACancelledReplayEndsWithTheDefaults) {
+    storeProfile("Tow", {31, 32, 33});
+    onWords = [this](ProgressHUD& shown) {
+        if (words.size() == 3) shown.touchCancel();
+    };
+    fakes::connectModule(platform, writes, false);
+    platform.loop.runFor(60s);
+    EXPECT_EQ(words,
+              (std::vector<std::string>{"Initializing settings (1/3); Setting custom variables",
+                                        "Initializing settings (2/3); 1 tuning variable failed",
+                                        "Initializing settings (2/3); 1 tuning variable failed; Cancel",
+                                        "Initializing settings (2/3); 1 tuning variable failed",
+                                        "Initializing settings (2/3); Cancelling...",
+                                        "Initializing settings (1/1); Setting custom variables"}));
+    EXPECT_EQ(platform.defaults.objectForKey("savedprofile").textValue(), "Default Profile");
+    EXPECT_EQ(updates, 1);
+    EXPECT_EQ(overlay, nullptr);
+}
+
+TEST_F(ReplayTest, AConnectMeanwhileStartsItOverAndNotAnotherInside) {
+    storeProfile("Tow", {31, 32});
+    onWords = [this](ProgressHUD&) {
+        if (words.size() == 2) replay->run();  // while the second value is about to be written
+    };
+    fakes::connectModule(platform, writes);
+    platform.loop.runFor(2s);
+    EXPECT_EQ(words.size(), 4U);
+    EXPECT_EQ(written(31), 2);
+    EXPECT_EQ(written(32), 2);
+    EXPECT_EQ(updates, 1);
+}
+
+}  // namespace
