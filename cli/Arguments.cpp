@@ -5,7 +5,6 @@
 #include <array>
 
 #include "support/TextNumbers.h"
-#include "vehicles/VehicleDataSource.h"
 
 namespace itorvctl {
 namespace {
@@ -90,17 +89,13 @@ std::optional<Arguments> readArguments(const QStringList& arguments, std::string
     parser.addHelpOption();
     parser.addVersionOption();
     parser.addPositionalArgument("command", "see above", "COMMAND [...]");
+    torv::CommonOptions::addTo(parser, "Use this vehicle profile document.");
     parser.addOptions({
-        {"module", "Connect to this module, wherever the network says it is.", "HOST:PORT"},
-        {"interface", "The network interface whose address tells which module to look for (en0).", "NAME",
-         "en0"},
-        {"profile", "Use this vehicle profile document.", "FILE"},
         {"json", "One JSON object a line (watch, get and frames)."},
         {"timeout", "Seconds to wait for the module (10).", "SECONDS", "10"},
         {"for", "End so many seconds after the module was found; watch and frames go on without.", "SECONDS"},
         {"flags", "State bits to write with the value (set): 1 off, 2 on, 4 third, 8/16 second off/on.",
          "NUMBER"},
-        {"update-server", "Where vehicle profiles are updated from.", "URL"},
         {"verbose", "Say on the standard error stream what goes on."},
     });
     auto passed = arguments;
@@ -128,20 +123,9 @@ std::optional<Arguments> readArguments(const QStringList& arguments, std::string
     result.command = row->command;
     for (const auto& word : words.mid(1))
         result.words.push_back(word.toStdString());
-    result.connection.interface = parser.value("interface").toStdString();
-    result.profile = parser.value("profile").toStdString();
+    if (auto why = result.common.read(parser)) return refuse(std::move(*why));
     result.json = parser.isSet("json");
     result.verbose = parser.isSet("verbose");
-    if (parser.isSet("module")) {
-        result.connection.module = torv::endpointFromText(parser.value("module").toStdString());
-        if (!result.connection.module) {
-            return refuse("--module takes an address and a port from 1 to 65535, as in 127.0.0.1:2000");
-        }
-    }
-    if (parser.isSet("update-server")) {
-        if (!torv::VehicleDataSource::setUpdateServer(parser.value("update-server").toStdString()))
-            return refuse("--update-server takes an address as in http://example.com");
-    }
     const auto timeout = seconds(parser.value("timeout"));
     if (!timeout) return refuse("--timeout takes a number of seconds");
     result.timeout = *timeout;

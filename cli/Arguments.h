@@ -2,12 +2,11 @@
 
 #include <QStringList>
 #include <chrono>
-#include <filesystem>
 #include <optional>
 #include <string>
 #include <vector>
 
-#include "session/ConnectionOptions.h"
+#include "options/CommonOptions.h"
 #include "support/AV.h"
 
 namespace itorvctl {
@@ -24,8 +23,7 @@ enum class Command { watch, get, set, frames, vehicles, defaults };
 
 struct Arguments {
     Command command = Command::watch;
-    torv::ConnectionOptions connection;
-    std::filesystem::path profile;  ///< empty: the one that ships
+    torv::CommonOptions common;
     bool json = false;
     bool verbose = false;
     std::chrono::milliseconds timeout{10000};           ///< to wait for a session

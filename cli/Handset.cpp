@@ -18,7 +18,7 @@ Handset::Handset(const Arguments& arguments, Vehicle vehicle)
     : m_arguments(arguments),
       m_vehicle(std::move(vehicle)),
       m_start(Platform::current().runLoop().now()),
-      m_feeder(std::make_shared<iTorvFeeder>(arguments.connection)) {}
+      m_feeder(std::make_shared<iTorvFeeder>(arguments.common.connection)) {}
 
 bool Handset::connect() {
     auto& loop = Platform::current().runLoop();

@@ -44,8 +44,8 @@ int main(int argc, char** argv) {
     if (arguments->command == itorvctl::Command::defaults) return itorvctl::defaults(*arguments);
     // Not before: what downloads turns no loop, and a signal may end it at any moment.
     const QuitSignals signals_{[&] { platform.runLoop().quit(); }};
-    auto vehicle = arguments->profile.empty() ? std::optional{VehicleDataSource::currentVehicle()}
-                                              : vehicleFromFile(arguments->profile, error);
+    auto vehicle = arguments->common.profile.empty() ? std::optional{VehicleDataSource::currentVehicle()}
+                                                     : vehicleFromFile(arguments->common.profile, error);
     if (!vehicle) {
         itorvctl::complain(error);
         return itorvctl::badArguments;

@@ -17,6 +17,7 @@
 #include "app/StartTimes.h"
 #include "control/ConnectionStatus.h"
 #include "control/iTorvAppDelegate.h"
+#include "options/CommonOptions.h"
 #include "platform/Log.h"
 #include "platform/real/LoopbackOnly.h"
 #include "platform/real/MemoryPressure.h"
@@ -26,7 +27,6 @@
 #include "qml/MainWindow.h"
 #include "screens/Image.h"
 #include "screens/Stage.h"
-#include "session/ConnectionOptions.h"
 #include "vehicles/ProfileDocument.h"
 #include "vehicles/VehicleDataSource.h"
 
@@ -38,8 +38,8 @@ constexpr int badArguments = 2;
 constexpr int screenshotFailed = 1;
 
 struct Options {
-    iTorvAppDelegate::LaunchOptions launch;
-    std::filesystem::path profile;
+    CommonOptions common;
+    std::optional<std::string> url;
     QString screenshot;
     std::chrono::milliseconds after{2000};
     std::optional<QSize> size;
@@ -94,12 +94,8 @@ std::optional<std::string> readArguments(const QCoreApplication& application, Op
     parser.addHelpOption();
     parser.addVersionOption();
     parser.addPositionalArgument("file", "A tuning profile document to import.", "[FILE]");
+    CommonOptions::addTo(parser, "Make this vehicle profile document the current vehicle.");
     parser.addOptions({
-        {"module", "Connect to this module, wherever the network says it is.", "HOST:PORT"},
-        {"interface", "The network interface whose address tells which module to look for (en0).", "NAME",
-         "en0"},
-        {"profile", "Make this vehicle profile document the current vehicle.", "FILE"},
-        {"update-server", "Where vehicle profiles are updated from.", "URL"},
         {"offscreen", "Show no window; for pictures and tests."},
         {"size", "Size of the window in pixels (1136x640).", "WIDTHxHEIGHT"},
         {"screenshot", "Save a picture of the window (PNG) and end.", "FILE"},
@@ -115,20 +111,9 @@ std::optional<std::string> readArguments(const QCoreApplication& application, Op
         const auto url = QUrl::fromUserInput(words.first(), QDir::currentPath(), QUrl::AssumeLocalFile);
         const bool missing = url.isLocalFile() && !QFileInfo::exists(url.toLocalFile());
         if (!url.isValid() || missing) return "there is no file \"" + words.first().toStdString() + "\"";
-        options.launch.url = url.toString().toStdString();
+        options.url = url.toString().toStdString();
     }
-    if (parser.isSet("update-server")) {
-        if (!VehicleDataSource::setUpdateServer(parser.value("update-server").toStdString()))
-            return "--update-server takes an address as in http://example.com";
-    }
-    options.launch.connection.interface = parser.value("interface").toStdString();
-    if (parser.isSet("module")) {
-        options.launch.connection.module = endpointFromText(parser.value("module").toStdString());
-        if (!options.launch.connection.module) {
-            return "--module takes an address and a port from 1 to 65535, as in 127.0.0.1:2000";
-        }
-    }
-    options.profile = parser.value("profile").toStdString();
+    if (auto why = options.common.read(parser)) return why;
     options.screenshot = parser.value("screenshot");
     options.logTimes = parser.isSet("log-times");
     bool isNumber = false;
@@ -194,9 +179,9 @@ int main(int argc, char** argv) {
     const QuitSignals signals_{[&] { platform.runLoop().quit(); }};
     QObject::connect(&application, &QGuiApplication::lastWindowClosed, [&] { platform.runLoop().quit(); });
 
-    if (!options.profile.empty()) {
+    if (!options.common.profile.empty()) {
         std::string error;
-        const auto vehicle = vehicleFromFile(options.profile, error);
+        const auto vehicle = vehicleFromFile(options.common.profile, error);
         if (!vehicle) return refuse(error);
         VehicleDataSource::setCurrentVehicle(*vehicle);
         VehicleDataSource::saveVehicle(*vehicle);
@@ -213,16 +198,17 @@ int main(int argc, char** argv) {
     std::shared_ptr<iTorvViewController> firstPage;
     std::unique_ptr<Stage> stage;
     std::unique_ptr<MainWindow> mainWindow;
-    control->applicationDidFinishLaunchingWithOptions(options.launch, [&](const auto& whenShown) {
-        status = std::make_unique<ConnectionStatus>(control->feeder());
-        mainWindow = std::make_unique<MainWindow>();
-        mainWindow->whenPainted([&, whenShown] {
-            firstPage = Screens{control}.firstPage();
-            stage = std::make_unique<Stage>(firstPage, status.get());
-            mainWindow->show(*stage);
-            whenShown();
+    control->applicationDidFinishLaunchingWithOptions(
+        {.connection = options.common.connection, .url = options.url}, [&](const auto& whenShown) {
+            status = std::make_unique<ConnectionStatus>(control->feeder());
+            mainWindow = std::make_unique<MainWindow>();
+            mainWindow->whenPainted([&, whenShown] {
+                firstPage = Screens{control}.firstPage();
+                stage = std::make_unique<Stage>(firstPage, status.get());
+                mainWindow->show(*stage);
+                whenShown();
+            });
         });
-    });
     auto* window = mainWindow->window();
     if (!window) return refuse("the window could not be made");
     if (options.size) window->resize(*options.size);

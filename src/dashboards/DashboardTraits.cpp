@@ -12,27 +12,64 @@ using Backdrop = DashboardTraits::Backdrop;
 // the main dial, that covers them all in part.
 enum Layer { backdrop, place, frontPlace, powerBackdrop, mainPlace };
 
-constexpr Backdrop powerButtons{"BG_POWER-BUTTONS.png", {0, 256, 480, 64}, powerBackdrop};
+constexpr Backdrop powerButtons{
+    .image = "BG_POWER-BUTTONS.png", .frame = {0, 256, 480, 64}, .layer = powerBackdrop};
 
 constexpr std::array<Place, 5> firstPlaces{{
-    {0, 0, true, -20, 160, {44, 0, 392, 392}, mainPlace},
-    {4, 1, true, -30, 90, {-13, 106, 180, 180}, frontPlace},
-    {3, 1, true, -10, 140, {25, -15, 180, 180}, place},
-    {2, 2, true, 90, 200, {315, 106, 180, 180}, frontPlace},
-    {1, 2, true, 35, 210, {278, -15, 180, 180}, place},
+    {.style = 0,
+     .position = 0,
+     .setsDegrees = true,
+     .minimumDegree = -20,
+     .maximumDegree = 160,
+     .frame = {44, 0, 392, 392},
+     .layer = mainPlace},
+    {.style = 4,
+     .position = 1,
+     .setsDegrees = true,
+     .minimumDegree = -30,
+     .maximumDegree = 90,
+     .frame = {-13, 106, 180, 180},
+     .layer = frontPlace},
+    {.style = 3,
+     .position = 1,
+     .setsDegrees = true,
+     .minimumDegree = -10,
+     .maximumDegree = 140,
+     .frame = {25, -15, 180, 180},
+     .layer = place},
+    {.style = 2,
+     .position = 2,
+     .setsDegrees = true,
+     .minimumDegree = 90,
+     .maximumDegree = 200,
+     .frame = {315, 106, 180, 180},
+     .layer = frontPlace},
+    {.style = 1,
+     .position = 2,
+     .setsDegrees = true,
+     .minimumDegree = 35,
+     .maximumDegree = 210,
+     .frame = {278, -15, 180, 180},
+     .layer = place},
 }};
 constexpr std::array<Backdrop, 1> firstBackdrops{powerButtons};
 constexpr std::array<int, 5> firstOrder{1, 2, 3, 4, 0};
 
 constexpr Place tile(std::int32_t style, double x, double y, double width, double height) {
-    return {style, 3, true, -30, 90, {x, y, width, height}, place};
+    return {.style = style,
+            .position = 3,
+            .setsDegrees = true,
+            .minimumDegree = -30,
+            .maximumDegree = 90,
+            .frame = {x, y, width, height},
+            .layer = place};
 }
 
 constexpr Place smallTile(double x, double y) {
     return tile(5, x, y, 90, 63);
 }
 constexpr std::array<Place, 10> secondPlaces{{
-    {0, 0, false, 0, 0, {65, 50, 350, 350}, mainPlace},
+    {.style = 0, .position = 0, .frame = {65, 50, 350, 350}, .layer = mainPlace},
     smallTile(383, 55),
     smallTile(383, 123),
     smallTile(383, 198),
@@ -44,9 +81,9 @@ constexpr std::array<Place, 10> secondPlaces{{
     smallTile(10, 198),
 }};
 constexpr std::array<Backdrop, 4> secondBackdrops{{
-    {"horizontalrow.png", {97, 5, 290, 73}, backdrop},
-    {"verticalrow.png", {5, 50, 100, 216}, backdrop},
-    {"verticalrow.png", {378, 50, 100, 216}, backdrop},
+    {.image = "horizontalrow.png", .frame = {97, 5, 290, 73}, .layer = backdrop},
+    {.image = "verticalrow.png", .frame = {5, 50, 100, 216}, .layer = backdrop},
+    {.image = "verticalrow.png", .frame = {378, 50, 100, 216}, .layer = backdrop},
     powerButtons,
 }};
 constexpr std::array<int, 10> secondOrder{1, 2, 3, 4, 5, 6, 7, 8, 9, 0};
@@ -67,29 +104,47 @@ constexpr std::array<Place, 9> thirdPlaces{{
     largeTile(318, 100),
 }};
 constexpr std::array<Backdrop, 3> thirdBackdrops{{
-    {"horizontalrow.png", {75, 5, 362, 90}, backdrop},
-    {"horizontalrow.png", {75, 95, 362, 90}, backdrop},
-    {"horizontalrow.png", {75, 185, 362, 90}, backdrop},
+    {.image = "horizontalrow.png", .frame = {75, 5, 362, 90}, .layer = backdrop},
+    {.image = "horizontalrow.png", .frame = {75, 95, 362, 90}, .layer = backdrop},
+    {.image = "horizontalrow.png", .frame = {75, 185, 362, 90}, .layer = backdrop},
 }};
 constexpr std::array<int, 9> thirdOrder{0, 1, 2, 3, 4, 5, 6, 7, 8};
 
 }  // namespace
 
 const DashboardTraits& firstPageTraits() {
-    static constexpr DashboardTraits traits{1, false, true,        true,           110,
-                                            0, 20,    firstPlaces, firstBackdrops, firstOrder};
+    static constexpr DashboardTraits traits{.number = 1,
+                                            .hasMainPlace = true,
+                                            .hasControls = true,
+                                            .controlsLeft = 110,
+                                            .toastTop = 20,
+                                            .places = firstPlaces,
+                                            .backdrops = firstBackdrops,
+                                            .restoreOrder = firstOrder};
     return traits;
 }
 
 const DashboardTraits& secondPageTraits() {
-    static constexpr DashboardTraits traits{
-        2, true, true, true, 120, 15, 50, secondPlaces, secondBackdrops, secondOrder};
+    static constexpr DashboardTraits traits{.number = 2,
+                                            .keyHasIndex = true,
+                                            .hasMainPlace = true,
+                                            .hasControls = true,
+                                            .controlsLeft = 120,
+                                            .powerLevelLeft = 15,
+                                            .toastTop = 50,
+                                            .places = secondPlaces,
+                                            .backdrops = secondBackdrops,
+                                            .restoreOrder = secondOrder};
     return traits;
 }
 
 const DashboardTraits& thirdPageTraits() {
-    static constexpr DashboardTraits traits{3, true, false,       false,          0,
-                                            0, 75,   thirdPlaces, thirdBackdrops, thirdOrder};
+    static constexpr DashboardTraits traits{.number = 3,
+                                            .keyHasIndex = true,
+                                            .toastTop = 75,
+                                            .places = thirdPlaces,
+                                            .backdrops = thirdBackdrops,
+                                            .restoreOrder = thirdOrder};
     return traits;
 }
 

@@ -22,17 +22,42 @@ struct DisplayStyle {
 inline constexpr std::array<double, 3> lcdBlue{0.678, 0.871, 0.894};
 inline constexpr std::array<double, 3> lcdGrey{0.847, 0.847, 0.847};
 inline constexpr std::array<DisplayStyle, 5> displayStyles{{
-    {"TXT_BL_SM_%i.png", 8, 13, lcdBlue, 15, 9},
-    {"TXT_BL_MD_%i.png", 10, 16, lcdBlue, 10, 10},
-    {"TXT_BL_MDL_%i.png", 13, 21, lcdBlue, 13, 13},
-    {"TXT_BL_LG_%i.png", 22, 34, lcdBlue, 22, 22},
-    {"TXT_GR_LG_%i.png", 8, 13, lcdGrey, 15, 9},
+    {.keyFormat = "TXT_BL_SM_%i.png",
+     .glyphWidth = 8,
+     .glyphHeight = 13,
+     .colour = lcdBlue,
+     .cellWidth = 15,
+     .step = 9},
+    {.keyFormat = "TXT_BL_MD_%i.png",
+     .glyphWidth = 10,
+     .glyphHeight = 16,
+     .colour = lcdBlue,
+     .cellWidth = 10,
+     .step = 10},
+    {.keyFormat = "TXT_BL_MDL_%i.png",
+     .glyphWidth = 13,
+     .glyphHeight = 21,
+     .colour = lcdBlue,
+     .cellWidth = 13,
+     .step = 13},
+    {.keyFormat = "TXT_BL_LG_%i.png",
+     .glyphWidth = 22,
+     .glyphHeight = 34,
+     .colour = lcdBlue,
+     .cellWidth = 22,
+     .step = 22},
+    {.keyFormat = "TXT_GR_LG_%i.png",
+     .glyphWidth = 8,
+     .glyphHeight = 13,
+     .colour = lcdGrey,
+     .cellWidth = 15,
+     .step = 9},
 }};
 
 /// A number as a row of five LCD signs. Main thread.
 ///
 /// The text is the number's shortest form with six digits, cut behind the fifth sign without rounding: a
-/// number too long for the row reads too small, as it always has. The signs are pictures that the look
+/// number too long for the row reads too small, which is kept as it is. The signs are pictures that the look
 /// renders once for each style and sign.
 class DigitalDisplayView final : public View {
     Q_OBJECT

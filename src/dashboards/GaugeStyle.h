@@ -12,33 +12,65 @@ struct GaugeStyle {
     enum class Side { left, right, fixed };
     enum class IconPlace { above, right, left, none, aside };
 
-    bool tile;
-    double readOutX;
-    double readOutY;
-    double readOutWidth;
-    double readOutHeight;
-    std::int32_t displayStyle;
-    std::int32_t textAlignment;
-    Side unitSide;  ///< edge of the read-out that it is flush with, 2 below it; on tiles the place that
-                    ///< follows
-    double unitX;
-    double unitY;
-    IconPlace icon;
-    double nameInset;  ///< of a tile's label, from the left and from the top
+    bool tile = false;
+    QRectF readOut{};
+    std::int32_t displayStyle = 0;
+    std::int32_t textAlignment = 0;
+    Side unitSide = Side::fixed;  ///< edge of the read-out that the unit is flush with, 2 below it
+    QPointF unit{};               ///< where a fixed one stands
+    IconPlace icon = IconPlace::none;
+    double nameInset = 0;  ///< of a tile's label, from the left and from the top
 };
 
 inline constexpr std::array<GaugeStyle, 7> gaugeStyles{{
-    {false, 25, -17, 100, 35, 3, 0, GaugeStyle::Side::right, 0, 0, GaugeStyle::IconPlace::above, 0},
-    {false, 5, 0, 48, 17, 1, 0, GaugeStyle::Side::right, 0, 0, GaugeStyle::IconPlace::above, 0},
-    {false, 5, 29, 48, 17, 1, 1, GaugeStyle::Side::left, 0, 0, GaugeStyle::IconPlace::right, 0},
-    {false, -48, 5, 48, 17, 1, 1, GaugeStyle::Side::left, 0, 0, GaugeStyle::IconPlace::above, 0},
-    {false, -53, 29, 48, 17, 1, 0, GaugeStyle::Side::right, 0, 0, GaugeStyle::IconPlace::left, 0},
-    {true, 10, 25, 75, 17, 1, 1, GaugeStyle::Side::fixed, 10, 45, GaugeStyle::IconPlace::none, 5},
-    {true, 10, 30, 100, 17, 2, 1, GaugeStyle::Side::fixed, 10, 55, GaugeStyle::IconPlace::none, 10},
+    {.readOut = {25, -17, 100, 35},
+     .displayStyle = 3,
+     .textAlignment = 0,
+     .unitSide = GaugeStyle::Side::right,
+     .icon = GaugeStyle::IconPlace::above},
+    {.readOut = {5, 0, 48, 17},
+     .displayStyle = 1,
+     .textAlignment = 0,
+     .unitSide = GaugeStyle::Side::right,
+     .icon = GaugeStyle::IconPlace::above},
+    {.readOut = {5, 29, 48, 17},
+     .displayStyle = 1,
+     .textAlignment = 1,
+     .unitSide = GaugeStyle::Side::left,
+     .icon = GaugeStyle::IconPlace::right},
+    {.readOut = {-48, 5, 48, 17},
+     .displayStyle = 1,
+     .textAlignment = 1,
+     .unitSide = GaugeStyle::Side::left,
+     .icon = GaugeStyle::IconPlace::above},
+    {.readOut = {-53, 29, 48, 17},
+     .displayStyle = 1,
+     .textAlignment = 0,
+     .unitSide = GaugeStyle::Side::right,
+     .icon = GaugeStyle::IconPlace::left},
+    {.tile = true,
+     .readOut = {10, 25, 75, 17},
+     .displayStyle = 1,
+     .textAlignment = 1,
+     .unitSide = GaugeStyle::Side::fixed,
+     .unit = {10, 45},
+     .icon = GaugeStyle::IconPlace::none,
+     .nameInset = 5},
+    {.tile = true,
+     .readOut = {10, 30, 100, 17},
+     .displayStyle = 2,
+     .textAlignment = 1,
+     .unitSide = GaugeStyle::Side::fixed,
+     .unit = {10, 55},
+     .icon = GaugeStyle::IconPlace::none,
+     .nameInset = 10},
 }};
 
-inline constexpr GaugeStyle otherGaugeStyle{
-    false, 5, 0, 48, 17, 1, 0, GaugeStyle::Side::right, 0, 0, GaugeStyle::IconPlace::aside, 0};
+inline constexpr GaugeStyle otherGaugeStyle{.readOut = {5, 0, 48, 17},
+                                            .displayStyle = 1,
+                                            .textAlignment = 0,
+                                            .unitSide = GaugeStyle::Side::right,
+                                            .icon = GaugeStyle::IconPlace::aside};
 inline constexpr std::int32_t mainGaugeStyle = 0;
 
 /// A number that names no style has the face of a side dial, with its icon aside.

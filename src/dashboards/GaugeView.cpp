@@ -125,8 +125,7 @@ void GaugeView::reloadView() {
     m_needle.rest(0);
 
     const QPointF origin = face.tile ? QPointF{} : center();
-    const QRectF readOut{origin + QPointF{face.readOutX, face.readOutY},
-                         QSizeF{face.readOutWidth, face.readOutHeight}};
+    const auto readOut = face.readOut.translated(origin);
     // The look may still draw the one that goes.
     const auto leaving = std::exchange(m_valueView, std::make_unique<DigitalDisplayView>(readOut));
     m_valueView->setValue(m_previousValue);
@@ -134,7 +133,7 @@ void GaugeView::reloadView() {
     m_valueView->setTextAlignment(face.textAlignment);
     m_valueView->setValue(0);
 
-    QPointF unit{face.unitX, face.unitY};
+    auto unit = face.unit;
     if (face.unitSide == GaugeStyle::Side::left) unit = {readOut.left(), readOut.bottom() + unitGap};
     if (face.unitSide == GaugeStyle::Side::right)
         unit = {readOut.right() - m_unitImage.size.width(), readOut.bottom() + unitGap};

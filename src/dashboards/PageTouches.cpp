@@ -85,9 +85,8 @@ void PageTouches::began(int finger, QPointF point) {
     if (touch.target == Target::background) m_page.touchesBegan();
 }
 
-/// True when the movement so far is a swipe that the page takes; the touch is then used up.
-bool PageTouches::swipe(Touch& touch, QPointF point) {
-    if (touch.swiped) return true;
+/// Whether the movement so far is a swipe that the page takes.
+bool PageTouches::isSwipe(const Touch& touch, QPointF point) const {
     if (touch.target == Target::dots || m_page.pageView().scrollView().dragging()) return false;
     const auto way = point - touch.start;
     const double across = std::abs(way.x());
@@ -95,17 +94,20 @@ bool PageTouches::swipe(Touch& touch, QPointF point) {
     if (Platform::current().runLoop().now() - touch.begin > swipeTime) return false;
     const bool sideways = across >= swipeDistance && across > swipeSlant * along;
     const bool down = way.y() >= swipeDistance && along > swipeSlant * across;
-    if (!down && (!sideways || touch.target == Target::strip)) return false;
-    touch.swiped = true;
+    return down || (sideways && touch.target != Target::strip);
+}
+
+/// The page may be left by it, and with it all touches.
+void PageTouches::swipe(const Touch& touch, QPointF point) {
+    const auto way = point - touch.start;
     if (touch.target == Target::strip) m_page.pageView().releaseDraggingView();
-    if (down) {
+    if (std::abs(way.y()) > std::abs(way.x())) {
         m_page.hideControls();
     } else if (way.x() < 0) {
         m_page.leftSwipe();
     } else {
         m_page.rightSwipe();
     }
-    return true;
 }
 
 void PageTouches::scroll(Touch& touch, QPointF point) {
@@ -141,7 +143,11 @@ void PageTouches::moved(int finger, QPointF point) {
     const auto found = m_touches.find(finger);
     if (found == m_touches.end()) return;
     auto& touch = found->second;
-    if (swipe(touch, point)) return;
+    if (touch.swiped) return;
+    if (isSwipe(touch, point)) {
+        touch.swiped = true;
+        return swipe(Touch{touch}, point);
+    }
     if (touch.target == Target::strip) {
         auto& strip = m_page.pageView().scrollView();
         touch.dragged = touch.dragged || strip.hasCopy();

@@ -44,7 +44,8 @@ private:
 
     [[nodiscard]] Touch touchAt(QPointF point) const;
     [[nodiscard]] bool pickerTouchAt(QPointF point, Touch& touch) const;
-    bool swipe(Touch& touch, QPointF point);
+    [[nodiscard]] bool isSwipe(const Touch& touch, QPointF point) const;
+    void swipe(const Touch& touch, QPointF point);
     void scroll(Touch& touch, QPointF point);
     void settle(const Touch& touch, QPointF point);
     void act(const Touch& touch);

@@ -68,8 +68,8 @@ x2comResult x2comUnpack(const std::uint8_t* payload, std::uint8_t length, std::u
 std::uint8_t x2comBuildFrame(x2comFrame& frame, std::uint32_t type, x2comAIDList& list);
 
 /// First fit: a short item behind one that did not fit still enters the frame. AIDs not reached because the
-/// payload was exactly full are gone, neither written nor set aside; modules in the field rely on the
-/// handset asking again. Returns the number of payload bytes written.
+/// payload was exactly full are gone, neither written nor set aside; kept as it is. Returns the number of
+/// payload bytes written.
 std::uint8_t x2comPack(std::uint8_t* payload, std::uint32_t type, x2comAIDList& list);
 
 /// Takes every AID of the second list out of the first. An empty second list empties the first, and the

@@ -3,7 +3,7 @@ import QtQuick
 Window {
     id: window
 
-    // None at first: the first frame is the bare ground, for it comes soonest.
+    // None at first: the first frame is the bare ground, which is there long before a page.
     property var stage: null
 
     width: 1136

@@ -13,7 +13,7 @@ namespace torv {
 /// The application's one window, drawn from its QML. Main thread.
 class MainWindow final {
 public:
-    /// Bare, for that comes soonest.
+    /// The bare window: it is on the screen long before a page could be.
     MainWindow();
     ~MainWindow();
     MainWindow(const MainWindow&) = delete;

@@ -14,8 +14,8 @@ namespace torv {
 /// old one. Any thread.
 ///
 /// A value is old after 3 seconds, or four times its usual interval if that is longer. The usual interval is
-/// the median of the last few, so that a gap makes nobody patient; it counts once three are known. The pause
-/// between two sessions is no interval.
+/// the median of the last few, so that a single long pause changes little; it counts once three are known.
+/// The pause between two sessions is no interval.
 class ArrivalTimes final {
 public:
     using Time = std::chrono::steady_clock::time_point;

@@ -66,7 +66,7 @@ std::size_t append(const char* bytes, std::size_t size, std::size_t count, void*
 
 URLLoader::Reply CurlURLLoader::load(const std::string& url) {
     const auto& curl = sharedCurl();
-    if (!curl) return {.body = {}, .status = {}, .error = "libcurl is not to be had"};
+    if (!curl) return {.body = {}, .status = {}, .error = "libcurl is not installed"};
     const std::unique_ptr<CURL, decltype(&curl_easy_cleanup)> handle{curl->init(), curl->cleanup};
     if (!handle) return {.body = {}, .status = {}, .error = "libcurl could not be started"};
     Body body{.bytes = {}, .most = m_limits.bytes};

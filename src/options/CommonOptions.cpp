@@ -1,0 +1,31 @@
+#include "options/CommonOptions.h"
+
+#include "vehicles/VehicleDataSource.h"
+
+namespace torv {
+
+void CommonOptions::addTo(QCommandLineParser& parser, const QString& profileHelp) {
+    parser.addOptions({
+        {"module", "Connect to this module, wherever the network says it is.", "HOST:PORT"},
+        {"interface", "The network interface whose address tells which module to look for (en0).", "NAME",
+         "en0"},
+        {"profile", profileHelp, "FILE"},
+        {"update-server", "Where vehicle profiles are updated from.", "URL"},
+    });
+}
+
+std::optional<std::string> CommonOptions::read(const QCommandLineParser& parser) {
+    connection.interface = parser.value("interface").toStdString();
+    profile = parser.value("profile").toStdString();
+    if (parser.isSet("module")) {
+        connection.module = endpointFromText(parser.value("module").toStdString());
+        if (!connection.module)
+            return "--module takes an address and a port from 1 to 65535, as in 127.0.0.1:2000";
+    }
+    if (parser.isSet("update-server") &&
+        !VehicleDataSource::setUpdateServer(parser.value("update-server").toStdString()))
+        return "--update-server takes an address as in http://example.com";
+    return std::nullopt;
+}
+
+}  // namespace torv

@@ -1,0 +1,22 @@
+#pragma once
+
+#include <QCommandLineParser>
+#include <filesystem>
+#include <optional>
+#include <string>
+
+#include "session/ConnectionOptions.h"
+
+namespace torv {
+
+/// What `itorv` and `itorvctl` take alike: --module, --interface, --profile and --update-server. Main thread.
+struct CommonOptions {
+    ConnectionOptions connection;
+    std::filesystem::path profile;  ///< empty where none was named
+
+    static void addTo(QCommandLineParser& parser, const QString& profileHelp);
+    /// Why the parsed arguments are not in order; nothing when they are. Sets the update server.
+    [[nodiscard]] std::optional<std::string> read(const QCommandLineParser& parser);
+};
+
+}  // namespace torv
