@@ -1,12 +1,19 @@
 # One folder, one target, one floor:
-#   itorv_library(<name> [MOC] SOURCES ... LINK <for all who use it> USE <for itself alone>)
-# MOC is for folders with QObjects. Which folder may use which stands in docs/architecture.md.
+#   itorv_library(<name> [MOC] [QML <uri> [QML_DEPENDS <uri>...]] SOURCES ... LINK <for all who use it> USE <for itself alone>)
+# MOC is for folders with QObjects, QML for those whose types the looks know by name. Which folder may use which stands in docs/architecture.md.
 function(itorv_library name)
-    cmake_parse_arguments(ARG "MOC" "" "SOURCES;LINK;USE" ${ARGN})
+    cmake_parse_arguments(ARG "MOC" "QML" "SOURCES;LINK;USE;QML_DEPENDS" ${ARGN})
     add_library(${name} STATIC ${ARG_SOURCES})
     target_include_directories(${name} PUBLIC ${PROJECT_SOURCE_DIR}/src)
     target_link_libraries(${name} PUBLIC ${ARG_LINK} PRIVATE ${ARG_USE} itorv_options)
     set_target_properties(${name} PROPERTIES AUTOMOC ${ARG_MOC})
+    if(ARG_QML)
+        string(REPLACE "." "/" folder ${ARG_QML})
+        qt_add_qml_module(${name} URI ${ARG_QML} VERSION 1.0 NO_PLUGIN RESOURCE_PREFIX /
+                          DEPENDENCIES QtQuick ${ARG_QML_DEPENDS}
+                          OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/qml/${folder})
+        target_include_directories(${name} PRIVATE ${CMAKE_CURRENT_SOURCE_DIR})  # for what Qt generates
+    endif()
     if(ARG_MOC OR "Qt6::Core" IN_LIST ARG_LINK)
         itorv_precompile(${name} headers_qt)
     else()

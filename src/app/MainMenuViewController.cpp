@@ -12,9 +12,9 @@ void MainMenuViewController::viewDidLoad() {
 std::shared_ptr<TableViewCell> MainMenuViewController::cellForRowAtIndexPath(IndexPath path) {
     const auto identifier = QStringLiteral("Cell");
     auto cell = dequeueReusableCell(identifier);
-    if (!cell) cell = std::make_shared<TableViewCell>(TableViewCell::Style::plain, identifier);
+    if (!cell) cell = std::make_shared<TableViewCell>(TableViewCell::Style::Plain, identifier);
     cell->setText(m_rows[static_cast<std::size_t>(path.row)].text);
-    cell->setAccessory(TableViewCell::Accessory::disclosure);
+    cell->setAccessory(TableViewCell::Accessory::Disclosure);
     return cell;
 }
 

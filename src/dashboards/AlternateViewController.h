@@ -7,7 +7,7 @@
 namespace torv {
 
 /// The second page: a main dial and nine digital tiles. Main thread.
-class AlternateViewController final : public DashboardViewController {
+class AlternateViewController final : public torv::DashboardViewController {
     Q_OBJECT
 
 public:

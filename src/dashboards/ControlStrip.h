@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QtQmlIntegration>
+
 #include <array>
 #include <memory>
 
@@ -15,14 +17,16 @@
 namespace torv {
 
 /// The row of lamps and small read-outs at the bottom of a page. Takes no touches. Main thread; points.
-class ControlStrip final : public View {
+class ControlStrip final : public torv::View {
     Q_OBJECT
-    Q_PROPERTY(QObject* powerLevelView READ powerLevelObject CONSTANT)
-    Q_PROPERTY(QObject* warningView READ warningObject CONSTANT)
-    Q_PROPERTY(QObject* torqueLockView READ torqueLockObject CONSTANT)
-    Q_PROPERTY(QObject* gearView READ gearObject CONSTANT)
-    Q_PROPERTY(QObject* sootView READ sootObject CONSTANT)
-    Q_PROPERTY(QObject* soxView READ soxObject CONSTANT)
+    QML_ELEMENT
+    QML_UNCREATABLE("made by the logic")
+    Q_PROPERTY(torv::PowerLevelView* powerLevelView READ powerLevelObject CONSTANT)
+    Q_PROPERTY(torv::WarningView* warningView READ warningObject CONSTANT)
+    Q_PROPERTY(torv::LampView* torqueLockView READ torqueLockObject CONSTANT)
+    Q_PROPERTY(torv::GearView* gearView READ gearObject CONSTANT)
+    Q_PROPERTY(torv::LampView* sootView READ sootObject CONSTANT)
+    Q_PROPERTY(torv::LampView* soxView READ soxObject CONSTANT)
     Q_PROPERTY(QString turbo READ turbo NOTIFY turboChanged)
     Q_PROPERTY(QRectF turboFrame READ turboFrame CONSTANT)
 
@@ -42,12 +46,12 @@ public:
     [[nodiscard]] GearView& gearView() const { return *m_gearView; }
     [[nodiscard]] SootView& sootView() const { return *m_sootView; }
     [[nodiscard]] SoxView& soxView() const { return *m_soxView; }
-    [[nodiscard]] QObject* powerLevelObject() const { return m_powerLevelView.get(); }
-    [[nodiscard]] QObject* warningObject() const { return m_warningView.get(); }
-    [[nodiscard]] QObject* torqueLockObject() const { return m_torqueLockView.get(); }
-    [[nodiscard]] QObject* gearObject() const { return m_gearView.get(); }
-    [[nodiscard]] QObject* sootObject() const { return m_sootView.get(); }
-    [[nodiscard]] QObject* soxObject() const { return m_soxView.get(); }
+    [[nodiscard]] PowerLevelView* powerLevelObject() const { return m_powerLevelView.get(); }
+    [[nodiscard]] WarningView* warningObject() const { return m_warningView.get(); }
+    [[nodiscard]] LampView* torqueLockObject() const { return m_torqueLockView.get(); }
+    [[nodiscard]] GearView* gearObject() const { return m_gearView.get(); }
+    [[nodiscard]] LampView* sootObject() const { return m_sootView.get(); }
+    [[nodiscard]] LampView* soxObject() const { return m_soxView.get(); }
     [[nodiscard]] QString turbo() const { return m_turboind.source; }
     [[nodiscard]] QRectF turboFrame() const { return {QPointF{80, 0}, m_turboind.size}; }
 

@@ -49,12 +49,9 @@ void CustomPageControl::touchEnded(QPointF point) {
     m_delegate.customPageControlDidChangePage(*this);
 }
 
-QVariantList CustomPageControl::dotFrames() const {
-    QVariantList frames;
+QList<QRectF> CustomPageControl::dotFrames() const {
     const QSizeF dot{m_dotSize.width() + dotMargin, m_dotSize.height() + dotMargin};
-    for (const auto& dotFrame : dotRow(m_numberOfPages, dot, m_distanceBetweenDots, frame().size()))
-        frames.push_back(dotFrame);
-    return frames;
+    return dotRow(m_numberOfPages, dot, m_distanceBetweenDots, frame().size());
 }
 
 }  // namespace torv

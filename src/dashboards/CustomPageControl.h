@@ -1,7 +1,7 @@
 #pragma once
 
 #include <QList>
-#include <QVariantList>
+#include <QtQmlIntegration>
 
 #include "dashboards/View.h"
 
@@ -22,10 +22,13 @@ public:
 
 /// The row of dots under the strip: a swipe up opens the picker, one down closes it, and a tap on either half
 /// turns a page. A swipe in the direction that does nothing counts as a tap. Main thread; points.
-class CustomPageControl final : public View {
+class CustomPageControl final : public torv::View {
     Q_OBJECT
-    Q_PROPERTY(QVariantList dotFrames READ dotFrames NOTIFY dotsChanged)
+    QML_ELEMENT
+    QML_UNCREATABLE("made by the logic")
+    Q_PROPERTY(QList<QRectF> dotFrames READ dotFrames NOTIFY dotsChanged)
     Q_PROPERTY(int currentPage READ currentPage NOTIFY dotsChanged)
+    Q_PROPERTY(int numberOfPages READ numberOfPages NOTIFY dotsChanged)
     Q_PROPERTY(bool hidden READ isHidden NOTIFY dotsChanged)
 
 public:
@@ -50,7 +53,7 @@ public:
 
     /// Rectangles in a centred row, each 5 larger than its picture. Where there are too many they stand
     /// closer.
-    [[nodiscard]] QVariantList dotFrames() const;
+    [[nodiscard]] QList<QRectF> dotFrames() const;
 
 signals:
     void dotsChanged();

@@ -1,7 +1,6 @@
 // What the look asks of a page, and what it tells it.
 #include <QFont>
 #include <QFontMetricsF>
-#include <QVariantMap>
 #include <cmath>
 #include <utility>
 
@@ -27,23 +26,27 @@ constexpr double powerHitExtra = 50;
 constexpr PowerButton minus{"minus", "BTN_POWER_MINUS.png", 75, 60};
 constexpr PowerButton plus{"plus", "BTN_POWER_PLUS.png", 380, 368};
 
-QVariantMap picture(const char* name, const char* image, QPointF corner, QSizeF size) {
-    return {{"name", QString::fromLatin1(name)},
-            {"image", imageNamed(QString::fromLatin1(image)).source},
-            {"frame", QRectF{corner, size}}};
+Image powerImage(const PowerButton& button) {
+    return imageNamed(QString::fromLatin1(button.image));
 }
 
-QVariantMap powerPicture(const PowerButton& button, double stageLeft) {
-    return picture(button.name, button.image, {stageLeft + button.left, powerTop},
-                   imageNamed(QString::fromLatin1(button.image)).size);
+PagePicture powerPicture(const PowerButton& button, double stageLeft) {
+    const auto image = powerImage(button);
+    return {.name = QString::fromLatin1(button.name),
+            .image = image.source,
+            .frame = {QPointF{stageLeft + button.left, powerTop}, image.size}};
 }
 
-QSizeF powerHitSize(const PowerButton& button) {
-    const auto size = imageNamed(QString::fromLatin1(button.image)).size;
-    return {size.width() + powerHitExtra, 2 * size.height()};
+QSizeF powerHitSize(QSizeF image) {
+    return {image.width() + powerHitExtra, 2 * image.height()};
 }
 
 }  // namespace
+
+void DashboardViewController::readButtonSizes() {
+    m_minusSize = powerImage(minus).size;
+    m_plusSize = powerImage(plus).size;
+}
 
 QString DashboardViewController::background() const {
     return imageNamed(screenWidth() == exactWidth ? QStringLiteral("BG_BASE-568h.png")
@@ -51,25 +54,27 @@ QString DashboardViewController::background() const {
         .source;
 }
 
-QVariantList DashboardViewController::backdrops() const {
-    QVariantList all;
-    for (const auto& row : m_traits.backdrops) {
-        auto shown = picture("", row.image, onStage(row.frame).topLeft(), row.frame.size());
-        shown.insert("layer", row.layer);
-        all.push_back(shown);
-    }
+QList<PagePicture> DashboardViewController::backdrops() const {
+    QList<PagePicture> all;
+    for (const auto& row : m_traits.backdrops)
+        all.push_back({.name = {},
+                       .image = imageNamed(QString::fromLatin1(row.image)).source,
+                       .frame = onStage(row.frame),
+                       .layer = row.layer});
     return all;
 }
 
 QVariantList DashboardViewController::placeObjects() const {
     QVariantList all;
     for (const auto& place : m_droppableViews)
-        all.push_back(QVariant::fromValue<QObject*>(place.get()));
+        all.push_back(QVariant::fromValue(place.get()));
     return all;
 }
 
-QVariantList DashboardViewController::buttonImages() const {
-    QVariantList all{picture("gear", "BTN_GEAR.png", gearFrame().topLeft(), gearFrame().size())};
+QList<PagePicture> DashboardViewController::buttonImages() const {
+    QList<PagePicture> all{{.name = QStringLiteral("gear"),
+                            .image = imageNamed(QStringLiteral("BTN_GEAR.png")).source,
+                            .frame = gearFrame()}};
     if (m_traits.hasControls) {
         all.push_back(powerPicture(minus, stageLeft()));
         all.push_back(powerPicture(plus, stageLeft()));
@@ -79,13 +84,12 @@ QVariantList DashboardViewController::buttonImages() const {
 
 QRectF DashboardViewController::powerDecreaseFrame() const {
     if (!m_traits.hasControls) return {};
-    const auto width = powerHitSize(minus).width() - powerHitExtra;
-    return {{stageLeft() + minus.hitLeft - width, powerHitTop}, powerHitSize(minus)};
+    return {{stageLeft() + minus.hitLeft - m_minusSize.width(), powerHitTop}, powerHitSize(m_minusSize)};
 }
 
 QRectF DashboardViewController::powerIncreaseFrame() const {
     if (!m_traits.hasControls) return {};
-    return {{stageLeft() + plus.hitLeft, powerHitTop}, powerHitSize(plus)};
+    return {{stageLeft() + plus.hitLeft, powerHitTop}, powerHitSize(m_plusSize)};
 }
 
 void DashboardViewController::buildToastLabelViewFontSize(const QString& text, int fontSize) {

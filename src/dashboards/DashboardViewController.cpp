@@ -62,7 +62,10 @@ void DashboardViewController::viewDidLoad() {
     m_pageView->setExpanded(false);
     loadIndicatorViews();
     loadGauges();
-    if (m_traits.hasControls) loadControlsView();
+    if (m_traits.hasControls) {
+        readButtonSizes();
+        loadControlsView();
+    }
     m_connected =
         Platform::current().notificationCenter().addObserver(sendNotification, [this] { sendvalues(); });
     m_application->addDelegate(this);

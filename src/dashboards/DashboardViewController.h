@@ -1,6 +1,8 @@
 #pragma once
 
+#include <QList>
 #include <QVariantList>
+#include <QtQmlIntegration>
 #include <functional>
 #include <map>
 #include <memory>
@@ -13,6 +15,7 @@
 #include "dashboards/ControlStrip.h"
 #include "dashboards/DashboardTraits.h"
 #include "dashboards/DroppableView.h"
+#include "dashboards/PagePicture.h"
 #include "dashboards/PageTouches.h"
 #include "dashboards/PageView.h"
 #include "dashboards/PlacementStore.h"
@@ -37,19 +40,21 @@ struct DashboardScreens {
 ///   Filled              1.0    a drop or a restore
 ///
 /// Placements are stored by vehicle and place. Main thread. Lengths are points, on a page 320 high.
-class DashboardViewController : public ViewController,
+class DashboardViewController : public torv::ViewController,
                                 public PageViewDelegate,
                                 public DroppableViewDelegate,
                                 public IndicatorViewDelegate,
                                 public iTorvAppDelegateDelegate {
     Q_OBJECT
+    QML_ELEMENT
+    QML_UNCREATABLE("made by the logic")
     Q_PROPERTY(QString background READ background NOTIFY laidOut)
-    Q_PROPERTY(QVariantList backdrops READ backdrops NOTIFY laidOut)
+    Q_PROPERTY(QList<torv::PagePicture> backdrops READ backdrops NOTIFY laidOut)
     Q_PROPERTY(QVariantList places READ placeObjects CONSTANT)
-    Q_PROPERTY(QObject* pageView READ pageViewObject CONSTANT)
-    Q_PROPERTY(QObject* controls READ controlsObject CONSTANT)
-    Q_PROPERTY(QVariantList buttons READ buttonImages NOTIFY laidOut)
-    Q_PROPERTY(QObject* touchingView READ touchingViewObject NOTIFY touchingViewChanged)
+    Q_PROPERTY(torv::PageView* pageView READ pageViewObject CONSTANT)
+    Q_PROPERTY(torv::ControlStrip* controls READ controlsObject CONSTANT)
+    Q_PROPERTY(QList<torv::PagePicture> buttons READ buttonImages NOTIFY laidOut)
+    Q_PROPERTY(torv::DraggableIndicatorView* touchingView READ touchingViewObject NOTIFY touchingViewChanged)
     Q_PROPERTY(QString toast READ toast NOTIFY toastChanged)
     Q_PROPERTY(QRectF toastFrame READ toastFrame NOTIFY toastChanged)
     Q_PROPERTY(QString pressedButton READ pressedButton NOTIFY pressedChanged)
@@ -57,7 +62,7 @@ class DashboardViewController : public ViewController,
 public:
     ~DashboardViewController() override;
 
-    [[nodiscard]] QString look() const override { return QStringLiteral("DashboardScreen.qml"); }
+    [[nodiscard]] QString look() const override { return QStringLiteral("dashboards/DashboardScreen.qml"); }
     void viewDidLoad() override;
     void viewWillDisappear() override;
     void viewDidLayout() override;
@@ -135,13 +140,13 @@ public:
     [[nodiscard]] bool pickerInFront() const { return m_pickerInFront; }
 
     [[nodiscard]] QString background() const;
-    [[nodiscard]] QVariantList backdrops() const;
+    [[nodiscard]] QList<PagePicture> backdrops() const;
     [[nodiscard]] QVariantList placeObjects() const;
-    [[nodiscard]] QObject* pageViewObject() const { return m_pageView.get(); }
-    [[nodiscard]] QObject* controlsObject() const { return m_controls.get(); }
-    [[nodiscard]] QVariantList buttonImages() const;
+    [[nodiscard]] PageView* pageViewObject() const { return m_pageView.get(); }
+    [[nodiscard]] ControlStrip* controlsObject() const { return m_controls.get(); }
+    [[nodiscard]] QList<PagePicture> buttonImages() const;
     /// What a finger carries; null also while a stored placement passes through.
-    [[nodiscard]] QObject* touchingViewObject() const {
+    [[nodiscard]] DraggableIndicatorView* touchingViewObject() const {
         return qobject_cast<DraggableIndicatorView*>(m_touchingView.get());
     }
     [[nodiscard]] QString toast() const { return m_toast; }
@@ -188,6 +193,7 @@ private:
     void setTouchingView(std::shared_ptr<CarriedView> view);
     void buildToastLabelViewFontSize(const QString& text, int fontSize);
     void lookForOldValues();
+    void readButtonSizes();
 
     const DashboardTraits& m_traits;
     const PlacementStore m_placements;
@@ -207,6 +213,8 @@ private:
     QRectF m_toastFrame;
     bool m_steppingPower = false;
     bool m_left = false;
+    QSizeF m_minusSize;  // of the power buttons' pictures
+    QSizeF m_plusSize;
     double m_wheel = 0;  // turned since the last page
     bool m_pickerInFront = false;
     PageTouches m_touches{*this};

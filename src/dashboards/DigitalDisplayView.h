@@ -2,6 +2,7 @@
 
 #include <QList>
 #include <QStringList>
+#include <QtQmlIntegration>
 #include <array>
 #include <memory>
 
@@ -59,8 +60,10 @@ inline constexpr std::array<DisplayStyle, 5> displayStyles{{
 /// The text is the number's shortest form with six digits, cut behind the fifth sign without rounding: a
 /// number too long for the row reads too small, which is kept as it is. The signs are pictures that the look
 /// renders once for each style and sign.
-class DigitalDisplayView final : public View {
+class DigitalDisplayView final : public torv::View {
     Q_OBJECT
+    QML_ELEMENT
+    QML_UNCREATABLE("made by the logic")
     Q_PROPERTY(QStringList glyphs READ glyphs NOTIFY glyphsChanged)
     Q_PROPERTY(QList<double> offsets READ offsets NOTIFY layoutChanged)
     Q_PROPERTY(QSizeF cellSize READ cellSize NOTIFY layoutChanged)

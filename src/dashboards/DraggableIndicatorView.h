@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QtQmlIntegration>
+
 #include <memory>
 #include <utility>
 
@@ -11,8 +13,10 @@
 namespace torv {
 
 /// What can be dropped on a place: it bears a sensor, and a gauge for it. Main thread.
-class CarriedView : public View {
+class CarriedView : public torv::View {
     Q_OBJECT
+    QML_ELEMENT
+    QML_UNCREATABLE("made by the logic")
 
 public:
     using View::View;
@@ -22,8 +26,10 @@ public:
 };
 
 /// The copy of an indicator under the finger: its icon alone. Main thread.
-class DraggableIndicatorView final : public CarriedView {
+class DraggableIndicatorView final : public torv::CarriedView {
     Q_OBJECT
+    QML_ELEMENT
+    QML_UNCREATABLE("made by the logic")
     Q_PROPERTY(QString icon READ icon CONSTANT)
     Q_PROPERTY(double scale READ scale NOTIFY scaleChanged)
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QtQmlIntegration>
+
 #include <memory>
 
 #include "dashboards/DraggableIndicatorView.h"
@@ -30,10 +32,12 @@ public:
 ///   1         left     18, 10
 ///   2         right    60 from the far edge of a square, 10
 ///   3         digital  -15, -15
-class DroppableView final : public View {
+class DroppableView final : public torv::View {
     Q_OBJECT
+    QML_ELEMENT
+    QML_UNCREATABLE("made by the logic")
     Q_PROPERTY(QString image READ image NOTIFY imageChanged)
-    Q_PROPERTY(QObject* gauge READ gaugeObject NOTIFY gaugeChanged)
+    Q_PROPERTY(torv::GaugeView* gauge READ gaugeObject NOTIFY gaugeChanged)
     Q_PROPERTY(bool clearButtonShown READ clearButtonShown NOTIFY editingChanged)
     Q_PROPERTY(QRectF clearButtonFrame READ clearButtonFrame NOTIFY frameChanged)
 
@@ -60,7 +64,7 @@ public:
     /// The gauge that stands on the place. Null takes it away.
     void setGauge(std::shared_ptr<GaugeView> gauge);
     [[nodiscard]] const std::shared_ptr<GaugeView>& gauge() const { return m_gauge; }
-    [[nodiscard]] QObject* gaugeObject() const { return m_gauge.get(); }
+    [[nodiscard]] GaugeView* gaugeObject() const { return m_gauge.get(); }
 
     [[nodiscard]] QString image() const;
     [[nodiscard]] bool clearButtonShown() const;

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QtQmlIntegration>
+
 #include <atomic>
 #include <memory>
 #include <optional>
@@ -24,13 +26,17 @@ namespace torv {
 ///   Released  false   the page, on a release      dropped, though the feeder goes on handing them over
 ///
 /// Main thread, but for `readAid`. While the torque lock is on, a gauge of AID 40 reads 0.
-class GaugeView final : public View, public iTorvReader, public std::enable_shared_from_this<GaugeView> {
+class GaugeView final : public torv::View,
+                        public iTorvReader,
+                        public std::enable_shared_from_this<GaugeView> {
     Q_OBJECT
+    QML_ELEMENT
+    QML_UNCREATABLE("made by the logic")
     Q_PROPERTY(int style READ style NOTIFY faceChanged)
     Q_PROPERTY(bool tile READ isTile NOTIFY faceChanged)
     Q_PROPERTY(QString needle READ needle NOTIFY faceChanged)
     Q_PROPERTY(QRectF needleFrame READ needleFrame NOTIFY faceChanged)
-    Q_PROPERTY(QObject* valueView READ valueViewObject NOTIFY faceChanged)
+    Q_PROPERTY(torv::DigitalDisplayView* valueView READ valueViewObject NOTIFY faceChanged)
     Q_PROPERTY(QString unit READ unit NOTIFY faceChanged)
     Q_PROPERTY(QRectF unitFrame READ unitFrame NOTIFY faceChanged)
     Q_PROPERTY(QString name READ name NOTIFY faceChanged)
@@ -80,7 +86,7 @@ public:
     [[nodiscard]] std::shared_ptr<GaugeView> copy() const;
 
     [[nodiscard]] DigitalDisplayView& valueView() const { return *m_valueView; }
-    [[nodiscard]] QObject* valueViewObject() const { return m_valueView.get(); }
+    [[nodiscard]] DigitalDisplayView* valueViewObject() const { return m_valueView.get(); }
     [[nodiscard]] bool isTile() const { return gaugeStyle(m_style).tile; }
     /// Empty on a tile, which has a needle that nobody sees.
     [[nodiscard]] QString needle() const { return isTile() ? QString{} : m_pointer.source; }

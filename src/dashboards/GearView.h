@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QtQmlIntegration>
+
 #include <memory>
 
 #include "dashboards/DigitalDisplayView.h"
@@ -8,15 +10,17 @@
 namespace torv {
 
 /// The gear as one sign: its number is a character code. Main thread, but for reading.
-class GearView final : public StatusWidget {
+class GearView final : public torv::StatusWidget {
     Q_OBJECT
-    Q_PROPERTY(QObject* currentGear READ currentGearObject CONSTANT)
+    QML_ELEMENT
+    QML_UNCREATABLE("made by the logic")
+    Q_PROPERTY(torv::DigitalDisplayView* currentGear READ currentGearObject CONSTANT)
 
 public:
     explicit GearView(QRectF frame);
 
     [[nodiscard]] DigitalDisplayView& currentGear() const { return *m_currentGear; }
-    [[nodiscard]] QObject* currentGearObject() const { return m_currentGear.get(); }
+    [[nodiscard]] DigitalDisplayView* currentGearObject() const { return m_currentGear.get(); }
 
 protected:
     [[nodiscard]] std::int32_t number(const AVFormatterData& data) const override;

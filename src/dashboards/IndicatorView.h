@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QtQmlIntegration>
+
 #include <atomic>
 #include <functional>
 #include <memory>
@@ -28,14 +30,16 @@ public:
 /// warnings, the feed of the data log, and the pattern that a gauge is dragged from.
 ///
 /// Main thread, but for `readAid`. It keeps no state of its warning: each value decides anew, without delay.
-class IndicatorView final : public CarriedView,
+class IndicatorView final : public torv::CarriedView,
                             public iTorvReader,
                             public DraggableViewProtocol,
                             public std::enable_shared_from_this<IndicatorView> {
     Q_OBJECT
+    QML_ELEMENT
+    QML_UNCREATABLE("made by the logic")
     Q_PROPERTY(QString icon READ icon NOTIFY iconChanged)
     Q_PROPERTY(QRectF iconFrame READ iconFrame CONSTANT)
-    Q_PROPERTY(QObject* digitalDisplayView READ digitalDisplayViewObject CONSTANT)
+    Q_PROPERTY(torv::DigitalDisplayView* digitalDisplayView READ digitalDisplayViewObject CONSTANT)
     Q_PROPERTY(QString unit READ unit NOTIFY unitChanged)
     Q_PROPERTY(QRectF unitFrame READ unitFrame NOTIFY unitChanged)
     Q_PROPERTY(QSizeF unitSize READ unitSize NOTIFY unitChanged)
@@ -79,7 +83,7 @@ public:
     [[nodiscard]] QString icon() const { return m_icon.source; }
     [[nodiscard]] QRectF iconFrame() const { return {2, 2, 30, 30}; }
     [[nodiscard]] DigitalDisplayView& digitalDisplayView() const { return *m_digitalDisplayView; }
-    [[nodiscard]] QObject* digitalDisplayViewObject() const { return m_digitalDisplayView.get(); }
+    [[nodiscard]] DigitalDisplayView* digitalDisplayViewObject() const { return m_digitalDisplayView.get(); }
     [[nodiscard]] QString unit() const { return m_unitImage.source; }
     /// Of size zero for a unit that is not among those with a width of their own: such a unit does not show.
     [[nodiscard]] QRectF unitFrame() const;

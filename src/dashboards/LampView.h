@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QString>
+#include <QtQmlIntegration>
 
 #include "dashboards/StatusWidget.h"
 #include "screens/Image.h"
@@ -11,8 +12,10 @@ namespace torv {
 /// reading.
 ///
 /// On until the page says otherwise, whatever picture it begins with: the page's first word is then a change.
-class LampView : public StatusWidget {
+class LampView : public torv::StatusWidget {
     Q_OBJECT
+    QML_ELEMENT
+    QML_UNCREATABLE("made by the logic")
     Q_PROPERTY(QString image READ image NOTIFY imageChanged)
 
 public:

@@ -8,7 +8,7 @@
 namespace torv {
 
 /// The third page: nine digital tiles and nothing else. Main thread.
-class LastViewController final : public DashboardViewController {
+class LastViewController final : public torv::DashboardViewController {
     Q_OBJECT
 
 public:

@@ -59,10 +59,10 @@ void PageView::setViewItems(std::vector<std::shared_ptr<IndicatorView>> items) {
     leaving.clear();
 }
 
-QVariantList PageView::itemObjects() const {
-    QVariantList objects;
+QList<IndicatorView*> PageView::itemObjects() const {
+    QList<IndicatorView*> objects;
     for (const auto& item : m_scrollView->items())
-        objects.push_back(QVariant::fromValue<QObject*>(item.get()));
+        objects.push_back(item.get());
     return objects;
 }
 

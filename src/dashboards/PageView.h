@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QVariantList>
+#include <QtQmlIntegration>
 #include <memory>
 #include <optional>
 #include <vector>
@@ -34,14 +35,16 @@ public:
 
 /// The picker at the bottom of a page: a drawer with a strip of indicators, that slides open and closed. Open
 /// at construction. Main thread; points.
-class PageView final : public View, public PickerScrollViewDelegate, public CustomPageControlDelegate {
+class PageView final : public torv::View, public PickerScrollViewDelegate, public CustomPageControlDelegate {
     Q_OBJECT
-    Q_PROPERTY(QObject* scrollView READ scrollViewObject CONSTANT)
-    Q_PROPERTY(QObject* pageControl READ pageControlObject CONSTANT)
+    QML_ELEMENT
+    QML_UNCREATABLE("made by the logic")
+    Q_PROPERTY(torv::PickerScrollView* scrollView READ scrollViewObject CONSTANT)
+    Q_PROPERTY(torv::CustomPageControl* pageControl READ pageControlObject CONSTANT)
     Q_PROPERTY(QString image READ image NOTIFY imageChanged)
     Q_PROPERTY(bool expanded READ expanded NOTIFY frameChanged)
     Q_PROPERTY(bool animating READ isAnimating NOTIFY animatingChanged)
-    Q_PROPERTY(QVariantList items READ itemObjects NOTIFY itemsChanged)
+    Q_PROPERTY(QList<torv::IndicatorView*> items READ itemObjects NOTIFY itemsChanged)
     Q_PROPERTY(QRectF previousButtonFrame READ previousButtonFrame CONSTANT)
     Q_PROPERTY(QRectF nextButtonFrame READ nextButtonFrame CONSTANT)
 
@@ -75,9 +78,9 @@ public:
 
     [[nodiscard]] PickerScrollView& scrollView() { return *m_scrollView; }
     [[nodiscard]] CustomPageControl& pageControl() { return *m_pageControl; }
-    [[nodiscard]] QObject* scrollViewObject() const { return m_scrollView.get(); }
-    [[nodiscard]] QObject* pageControlObject() const { return m_pageControl.get(); }
-    [[nodiscard]] QVariantList itemObjects() const;
+    [[nodiscard]] PickerScrollView* scrollViewObject() const { return m_scrollView.get(); }
+    [[nodiscard]] CustomPageControl* pageControlObject() const { return m_pageControl.get(); }
+    [[nodiscard]] QList<IndicatorView*> itemObjects() const;
     [[nodiscard]] QString image() const { return m_image; }
     [[nodiscard]] QRectF previousButtonFrame() const;
     [[nodiscard]] QRectF nextButtonFrame() const;

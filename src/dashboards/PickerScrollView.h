@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QtQmlIntegration>
+
 #include <memory>
 #include <vector>
 
@@ -41,8 +43,10 @@ public:
 /// A press that stands still for half a second picks up; any earlier movement gives the touch to the
 /// scrolling. A second touch during a drag loses it: the next movement of either drops the copy where it was
 /// last.
-class PickerScrollView final : public View {
+class PickerScrollView final : public torv::View {
     Q_OBJECT
+    QML_ELEMENT
+    QML_UNCREATABLE("made by the logic")
     Q_PROPERTY(double contentOffset READ contentOffset NOTIFY scrolled)
     Q_PROPERTY(bool offsetAnimated READ offsetAnimated NOTIFY scrolled)
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QtQmlIntegration>
+
 #include <memory>
 
 #include "dashboards/DigitalDisplayView.h"
@@ -14,9 +16,11 @@ namespace torv {
 /// 228 is a level of its own, shown green as 0; from 128 on a level is a warning, shown without the 128. The
 /// bar's full scale is the highest level of the active tuning, one number for all pages, 127 until it is
 /// known; a new one counts from the next value on.
-class PowerLevelView final : public StatusWidget {
+class PowerLevelView final : public torv::StatusWidget {
     Q_OBJECT
-    Q_PROPERTY(QObject* powerLevelNumber READ powerLevelNumberObject CONSTANT)
+    QML_ELEMENT
+    QML_UNCREATABLE("made by the logic")
+    Q_PROPERTY(torv::DigitalDisplayView* powerLevelNumber READ powerLevelNumberObject CONSTANT)
     Q_PROPERTY(QString bar READ bar NOTIFY barChanged)
     Q_PROPERTY(double shownBarWidth READ shownBarWidth NOTIFY barChanged)
     Q_PROPERTY(QSizeF barSize READ barSize CONSTANT)
@@ -31,7 +35,7 @@ public:
     static void setMaximumLevel(float level);
 
     [[nodiscard]] DigitalDisplayView& powerLevelNumber() const { return *m_powerLevelNumber; }
-    [[nodiscard]] QObject* powerLevelNumberObject() const { return m_powerLevelNumber.get(); }
+    [[nodiscard]] DigitalDisplayView* powerLevelNumberObject() const { return m_powerLevelNumber.get(); }
     [[nodiscard]] QString bar() const { return m_powerLevelIcon.source; }
     [[nodiscard]] QString overlay() const { return m_overlay.source; }
     [[nodiscard]] QSizeF barSize() const { return m_overlay.size; }

@@ -5,7 +5,7 @@
 namespace torv {
 
 /// Lit while the particle filter burns its soot. Main thread, but for reading.
-class SootView final : public LampView {
+class SootView final : public torv::LampView {
     Q_OBJECT
 
 public:

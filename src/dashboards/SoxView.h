@@ -5,7 +5,7 @@
 namespace torv {
 
 /// Lit while the catalyst burns its sulphur. Main thread, but for reading.
-class SoxView final : public LampView {
+class SoxView final : public torv::LampView {
     Q_OBJECT
 
 public:

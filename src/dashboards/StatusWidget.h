@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QtQmlIntegration>
+
 #include <atomic>
 #include <memory>
 #include <mutex>
@@ -14,8 +16,12 @@ namespace torv {
 
 /// A small read-out of one attribute in the control strip. Main thread, but for `readAid`, which decodes and
 /// hands a number on.
-class StatusWidget : public View, public iTorvReader, public std::enable_shared_from_this<StatusWidget> {
+class StatusWidget : public torv::View,
+                     public iTorvReader,
+                     public std::enable_shared_from_this<StatusWidget> {
     Q_OBJECT
+    QML_ELEMENT
+    QML_UNCREATABLE("made by the logic")
     Q_PROPERTY(bool old READ isOld NOTIFY oldChanged)
 
 public:

@@ -6,7 +6,7 @@
 namespace torv {
 
 /// The torque converter's lock: tells all gauges of each change. Main thread, but for reading.
-class TorqueLockView final : public LampView {
+class TorqueLockView final : public torv::LampView {
     Q_OBJECT
 
 public:

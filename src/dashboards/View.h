@@ -1,22 +1,24 @@
 #pragma once
 
 #include <QObject>
-#include <QQmlEngine>
 #include <QRectF>
+#include <QtQmlIntegration>
+
+#include "screens/Ownership.h"
 
 namespace torv {
 
 /// Something at a place on a page, without its looks. Main thread. Lengths are points.
 class View : public QObject {
     Q_OBJECT
+    QML_ELEMENT
+    QML_UNCREATABLE("made by the logic")
     Q_PROPERTY(QRectF frame READ frame NOTIFY frameChanged)
     Q_PROPERTY(int layer READ layer CONSTANT)
     Q_PROPERTY(double alpha READ alpha NOTIFY alphaChanged)
 
 public:
-    explicit View(QRectF frame = {}) : m_frame(frame) {
-        QQmlEngine::setObjectOwnership(this, QQmlEngine::CppOwnership);
-    }
+    explicit View(QRectF frame = {}) : m_frame(frame) { keepOwnership(*this); }
 
     /// In the coordinates of what holds it.
     [[nodiscard]] QRectF frame() const { return m_frame; }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QString>
+#include <QtQmlIntegration>
 
 #include "dashboards/View.h"
 #include "screens/Image.h"
@@ -8,8 +9,10 @@
 namespace torv {
 
 /// The alert icon of a page. Main thread.
-class WarningView final : public View {
+class WarningView final : public torv::View {
     Q_OBJECT
+    QML_ELEMENT
+    QML_UNCREATABLE("made by the logic")
     Q_PROPERTY(bool warning READ warning NOTIFY warningChanged)
     Q_PROPERTY(QString image READ image CONSTANT)
 

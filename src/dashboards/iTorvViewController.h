@@ -7,7 +7,7 @@
 namespace torv {
 
 /// The first page, the root of the application: a main dial and four side dials. Main thread.
-class iTorvViewController final : public DashboardViewController {
+class iTorvViewController final : public torv::DashboardViewController {
     Q_OBJECT
 
 public:

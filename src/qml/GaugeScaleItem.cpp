@@ -33,8 +33,7 @@ void paintLabel(QPainter& painter, const GaugeScale::Label& label) {
 
 }  // namespace
 
-void GaugeScaleItem::setGauge(QObject* object) {
-    auto* gauge = qobject_cast<GaugeView*>(object);
+void GaugeScaleItem::setGauge(GaugeView* gauge) {
     if (m_gauge == gauge) return;
     if (m_gauge) m_gauge->disconnect(this);
     m_gauge = gauge;

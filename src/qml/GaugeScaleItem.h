@@ -2,6 +2,7 @@
 
 #include <QPointer>
 #include <QQuickPaintedItem>
+#include <QtQmlIntegration>
 
 #include "dashboards/GaugeView.h"
 
@@ -10,11 +11,12 @@ namespace torv {
 /// Draws the marks around a dial, once for each face. Main thread.
 class GaugeScaleItem : public QQuickPaintedItem {
     Q_OBJECT
-    Q_PROPERTY(QObject* gauge READ gauge WRITE setGauge NOTIFY gaugeChanged)
+    QML_ELEMENT
+    Q_PROPERTY(torv::GaugeView* gauge READ gauge WRITE setGauge NOTIFY gaugeChanged)
 
 public:
-    [[nodiscard]] QObject* gauge() const { return m_gauge; }
-    void setGauge(QObject* gauge);
+    [[nodiscard]] GaugeView* gauge() const { return m_gauge; }
+    void setGauge(GaugeView* gauge);
     void paint(QPainter* painter) override;
 
 signals:

@@ -1,10 +1,13 @@
+pragma ComponentBehavior: Bound
 import QtQuick
+import iTorv
+import iTorv.Screens
 
 Window {
     id: window
 
     // None at first: the first frame is the bare ground, which is there long before a page.
-    property var stage: null
+    property Stage stage: null
 
     width: 1136
     height: 640
@@ -59,14 +62,14 @@ Window {
         OnDemand {
             anchors.fill: parent
             shown: window.stage ? window.stage.progress : null
-            look: "ProgressOverlay.qml"
+            look: "../screens/ProgressOverlay.qml"
             parameters: progress => ({ "progress": progress })
         }
 
         OnDemand {
             anchors.fill: parent
             shown: window.stage ? window.stage.alert : null
-            look: "AlertOverlay.qml"
+            look: "../screens/AlertOverlay.qml"
             parameters: alert => ({ "alert": alert })
         }
     }

@@ -6,8 +6,11 @@
 #include <utility>
 
 #include "platform/Platform.h"
-#include "qml/GaugeScaleItem.h"
 #include "qml/PictureProvider.h"
+
+void qml_register_types_iTorv();
+void qml_register_types_iTorv_Screens();
+void qml_register_types_iTorv_Dashboards();
 
 namespace torv {
 namespace {
@@ -18,7 +21,11 @@ constexpr QSize iconSize{128, 128};
 }  // namespace
 
 MainWindow::MainWindow() {
-    qmlRegisterType<GaugeScaleItem>("iTorv.Looks", 1, 0, "GaugeScaleItem");
+    // Of static libraries, which would not be linked without a word for them.
+    qml_register_types_iTorv();
+    qml_register_types_iTorv_Screens();
+    qml_register_types_iTorv_Dashboards();
+    m_engine.addImportPath(QStringLiteral("qrc:/"));
     m_engine.addImageProvider(QStringLiteral("iTorv"), std::make_unique<PictureProvider>().release());
     m_engine.load("qrc:/iTorv/Main.qml");
 }

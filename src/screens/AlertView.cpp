@@ -1,15 +1,15 @@
 #include "screens/AlertView.h"
 
-#include <QQmlEngine>
 #include <utility>
 
+#include "screens/Ownership.h"
 #include "screens/Touch.h"
 
 namespace torv {
 
 AlertView::AlertView(QString title, QString message, QStringList buttons)
     : m_title(std::move(title)), m_message(std::move(message)), m_buttons(std::move(buttons)) {
-    QQmlEngine::setObjectOwnership(this, QQmlEngine::CppOwnership);
+    keepOwnership(*this);
 }
 
 void AlertView::dismissWithClickedButtonIndexAnimated(int index, bool) {

@@ -3,6 +3,7 @@
 #include <QObject>
 #include <QString>
 #include <QStringList>
+#include <QtQmlIntegration>
 #include <functional>
 
 namespace torv {
@@ -12,6 +13,8 @@ namespace torv {
 /// An alert that is made and not shown is a state like any other: it can still be dismissed.
 class AlertView final : public QObject {
     Q_OBJECT
+    QML_ELEMENT
+    QML_UNCREATABLE("made by the logic")
     Q_PROPERTY(QString title READ title CONSTANT)
     Q_PROPERTY(QString message READ message CONSTANT)
     Q_PROPERTY(QStringList buttons READ buttons CONSTANT)

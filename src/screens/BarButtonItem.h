@@ -2,6 +2,7 @@
 
 #include <QObject>
 #include <QString>
+#include <QtQmlIntegration>
 #include <functional>
 
 #include "screens/Touch.h"
@@ -11,6 +12,8 @@ namespace torv {
 /// A button of the navigation bar. Main thread.
 class BarButtonItem final : public QObject {
     Q_OBJECT
+    QML_ELEMENT
+    QML_UNCREATABLE("made by the logic")
     Q_PROPERTY(QString title READ title NOTIFY changed)
     Q_PROPERTY(QString icon READ icon NOTIFY changed)
     Q_PROPERTY(bool enabled READ isEnabled NOTIFY changed)

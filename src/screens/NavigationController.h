@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QtQmlIntegration>
+
 #include <memory>
 #include <vector>
 
@@ -8,8 +10,10 @@
 namespace torv {
 
 /// A stack of screens, the topmost of which is shown. The root stays. Main thread.
-class NavigationController final : public ViewController {
+class NavigationController final : public torv::ViewController {
     Q_OBJECT
+    QML_ELEMENT
+    QML_UNCREATABLE("made by the logic")
     Q_PROPERTY(torv::ViewController* topViewController READ topViewController NOTIFY stackChanged)
     Q_PROPERTY(int depth READ depth NOTIFY stackChanged)
     Q_PROPERTY(QString backTitle READ backTitle NOTIFY stackChanged)
@@ -19,7 +23,7 @@ public:
     explicit NavigationController(std::shared_ptr<ViewController> root);
     ~NavigationController() override;
 
-    [[nodiscard]] QString look() const override { return QStringLiteral("NavigationScreen.qml"); }
+    [[nodiscard]] QString look() const override { return QStringLiteral("screens/NavigationScreen.qml"); }
     [[nodiscard]] ViewController* topViewController() const { return m_stack.back().get(); }
     [[nodiscard]] int depth() const { return static_cast<int>(m_stack.size()); }
     [[nodiscard]] QString backTitle() const;

@@ -1,14 +1,14 @@
 #include "screens/ProgressHUD.h"
 
-#include <QQmlEngine>
 #include <utility>
 
+#include "screens/Ownership.h"
 #include "screens/Touch.h"
 
 namespace torv {
 
 ProgressHUD::ProgressHUD(std::function<void()> cancel) : m_cancel(std::move(cancel)) {
-    QQmlEngine::setObjectOwnership(this, QQmlEngine::CppOwnership);
+    keepOwnership(*this);
 }
 
 void ProgressHUD::setTexts(const QString& label, const QString& details) {

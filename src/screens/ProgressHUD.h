@@ -2,6 +2,7 @@
 
 #include <QObject>
 #include <QString>
+#include <QtQmlIntegration>
 #include <functional>
 
 namespace torv {
@@ -10,12 +11,14 @@ namespace torv {
 /// button. Main thread; the touch on Cancel comes through while a blocking exchange turns the loop.
 class ProgressHUD final : public QObject {
     Q_OBJECT
+    QML_ELEMENT
+    QML_UNCREATABLE("made by the logic")
     Q_PROPERTY(QString labelText READ labelText NOTIFY changed)
     Q_PROPERTY(QString detailsLabelText READ detailsLabelText NOTIFY changed)
     Q_PROPERTY(bool cancellable READ cancellable NOTIFY changed)
 
 public:
-    explicit ProgressHUD(std::function<void()> cancel = {});
+    explicit ProgressHUD(std::function<void()> cancel);
 
     [[nodiscard]] QString labelText() const { return m_labelText; }
     [[nodiscard]] QString detailsLabelText() const { return m_detailsLabelText; }

@@ -1,16 +1,16 @@
 #include "screens/Stage.h"
 
-#include <QQmlEngine>
 #include <utility>
 
 #include "screens/NavigationController.h"
+#include "screens/Ownership.h"
 
 namespace torv {
 
-Stage::Stage(std::shared_ptr<ViewController> root, QObject* status)
+Stage::Stage(std::shared_ptr<ViewController> root, LinkStatus* status)
     : m_root(std::move(root)), m_status(status), m_top(m_root.get()) {
-    QQmlEngine::setObjectOwnership(this, QQmlEngine::CppOwnership);
-    if (m_status) QQmlEngine::setObjectOwnership(m_status, QQmlEngine::CppOwnership);
+    keepOwnership(*this);
+    if (m_status) keepOwnership(*m_status);
     connect(m_root.get(), &ViewController::presentationChanged, this, &Stage::look);
     m_root->loadViewIfNeeded();
     m_root->viewWillAppear();

@@ -1,8 +1,10 @@
 #pragma once
 
 #include <QObject>
+#include <QtQmlIntegration>
 #include <memory>
 
+#include "screens/LinkStatus.h"
 #include "screens/ViewController.h"
 
 namespace torv {
@@ -11,15 +13,17 @@ namespace torv {
 /// the topmost alert. Main thread.
 class Stage final : public QObject {
     Q_OBJECT
+    QML_ELEMENT
+    QML_UNCREATABLE("made by the logic")
     Q_PROPERTY(torv::ViewController* top READ top NOTIFY topChanged)
     Q_PROPERTY(QSizeF viewSize READ viewSize WRITE setViewSize NOTIFY viewSizeChanged)
-    Q_PROPERTY(QObject* status READ status CONSTANT)
+    Q_PROPERTY(torv::LinkStatus* status READ status CONSTANT)
     Q_PROPERTY(torv::AlertView* alert READ alert NOTIFY alertChanged)
     Q_PROPERTY(torv::ProgressHUD* progress READ progress NOTIFY progressChanged)
 
 public:
     /// Loads the root. `status` is what the bar tells of the connection, and is not owned.
-    Stage(std::shared_ptr<ViewController> root, QObject* status);
+    Stage(std::shared_ptr<ViewController> root, LinkStatus* status);
     ~Stage() override;
 
     /// The last one of those that are presented over the root, or the root.
@@ -27,7 +31,7 @@ public:
     /// Of the root and of all that is presented over it, in points.
     [[nodiscard]] QSizeF viewSize() const { return m_root->viewSize(); }
     void setViewSize(QSizeF size);
-    [[nodiscard]] QObject* status() const { return m_status; }
+    [[nodiscard]] LinkStatus* status() const { return m_status; }
     /// Null when there is none.
     [[nodiscard]] AlertView* alert() const { return m_alert; }
     [[nodiscard]] ProgressHUD* progress() const { return m_progress; }
@@ -42,7 +46,7 @@ private:
     void look();
 
     const std::shared_ptr<ViewController> m_root;
-    QObject* m_status;
+    LinkStatus* m_status;
     ViewController* m_top = nullptr;
     AlertView* m_alert = nullptr;
     ProgressHUD* m_progress = nullptr;

@@ -1,13 +1,14 @@
 #include "screens/TableViewCell.h"
 
-#include <QQmlEngine>
 #include <utility>
+
+#include "screens/Ownership.h"
 
 namespace torv {
 
 TableViewCell::TableViewCell(Style style, QString reuseIdentifier)
     : m_style(style), m_reuseIdentifier(std::move(reuseIdentifier)) {
-    QQmlEngine::setObjectOwnership(this, QQmlEngine::CppOwnership);
+    keepOwnership(*this);
 }
 
 template <class Member>

@@ -2,12 +2,15 @@
 
 #include <QObject>
 #include <QString>
+#include <QtQmlIntegration>
 
 namespace torv {
 
 /// What one row of a table shows. Main thread; a setter tells the look only what has really changed.
 class TableViewCell : public QObject {
     Q_OBJECT
+    QML_ELEMENT
+    QML_UNCREATABLE("made by the logic")
     Q_PROPERTY(QString text READ text NOTIFY textChanged)
     Q_PROPERTY(QString detailText READ detailText NOTIFY detailTextChanged)
     Q_PROPERTY(Style style READ style CONSTANT)
@@ -16,9 +19,9 @@ class TableViewCell : public QObject {
     Q_PROPERTY(bool alarming READ alarming NOTIFY alarmingChanged)
 
 public:
-    enum class Style { plain, valueBesideTitle, subtitle };
+    enum class Style { Plain, ValueBesideTitle, Subtitle };
     Q_ENUM(Style)
-    enum class Accessory { none, disclosure, detail };
+    enum class Accessory { None, Disclosure, Detail };
     Q_ENUM(Accessory)
 
     explicit TableViewCell(Style style, QString reuseIdentifier);
@@ -53,7 +56,7 @@ private:
     const QString m_reuseIdentifier;
     QString m_text;
     QString m_detailText;
-    Accessory m_accessory = Accessory::none;
+    Accessory m_accessory = Accessory::None;
     bool m_dimmed = false;
     bool m_alarming = false;
 };

@@ -1,9 +1,9 @@
 #include "screens/TableViewController.h"
 
-#include <QQmlEngine>
 #include <algorithm>
 #include <utility>
 
+#include "screens/Ownership.h"
 #include "screens/Touch.h"
 
 namespace torv {
@@ -21,7 +21,7 @@ public:
         bool last = false;
     };
 
-    Rows() { QQmlEngine::setObjectOwnership(this, QQmlEngine::CppOwnership); }
+    Rows() { keepOwnership(*this); }
 
     [[nodiscard]] const std::vector<Row>& all() const { return m_rows; }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QAbstractListModel>
+#include <QtQmlIntegration>
 #include <memory>
 #include <vector>
 
@@ -20,8 +21,10 @@ struct IndexPath {
 ///
 /// `reloadData` asks for everything anew. The cells from before it are handed out again by
 /// `dequeueReusableCell`, with all that they hold, in their old order.
-class TableViewController : public ViewController {
+class TableViewController : public torv::ViewController {
     Q_OBJECT
+    QML_ELEMENT
+    QML_UNCREATABLE("made by the logic")
     Q_PROPERTY(QAbstractItemModel* rows READ rows CONSTANT)
     Q_PROPERTY(QString emptyText READ emptyText CONSTANT)
 
@@ -29,7 +32,7 @@ public:
     TableViewController();
     ~TableViewController() override;
 
-    [[nodiscard]] QString look() const override { return QStringLiteral("TableScreen.qml"); }
+    [[nodiscard]] QString look() const override { return QStringLiteral("screens/TableScreen.qml"); }
     [[nodiscard]] QAbstractItemModel* rows();
     /// What stands in place of a table without rows.
     [[nodiscard]] virtual QString emptyText() const { return {}; }

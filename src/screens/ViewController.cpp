@@ -1,24 +1,24 @@
 #include "screens/ViewController.h"
 
-#include <QQmlEngine>
 #include <algorithm>
 #include <utility>
 
 #include "screens/NavigationController.h"
+#include "screens/Ownership.h"
 #include "screens/Touch.h"
 
 namespace torv {
 namespace {
 
 void replace(std::unique_ptr<BarButtonItem>& place, std::unique_ptr<BarButtonItem> item) {
-    if (item) QQmlEngine::setObjectOwnership(item.get(), QQmlEngine::CppOwnership);
+    if (item) keepOwnership(*item);
     place = std::move(item);
 }
 
 }  // namespace
 
 ViewController::ViewController() {
-    QQmlEngine::setObjectOwnership(this, QQmlEngine::CppOwnership);
+    keepOwnership(*this);
 }
 
 ViewController::~ViewController() = default;

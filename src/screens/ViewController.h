@@ -4,6 +4,7 @@
 #include <QPointer>
 #include <QSizeF>
 #include <QString>
+#include <QtQmlIntegration>
 #include <algorithm>
 #include <memory>
 #include <vector>
@@ -22,6 +23,8 @@ class NavigationController;
 /// dismissal. Lengths are points.
 class ViewController : public QObject, public std::enable_shared_from_this<ViewController> {
     Q_OBJECT
+    QML_ELEMENT
+    QML_UNCREATABLE("made by the logic")
     Q_PROPERTY(QString title READ title NOTIFY titleChanged)
     Q_PROPERTY(QString look READ look CONSTANT)
     Q_PROPERTY(QString backButtonTitle READ backButtonTitle CONSTANT)

@@ -14,12 +14,12 @@ namespace torv {
 /// Each `initWithAttribute` adds a timer of its own and none is stopped while the cell lives, so a cell that
 /// is used again refreshes more often than need be; it shows the last attribute alone. The first value
 /// comes half a second after the binding.
-class CustomCell final : public TableViewCell, public std::enable_shared_from_this<CustomCell> {
+class CustomCell final : public torv::TableViewCell, public std::enable_shared_from_this<CustomCell> {
     Q_OBJECT
 
 public:
     CustomCell(std::shared_ptr<iTorvFeeder> feeder, const QString& reuseIdentifier)
-        : TableViewCell(Style::valueBesideTitle, reuseIdentifier), m_feeder(std::move(feeder)) {}
+        : TableViewCell(Style::ValueBesideTitle, reuseIdentifier), m_feeder(std::move(feeder)) {}
 
     void initWithAttribute(const TorvAttribute& attribute);
     void UpdateList(Timer& timer);

@@ -16,7 +16,7 @@ namespace torv {
 /// A category is a topic, an underscore and a row. The category and not the place in the profile puts a
 /// sensor into its row: gaps leave rows blank, an index past the end is never shown, and of two sensors of
 /// one category the later one is. It shows what the store holds and asks the module for nothing.
-class GroupsViewController final : public TableViewController {
+class GroupsViewController final : public torv::TableViewController {
     Q_OBJECT
 
 public:

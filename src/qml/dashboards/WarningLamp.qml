@@ -1,7 +1,9 @@
 import QtQuick
+import iTorv
+import iTorv.Dashboards
 
 Picture {
-    required property var alert
+    required property WarningView alert
 
     frame: alert.frame
     name: alert.warning ? alert.image : ""

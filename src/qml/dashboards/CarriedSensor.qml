@@ -1,7 +1,9 @@
 import QtQuick
+import iTorv
+import iTorv.Dashboards
 
 Image {
-    required property var view
+    required property DraggableIndicatorView view
     property real u: 1
 
     x: view.frame.x * u
@@ -10,7 +12,7 @@ Image {
     height: view.frame.height * u
     opacity: view.alpha
     scale: view.scale
-    sourceSize: Qt.size(width * 3, height * 3)
+    sourceSize: Qt.size(width * 3, height * 3)  // qmllint disable type
     source: view.icon === "" ? "" : "image://iTorv/" + view.icon
 
     Behavior on scale {

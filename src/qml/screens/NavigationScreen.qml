@@ -1,18 +1,21 @@
+pragma ComponentBehavior: Bound
 import QtQuick
+import iTorv
+import iTorv.Screens
 
 Item {
     id: whole
 
-    required property var screen
-    required property var stage
+    required property NavigationController screen
+    required property Stage stage
 
     readonly property real points: Math.max(Math.min(width, height), 1) / 320
 
     Item {
         id: screen
 
-        readonly property var navigation: whole.screen
-        readonly property var status: whole.stage.status
+        readonly property NavigationController navigation: whole.screen
+        readonly property LinkStatus status: whole.stage.status
 
         width: whole.width / whole.points
         height: whole.height / whole.points
@@ -39,7 +42,7 @@ Item {
             BarButton {
                 id: left
 
-                readonly property var item: screen.navigation.topViewController.leftBarButton
+                readonly property BarButtonItem item: screen.navigation.topViewController.leftBarButton
 
                 visible: item !== null && !back.visible
                 anchors.left: parent.left
@@ -72,7 +75,7 @@ Item {
             BarButton {
                 id: right
 
-                readonly property var item: screen.navigation.topViewController.rightBarButton
+                readonly property BarButtonItem item: screen.navigation.topViewController.rightBarButton
 
                 visible: item !== null
                 anchors.right: parent.right
@@ -100,7 +103,7 @@ Item {
 
             function show() {
                 const screenModel = screen.navigation.topViewController;
-                setSource(screenModel.look, { "screen": screenModel });
+                setSource("../" + screenModel.look, { "screen": screenModel });
             }
 
             Component.onCompleted: show()

@@ -1,14 +1,18 @@
+pragma ComponentBehavior: Bound
 import QtQuick
+import iTorv
+import iTorv.Dashboards
+import iTorv.Screens
 
 Item {
     id: page
 
-    required property var screen
-    required property var stage
+    required property DashboardViewController screen
+    required property Stage stage
 
     // Pixels for each point of a page 320 high, on which a stage 480 wide has its room.
     readonly property real u: Math.max(Math.min(width / 480, height / 320), 0.1)
-    readonly property var keys: [Qt.Key_Left, Qt.Key_Right, Qt.Key_Down, Qt.Key_Plus, Qt.Key_Minus, Qt.Key_Space]
+    readonly property list<int> keys: [Qt.Key_Left, Qt.Key_Right, Qt.Key_Down, Qt.Key_Plus, Qt.Key_Minus, Qt.Key_Space]
 
     focus: true
     Keys.onPressed: event => {
@@ -51,8 +55,8 @@ Item {
         Repeater {
             model: page.screen.places
 
-            DroppableView {
-                required property var modelData
+            Place {
+                required property DroppableView modelData
 
                 place: modelData
                 u: page.u
@@ -67,70 +71,31 @@ Item {
         }
 
         // The state of the link, over everything while it is not what it should be.
-        Loader {
+        OnDemand {
             z: 14
             x: 4 * page.u
             y: page.screen.pageView.frame.y * page.u + (page.screen.pageView.expanded ? -20 : 14) * page.u
-            active: page.stage.status.missing
-            sourceComponent: Rectangle {
-                width: words.width + 10 * page.u
-                height: 15 * page.u
-                radius: height / 2
-                color: "#e0101214"
-
-                Row {
-                    id: words
-
-                    anchors.centerIn: parent
-                    spacing: 4 * page.u
-
-                    Picture {
-                        anchors.verticalCenter: parent.verticalCenter
-                        u: page.u
-                        frame: Qt.rect(0, 0, 6, 6)
-                        name: "picture/SELECTED_DOT.png"
-                    }
-                    Text {
-                        text: page.stage.status.text
-                        color: Theme.text
-                        font.pixelSize: Math.max(9 * page.u, 1)
-                    }
-                }
-            }
+            shown: page.stage.status.missing ? page.stage.status : null
+            look: "../dashboards/LinkPill.qml"
+            parameters: status => ({ "status": status, "u": Qt.binding(() => page.u) })
         }
 
         OnDemand {
             z: 14
             shown: page.screen.touchingView
-            look: "DraggableIndicatorView.qml"
+            look: "../dashboards/CarriedSensor.qml"
             parameters: view => ({ "view": view, "u": page.u })
         }
 
-        Loader {
+        OnDemand {
             z: 15
             x: page.screen.toastFrame.x * page.u
             y: page.screen.toastFrame.y * page.u
             width: page.screen.toastFrame.width * page.u
             height: page.screen.toastFrame.height * page.u
-            active: page.screen.toast !== ""
-            sourceComponent: Rectangle {
-                radius: 8 * page.u
-                color: "#545454"
-                border.width: 2 * page.u
-                border.color: "white"
-
-                Text {
-                    anchors.fill: parent
-                    anchors.margins: 10 * page.u
-                    horizontalAlignment: Text.AlignHCenter
-                    verticalAlignment: Text.AlignVCenter
-                    wrapMode: Text.Wrap
-                    textFormat: Text.PlainText
-                    text: page.screen.toast
-                    color: "white"
-                    font.pixelSize: Math.max(14 * page.u, 1)
-                }
-            }
+            shown: page.screen.toast !== "" ? page.screen : null
+            look: "../dashboards/Toast.qml"
+            parameters: screen => ({ "screen": screen, "u": Qt.binding(() => page.u) })
         }
     }
 
@@ -154,15 +119,5 @@ Item {
         acceptedDevices: PointerDevice.Mouse | PointerDevice.TouchPad
         orientation: Qt.Vertical
         onWheel: event => page.screen.touchWheel(event.angleDelta.y)
-    }
-
-    OnDemand {
-        width: page.width / page.u
-        height: page.height / page.u
-        scale: page.u
-        transformOrigin: Item.TopLeft
-        shown: page.screen.progress
-        look: "ProgressOverlay.qml"
-        parameters: progress => ({ "progress": progress, "swallowsTouches": false })
     }
 }

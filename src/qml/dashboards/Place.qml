@@ -1,9 +1,11 @@
 import QtQuick
+import iTorv
+import iTorv.Dashboards
 
 Item {
     id: root
 
-    required property var place
+    required property DroppableView place
     property real u: 1
 
     x: Math.round(place.frame.x * u)
@@ -27,7 +29,7 @@ Item {
     OnDemand {
         anchors.fill: parent
         shown: root.place.gauge
-        look: "GaugeView.qml"
+        look: "../dashboards/Gauge.qml"
         parameters: gauge => ({ "gauge": gauge, "u": Qt.binding(() => root.u) })
     }
 }

@@ -1,9 +1,12 @@
+pragma ComponentBehavior: Bound
 import QtQuick
+import iTorv
+import iTorv.Screens
 
 Item {
     id: overlay
 
-    required property var alert
+    required property AlertView alert
 
     Rectangle {
         anchors.fill: parent

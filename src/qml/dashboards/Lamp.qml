@@ -1,7 +1,9 @@
 import QtQuick
+import iTorv
+import iTorv.Dashboards
 
 Picture {
-    required property var lamp
+    required property LampView lamp
 
     frame: lamp.frame
     name: lamp.image

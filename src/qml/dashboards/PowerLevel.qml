@@ -1,9 +1,11 @@
 import QtQuick
+import iTorv
+import iTorv.Dashboards
 
 Item {
     id: root
 
-    required property var power
+    required property PowerLevelView power
     property real u: 1
 
     x: Math.round(power.frame.x * u)
@@ -19,7 +21,7 @@ Item {
         frame: Qt.rect(0, 0, root.power.barSize.width, root.power.barSize.height)
         name: root.power.overlay
     }
-    DigitalDisplayView {
+    ReadOut {
         u: root.u
         view: root.power.powerLevelNumber
     }

@@ -1,9 +1,12 @@
+pragma ComponentBehavior: Bound
 import QtQuick
+import iTorv
+import iTorv.Dashboards
 
 Item {
     id: root
 
-    required property var picker
+    required property PageView picker
     property real u: 1
     property string pressed
 
@@ -28,7 +31,7 @@ Item {
         name: root.picker.image
     }
 
-    CustomPageControl {
+    PageDots {
         u: root.u
         control: root.picker.pageControl
     }
@@ -58,8 +61,8 @@ Item {
             Repeater {
                 id: items
 
-                IndicatorView {
-                    required property var modelData
+                Indicator {
+                    required property IndicatorView modelData
 
                     indicator: modelData
                     u: root.u

@@ -1,9 +1,12 @@
+pragma ComponentBehavior: Bound
 import QtQuick
+import iTorv
+import iTorv.Screens
 
 Item {
     id: delegate
 
-    required property var cell
+    required property TableViewCell cell
     required property string sectionTitle
     required property int section
     required property int row

@@ -1,16 +1,18 @@
+pragma ComponentBehavior: Bound
 import QtQuick
 
 // A part that is made when what it shows comes, and goes with it.
 Loader {
     id: root
 
-    property var shown: null
-    required property string look
+    property QtObject shown: null
+    required property string look  // its file, seen from this one
     required property var parameters  // what is shown -> the part's own properties
 
     function show() {
         if (shown) {
-            setSource(look, parameters(shown));
+            const propertiesOf = parameters;
+            setSource(look, propertiesOf(shown));
         } else {
             source = "";
         }

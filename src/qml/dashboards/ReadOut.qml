@@ -1,9 +1,12 @@
+pragma ComponentBehavior: Bound
 import QtQuick
+import iTorv
+import iTorv.Dashboards
 
 Item {
     id: display
 
-    required property var view
+    required property DigitalDisplayView view
     property real u: 1
 
     x: Math.round(view.frame.x * u)

@@ -1,9 +1,12 @@
+pragma ComponentBehavior: Bound
 import QtQuick
+import iTorv
+import iTorv.Dashboards
 
 Item {
     id: root
 
-    required property var control
+    required property CustomPageControl control
     property real u: 1
 
     x: control.frame.x * u

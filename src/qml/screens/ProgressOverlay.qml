@@ -1,9 +1,12 @@
+pragma ComponentBehavior: Bound
 import QtQuick
+import iTorv
+import iTorv.Screens
 
 Item {
     id: overlay
 
-    required property var progress
+    required property ProgressHUD progress
     property bool swallowsTouches: true
 
     Rectangle {
@@ -40,6 +43,8 @@ Item {
                     model: 8
 
                     Rectangle {
+                        id: ray
+
                         required property int index
 
                         x: 12.5
@@ -48,7 +53,7 @@ Item {
                         radius: 1.5
                         color: Theme.accent
                         opacity: 0.2 + index / 10
-                        transform: Rotation { origin.x: 1.5; origin.y: 14; angle: index * 45 }
+                        transform: Rotation { origin.x: 1.5; origin.y: 14; angle: ray.index * 45 }
                     }
                 }
                 RotationAnimation on rotation {

@@ -1,15 +1,18 @@
+pragma ComponentBehavior: Bound
 import QtQuick
+import iTorv
+import iTorv.Dashboards
 
 Item {
     id: root
 
-    required property var strip
+    required property ControlStrip strip
     property real u: 1
 
     x: Math.round(strip.frame.x * u)
     y: Math.round(strip.frame.y * u)
 
-    PowerLevelView {
+    PowerLevel {
         u: root.u
         power: root.strip.powerLevelView
     }
@@ -20,7 +23,7 @@ Item {
         name: root.strip.turbo
     }
 
-    WarningView {
+    WarningLamp {
         u: root.u
         alert: root.strip.warningView
     }
@@ -28,15 +31,15 @@ Item {
     Repeater {
         model: [root.strip.torqueLockView, root.strip.sootView, root.strip.soxView]
 
-        LampView {
-            required property var modelData
+        Lamp {
+            required property LampView modelData
 
             u: root.u
             lamp: modelData
         }
     }
 
-    GearView {
+    Gear {
         u: root.u
         gear: root.strip.gearView
     }

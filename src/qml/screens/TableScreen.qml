@@ -1,9 +1,12 @@
+pragma ComponentBehavior: Bound
 import QtQuick
+import iTorv
+import iTorv.Screens
 
 Item {
     id: table
 
-    required property var screen
+    required property TableViewController screen
 
     ListView {
         id: list

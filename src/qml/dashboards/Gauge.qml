@@ -1,10 +1,12 @@
+pragma ComponentBehavior: Bound
 import QtQuick
-import iTorv.Looks 1.0
+import iTorv
+import iTorv.Dashboards
 
 Item {
     id: root
 
-    required property var gauge
+    required property GaugeView gauge
     property real u: 1
 
     readonly property real dim: gauge.old ? 0.35 : 1
@@ -26,7 +28,7 @@ Item {
               : "label/" + (root.gauge.inWarning ? "yellow/" : "grey/") + encodeURIComponent(root.gauge.name)
     }
 
-    DigitalDisplayView {
+    ReadOut {
         u: root.u
         view: root.gauge.valueView
         opacity: root.dim

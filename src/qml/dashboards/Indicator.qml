@@ -1,9 +1,11 @@
 import QtQuick
+import iTorv
+import iTorv.Dashboards
 
 Item {
     id: root
 
-    required property var indicator
+    required property IndicatorView indicator
     property real u: 1
 
     x: Math.round(indicator.frame.x * u)
@@ -19,7 +21,7 @@ Item {
         name: root.indicator.icon
     }
 
-    DigitalDisplayView {
+    ReadOut {
         u: root.u
         view: root.indicator.digitalDisplayView
         opacity: root.indicator.old ? 0.35 : 1

@@ -1,4 +1,5 @@
 import QtQuick
+import iTorv
 
 Item {
     id: button

@@ -1,9 +1,11 @@
 import QtQuick
+import iTorv
+import iTorv.Screens
 
 Row {
     id: indicator
 
-    required property var status
+    required property LinkStatus status
 
     spacing: 6
 

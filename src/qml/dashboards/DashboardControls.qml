@@ -1,17 +1,20 @@
+pragma ComponentBehavior: Bound
 import QtQuick
+import iTorv
+import iTorv.Dashboards
 
 // What of a page is touched: made after the gauges, as values come first.
 Item {
     id: root
 
-    required property var screen
+    required property DashboardViewController screen
     property real u: 1
 
     Repeater {
         model: root.screen.places
 
         Picture {
-            required property var modelData
+            required property DroppableView modelData
 
             u: root.u
             frame: Qt.rect(modelData.frame.x + modelData.clearButtonFrame.x,
@@ -21,12 +24,10 @@ Item {
         }
     }
 
-    Loader {
-        active: root.screen.controls !== null
-        sourceComponent: ControlStrip {
-            strip: root.screen.controls
-            u: root.u
-        }
+    OnDemand {
+        shown: root.screen.controls
+        look: "../dashboards/Strip.qml"
+        parameters: strip => ({ "strip": strip, "u": Qt.binding(() => root.u) })
     }
 
     Repeater {
@@ -42,7 +43,7 @@ Item {
         }
     }
 
-    PageView {
+    Picker {
         u: root.u
         picker: root.screen.pageView
         pressed: root.screen.pressedButton

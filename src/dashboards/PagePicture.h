@@ -1,0 +1,26 @@
+#pragma once
+
+#include <QObject>
+#include <QRectF>
+#include <QString>
+#include <QtQmlIntegration>
+
+namespace torv {
+
+/// A picture that stands still on a page, in points.
+struct PagePicture {
+    Q_GADGET
+    QML_VALUE_TYPE(pagePicture)
+    Q_PROPERTY(QString name MEMBER name)
+    Q_PROPERTY(QString image MEMBER image)
+    Q_PROPERTY(QRectF frame MEMBER frame)
+    Q_PROPERTY(int layer MEMBER layer)
+
+public:
+    QString name;  ///< of a button, else empty
+    QString image;
+    QRectF frame;
+    int layer = 0;
+};
+
+}  // namespace torv
