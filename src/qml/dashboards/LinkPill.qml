@@ -28,7 +28,7 @@ Rectangle {
         Text {
             text: root.status.text
             color: Theme.text
-            font.pixelSize: Math.max(9 * root.u, 1)
+            font.pixelSize: Math.max(Math.round(9 * root.u), 1)
         }
     }
 }

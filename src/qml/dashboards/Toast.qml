@@ -22,6 +22,6 @@ Rectangle {
         textFormat: Text.PlainText
         text: root.screen.toast
         color: "white"
-        font.pixelSize: Math.max(14 * root.u, 1)
+        font.pixelSize: Math.max(Math.round(14 * root.u), 1)
     }
 }
