@@ -46,7 +46,10 @@ DashboardViewController::DashboardViewController(const DashboardTraits& traits,
       m_screens(std::move(screens)),
       m_feeder(m_application->feeder()),
       m_currentVehicle(m_application->currentVehicle()),
-      m_replay(m_application, [this](auto overlay) { setProgress(std::move(overlay)); }) {}
+      m_replay(m_application, [this](auto overlay) {
+          if (overlay) overlay->setSwallowsTouches(false);
+          setProgress(std::move(overlay));
+      }) {}
 
 DashboardViewController::~DashboardViewController() {
     m_application->removeDelegate(this);

@@ -1,4 +1,3 @@
-pragma ComponentBehavior: Bound
 import QtQuick
 import iTorv
 import iTorv.Screens
@@ -8,6 +7,8 @@ Window {
 
     // None at first: the first frame is the bare ground, which is there long before a page.
     property Stage stage: null
+    // Pixels for each point of what is no dashboard: a stage 320 high, or 320 wide where it stands upright.
+    readonly property real u: Math.max(Math.min(width, height), 1) / 320
 
     width: 1136
     height: 640
@@ -49,28 +50,19 @@ Window {
         }
     }
 
-    // Lengths of what is no dashboard are points on a stage 320 high, scaled to the window's own height; one held
-    // upright is 320 wide.
-    Item {
-        readonly property real points: Math.max(Math.min(window.width, window.height), 1) / 320
+    OnDemand {
+        anchors.fill: parent
+        shown: window.stage ? window.stage.progress : null
+        look: "../screens/ProgressOverlay.qml"
+        parameters: progress => ({ "progress": progress, "u": Qt.binding(() => window.u) })
+        onGone: content.forceActiveFocus()
+    }
 
-        width: window.width / points
-        height: window.height / points
-        scale: points
-        transformOrigin: Item.TopLeft
-
-        OnDemand {
-            anchors.fill: parent
-            shown: window.stage ? window.stage.progress : null
-            look: "../screens/ProgressOverlay.qml"
-            parameters: progress => ({ "progress": progress })
-        }
-
-        OnDemand {
-            anchors.fill: parent
-            shown: window.stage ? window.stage.alert : null
-            look: "../screens/AlertOverlay.qml"
-            parameters: alert => ({ "alert": alert })
-        }
+    OnDemand {
+        anchors.fill: parent
+        shown: window.stage ? window.stage.alert : null
+        look: "../screens/AlertOverlay.qml"
+        parameters: alert => ({ "alert": alert, "u": Qt.binding(() => window.u) })
+        onGone: content.forceActiveFocus()
     }
 }

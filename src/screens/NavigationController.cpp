@@ -64,6 +64,11 @@ void NavigationController::popToRootViewControllerAnimated(bool animated) {
     popViewControllerAnimated(animated);
 }
 
+void NavigationController::touchEscape() {
+    if (m_stack.size() > 1) return touchBack();
+    if (auto* const button = topViewController()->leftBarButton()) button->touch();
+}
+
 void NavigationController::touchBack() {
     queueTouch(this, [](NavigationController& self) { self.popViewControllerAnimated(true); });
 }

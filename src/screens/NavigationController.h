@@ -36,6 +36,8 @@ public:
     void popToRootViewControllerAnimated(bool animated);
 
     Q_INVOKABLE void touchBack();
+    /// The key that leads back: one screen back, and from the root what its left bar button does.
+    Q_INVOKABLE void touchEscape();
 
 signals:
     void stackChanged();

@@ -16,6 +16,7 @@ class ProgressHUD final : public QObject {
     Q_PROPERTY(QString labelText READ labelText NOTIFY changed)
     Q_PROPERTY(QString detailsLabelText READ detailsLabelText NOTIFY changed)
     Q_PROPERTY(bool cancellable READ cancellable NOTIFY changed)
+    Q_PROPERTY(bool swallowsTouches READ swallowsTouches NOTIFY changed)
 
 public:
     explicit ProgressHUD(std::function<void()> cancel);
@@ -24,6 +25,9 @@ public:
     [[nodiscard]] QString detailsLabelText() const { return m_detailsLabelText; }
     [[nodiscard]] bool cancellable() const { return m_cancel && !m_cancelHidden; }
     void setCancelHidden(bool hidden);
+    /// Whether touches and keys end at the overlay; else the screen below decides on each.
+    [[nodiscard]] bool swallowsTouches() const { return m_swallowsTouches; }
+    void setSwallowsTouches(bool swallows) { m_swallowsTouches = swallows; }
     void setTexts(const QString& label, const QString& details);
 
     Q_INVOKABLE void touchCancel();
@@ -36,6 +40,7 @@ private:
     QString m_detailsLabelText;
     const std::function<void()> m_cancel;
     bool m_cancelHidden = false;
+    bool m_swallowsTouches = true;
 };
 
 }  // namespace torv

@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "screens/Image.h"
 #include "screens/Ownership.h"
 
 namespace torv {
@@ -24,14 +25,37 @@ void TableViewCell::setText(const QString& text) {
 void TableViewCell::setDetailText(const QString& text) {
     assign(m_detailText, text, &TableViewCell::detailTextChanged);
 }
-void TableViewCell::setAccessory(Accessory a) {
-    assign(m_accessory, a, &TableViewCell::accessoryChanged);
+void TableViewCell::setAccessory(Accessory accessory) {
+    assign(m_accessory, accessory, &TableViewCell::accessoryChanged);
+}
+void TableViewCell::setImage(const QString& name) {
+    assign(m_image, name, &TableViewCell::accessoryChanged);
+}
+void TableViewCell::setMarks(const QStringList& names) {
+    assign(m_marks, names, &TableViewCell::accessoryChanged);
+}
+void TableViewCell::setBusy(bool busy) {
+    assign(m_busy, busy, &TableViewCell::accessoryChanged);
 }
 void TableViewCell::setDimmed(bool dimmed) {
     assign(m_dimmed, dimmed, &TableViewCell::dimmedChanged);
 }
 void TableViewCell::setAlarming(bool alarming) {
     assign(m_alarming, alarming, &TableViewCell::alarmingChanged);
+}
+void TableViewCell::setSelected(bool selected) {
+    assign(m_selected, selected, &TableViewCell::selectedChanged);
+}
+
+QString TableViewCell::image() const {
+    return m_image.isEmpty() ? QString{} : imageNamed(m_image).source;
+}
+
+QStringList TableViewCell::marks() const {
+    QStringList sources;
+    for (const auto& name : m_marks)
+        sources.push_back(imageNamed(name).source);
+    return sources;
 }
 
 }  // namespace torv

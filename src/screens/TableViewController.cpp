@@ -3,94 +3,71 @@
 #include <algorithm>
 #include <utility>
 
-#include "screens/Ownership.h"
 #include "screens/Touch.h"
 
 namespace torv {
+namespace {
 
-/// All rows of all sections, one after the other.
-class TableViewController::Rows final : public QAbstractListModel {
-public:
-    enum Role { cellRole = Qt::UserRole + 1, sectionTitleRole, sectionRole, rowRole, firstRole, lastRole };
+constexpr double headerHeight = 50;
+constexpr int noRow = -1;
 
-    struct Row {
-        IndexPath path;
-        QString sectionTitle;
-        std::shared_ptr<TableViewCell> cell;
-        bool first = false;
-        bool last = false;
-    };
+}  // namespace
 
-    Rows() { keepOwnership(*this); }
-
-    [[nodiscard]] const std::vector<Row>& all() const { return m_rows; }
-
-    void replace(std::vector<Row> rows) {
-        beginResetModel();
-        m_rows = std::move(rows);
-        endResetModel();
-    }
-
-    [[nodiscard]] int rowCount(const QModelIndex& parent) const override {
-        return parent.isValid() ? 0 : static_cast<int>(m_rows.size());
-    }
-
-    [[nodiscard]] QVariant data(const QModelIndex& index, int role) const override {
-        if (!checkIndex(index, CheckIndexOption::IndexIsValid)) return {};
-        const auto& row = m_rows[static_cast<std::size_t>(index.row())];
-        switch (role) {
-            case cellRole:
-                return QVariant::fromValue(row.cell.get());
-            case sectionTitleRole:
-                return row.sectionTitle;
-            case sectionRole:
-                return row.path.section;
-            case rowRole:
-                return row.path.row;
-            case firstRole:
-                return row.first;
-            case lastRole:
-                return row.last;
-            default:
-                return {};
-        }
-    }
-
-    [[nodiscard]] QHash<int, QByteArray> roleNames() const override {
-        return {{cellRole, "cell"},       {sectionTitleRole, "sectionTitle"},
-                {sectionRole, "section"}, {rowRole, "row"},
-                {firstRole, "isFirst"},   {lastRole, "isLast"}};
-    }
-
-private:
-    std::vector<Row> m_rows;
-};
-
-TableViewController::TableViewController() : m_rows(std::make_unique<Rows>()) {}
+TableViewController::TableViewController() : m_rows(std::make_unique<TableRows>()) {}
 TableViewController::~TableViewController() = default;
 
 QAbstractItemModel* TableViewController::rows() {
     return m_rows.get();
 }
 
+TableSectionView TableViewController::viewForHeaderInSection(int section) {
+    const auto title = titleForHeaderInSection(section);
+    return title.isEmpty() ? TableSectionView{} : TableSectionView{.text = title, .height = headerHeight};
+}
+
 void TableViewController::viewWillAppear() {
+    deselectRow();
     reloadData();
 }
 
 void TableViewController::reloadData() {
     for (const auto& row : m_rows->all())
         m_reusable.push_back(row.cell);
-    std::vector<Rows::Row> rows;
+    std::vector<TableRows::Row> rows;
     for (int section = 0; section < numberOfSections(); ++section) {
+        const auto begin = rows.size();
         const int count = numberOfRowsInSection(section);
         for (int row = 0; row < count; ++row) {
             const IndexPath path{section, row};
-            rows.push_back({path, titleForHeaderInSection(section), cellForRowAtIndexPath(path), row == 0,
-                            row == count - 1});
+            rows.push_back({.path = path,
+                            .cell = cellForRowAtIndexPath(path),
+                            .header = {},
+                            .footer = {},
+                            .height = heightForRowAtIndexPath(path),
+                            .highlights = shouldHighlightRowAtIndexPath(path),
+                            .deletable = canDeleteRowAtIndexPath(path)});
         }
+        auto header = viewForHeaderInSection(section);
+        auto footer = viewForFooterInSection(section);
+        if (count < 1) {
+            if (header.text.isEmpty() && footer.text.isEmpty()) continue;
+            rows.push_back({.path = {section, noRow},
+                            .cell = std::make_shared<TableViewCell>(TableViewCell::Style::Plain, QString{}),
+                            .header = {},
+                            .footer = {},
+                            .highlights = false});
+        }
+        rows[begin].header = std::move(header);
+        rows[begin].first = true;
+        rows.back().footer = std::move(footer);
+        rows.back().last = true;
     }
+    m_confirming.reset();
     m_rows->replace(std::move(rows));
-    m_reusable.clear();
+    for (const auto& row : m_rows->all())
+        row.cell->setSelected(row.path == m_selected);
+    // The look may still draw the cells that are not in use any more.
+    queueTouch(this, [leaving = std::exchange(m_reusable, {})](TableViewController&) {});
 }
 
 std::shared_ptr<TableViewCell> TableViewController::dequeueReusableCell(const QString& identifier) {
@@ -104,22 +81,97 @@ std::shared_ptr<TableViewCell> TableViewController::dequeueReusableCell(const QS
 }
 
 TableViewCell* TableViewController::cellAt(IndexPath path) const {
-    const auto& rows = m_rows->all();
-    const auto found =
-        std::find_if(rows.begin(), rows.end(), [&](const Rows::Row& row) { return row.path == path; });
-    return found == rows.end() ? nullptr : found->cell.get();
+    const auto* row = m_rows->at(path);
+    return row && path.row != noRow ? row->cell.get() : nullptr;
+}
+
+void TableViewController::selectRowAtIndexPath(IndexPath path) {
+    deselectRow();
+    if (auto* cell = cellAt(path)) {
+        m_selected = path;
+        cell->setSelected(true);
+    }
+}
+
+void TableViewController::deselectRow() {
+    const auto path = std::exchange(m_selected, std::nullopt);
+    if (auto* cell = path ? cellAt(*path) : nullptr) cell->setSelected(false);
+}
+
+void TableViewController::setEditing(bool editing) {
+    confirm(std::nullopt);
+    if (m_editing == editing) return;
+    m_editing = editing;
+    emit editingChanged();
+}
+
+void TableViewController::setLoading(bool loading) {
+    if (m_loading == loading) return;
+    m_loading = loading;
+    emit loadingChanged();
+}
+
+void TableViewController::confirm(std::optional<IndexPath> path) {
+    m_confirming = path;
+    m_rows->setConfirming(path);
 }
 
 void TableViewController::touchRow(int section, int row) {
     queueTouch(this, [path = IndexPath{section, row}](TableViewController& self) {
-        if (self.cellAt(path) && self.shouldHighlightRowAtIndexPath(path)) self.didSelectRowAtIndexPath(path);
+        if (self.m_confirming) return self.confirm(std::nullopt);
+        if (!self.cellAt(path) || self.m_editing || !self.shouldHighlightRowAtIndexPath(path)) return;
+        self.selectRowAtIndexPath(path);
+        self.didSelectRowAtIndexPath(path);
     });
 }
 
 void TableViewController::touchAccessory(int section, int row) {
     queueTouch(this, [path = IndexPath{section, row}](TableViewController& self) {
+        if (self.m_confirming) return self.confirm(std::nullopt);
         if (self.cellAt(path)) self.accessoryButtonTappedForRowAtIndexPath(path);
     });
+}
+
+void TableViewController::touchDeleteMark(int section, int row) {
+    queueTouch(this, [path = IndexPath{section, row}](TableViewController& self) {
+        if (self.m_confirming) return self.confirm(std::nullopt);
+        if (self.m_editing && self.cellAt(path) && self.canDeleteRowAtIndexPath(path)) self.confirm(path);
+    });
+}
+
+void TableViewController::swipeRow(int section, int row) {
+    queueTouch(this, [path = IndexPath{section, row}](TableViewController& self) {
+        if (self.m_confirming) return self.confirm(std::nullopt);
+        if (self.cellAt(path) && self.canDeleteRowAtIndexPath(path)) self.confirm(path);
+    });
+}
+
+void TableViewController::touchDelete(int section, int row) {
+    queueTouch(this, [path = IndexPath{section, row}](TableViewController& self) {
+        if (self.m_confirming != path) return;  // a touch that came too late
+        self.confirm(std::nullopt);
+        if (self.cellAt(path)) self.deleteRowAtIndexPath(path);
+    });
+}
+
+std::optional<IndexPath> TableViewController::pathOfIndex(int index) const {
+    const auto& rows = m_rows->all();
+    if (index < 0 || index >= static_cast<int>(rows.size())) return std::nullopt;
+    return rows[static_cast<std::size_t>(index)].path;
+}
+
+void TableViewController::activateIndex(int index) {
+    queueTouch(this, [path = pathOfIndex(index)](TableViewController& self) {
+        auto* const cell = path ? self.cellAt(*path) : nullptr;
+        if (!cell) return;
+        if (self.m_confirming == path) return self.touchDelete(path->section, path->row);
+        if (self.m_editing) return self.touchDeleteMark(path->section, path->row);
+        if (!cell->activate()) self.touchRow(path->section, path->row);
+    });
+}
+
+void TableViewController::deleteIndex(int index) {
+    if (const auto path = pathOfIndex(index)) swipeRow(path->section, path->row);
 }
 
 }  // namespace torv

@@ -1,34 +1,37 @@
 #pragma once
 
-#include <QAbstractListModel>
-#include <QtQmlIntegration>
 #include <memory>
+#include <optional>
 #include <vector>
 
-#include "screens/TableViewCell.h"
+#include "screens/TableRows.h"
 #include "screens/ViewController.h"
 
 namespace torv {
 
-struct IndexPath {
-    int section = 0;
-    int row = 0;
-
-    friend bool operator==(const IndexPath&, const IndexPath&) = default;
-};
-
 /// A screen of sections with rows of cells; one QML file draws them all. Main thread.
 ///
 /// `reloadData` asks for everything anew. The cells from before it are handed out again by
-/// `dequeueReusableCell`, with all that they hold, in their old order.
+/// `dequeueReusableCell`, with all that they hold, in their old order. A chosen row stays selected until the
+/// screen deselects it or appears anew.
+///
+///   Delete      entered by                          leaves by
+///   Off         `setEditing(false)`                 `setEditing(true)`: Marks; a swipe over a row:
+///   Confirming Marks       `setEditing(true)`                  a touch on a row's mark: Confirming
+///   Confirming  a row's mark or a swipe over it     its red button: the row is deleted; any other touch
 class TableViewController : public torv::ViewController {
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("made by the logic")
     Q_PROPERTY(QAbstractItemModel* rows READ rows CONSTANT)
     Q_PROPERTY(QString emptyText READ emptyText CONSTANT)
+    Q_PROPERTY(bool loading READ isLoading NOTIFY loadingChanged)
+    Q_PROPERTY(bool editing READ isEditing NOTIFY editingChanged)
+    Q_PROPERTY(QString background READ background CONSTANT)
 
 public:
+    static constexpr double usualRowHeight = 44;  // what a finger can hit
+
     TableViewController();
     ~TableViewController() override;
 
@@ -36,29 +39,64 @@ public:
     [[nodiscard]] QAbstractItemModel* rows();
     /// What stands in place of a table without rows.
     [[nodiscard]] virtual QString emptyText() const { return {}; }
+    /// The picture behind the rows; none leaves the plain ground.
+    [[nodiscard]] virtual QString background() const { return {}; }
 
     [[nodiscard]] virtual int numberOfSections() { return 1; }
     [[nodiscard]] virtual int numberOfRowsInSection(int section) = 0;
     [[nodiscard]] virtual QString titleForHeaderInSection(int) { return {}; }
+    /// The title, bold and 50 high, unless a screen has a view of its own.
+    [[nodiscard]] virtual TableSectionView viewForHeaderInSection(int section);
+    [[nodiscard]] virtual TableSectionView viewForFooterInSection(int) { return {}; }
+    [[nodiscard]] virtual double heightForRowAtIndexPath(IndexPath) { return usualRowHeight; }
     [[nodiscard]] virtual std::shared_ptr<TableViewCell> cellForRowAtIndexPath(IndexPath path) = 0;
     [[nodiscard]] virtual bool shouldHighlightRowAtIndexPath(IndexPath) { return true; }
     virtual void didSelectRowAtIndexPath(IndexPath) {}
     virtual void accessoryButtonTappedForRowAtIndexPath(IndexPath) {}
+    [[nodiscard]] virtual bool canDeleteRowAtIndexPath(IndexPath) { return false; }
+    /// The user has confirmed; the screen deletes and reloads.
+    virtual void deleteRowAtIndexPath(IndexPath) {}
 
     void reloadData();
     /// Null when none is left.
     [[nodiscard]] std::shared_ptr<TableViewCell> dequeueReusableCell(const QString& identifier);
     [[nodiscard]] TableViewCell* cellAt(IndexPath path) const;
+    void selectRowAtIndexPath(IndexPath path);
+    void deselectRow();
+    [[nodiscard]] std::optional<IndexPath> selectedRow() const { return m_selected; }
+    [[nodiscard]] bool isEditing() const { return m_editing; }
+    void setEditing(bool editing);
+    [[nodiscard]] std::optional<IndexPath> confirmingRow() const { return m_confirming; }
+    /// While the rows are still on their way an activity indicator stands in their place.
+    [[nodiscard]] bool isLoading() const { return m_loading; }
+    void setLoading(bool loading);
 
     void viewWillAppear() override;
+
+    // From the look.
     Q_INVOKABLE void touchRow(int section, int row);
     Q_INVOKABLE void touchAccessory(int section, int row);
+    Q_INVOKABLE void touchDeleteMark(int section, int row);
+    Q_INVOKABLE void swipeRow(int section, int row);
+    Q_INVOKABLE void touchDelete(int section, int row);
+    // By the keyboard; the index counts all that the look draws, and -1 is none.
+    Q_INVOKABLE void activateIndex(int index);
+    Q_INVOKABLE void deleteIndex(int index);
+
+signals:
+    void loadingChanged();
+    void editingChanged();
 
 private:
-    class Rows;
+    void confirm(std::optional<IndexPath> path);
+    [[nodiscard]] std::optional<IndexPath> pathOfIndex(int index) const;
 
-    std::unique_ptr<Rows> m_rows;
+    std::unique_ptr<TableRows> m_rows;
     std::vector<std::shared_ptr<TableViewCell>> m_reusable;
+    std::optional<IndexPath> m_selected;
+    std::optional<IndexPath> m_confirming;
+    bool m_editing = false;
+    bool m_loading = false;
 };
 
 }  // namespace torv

@@ -39,6 +39,20 @@ void ViewController::setRightBarButton(std::unique_ptr<BarButtonItem> item) {
     emit barButtonsChanged();
 }
 
+QVariantList ViewController::toolbarItems() const {
+    QVariantList items;
+    for (const auto& item : m_toolbarItems)
+        items.push_back(QVariant::fromValue(item.get()));
+    return items;
+}
+
+void ViewController::setToolbarItems(std::vector<std::unique_ptr<BarButtonItem>> items) {
+    for (const auto& item : items)
+        keepOwnership(*item);
+    m_toolbarItems = std::move(items);
+    emit barButtonsChanged();
+}
+
 void ViewController::loadViewIfNeeded() {
     if (m_loaded) return;
     m_loaded = true;

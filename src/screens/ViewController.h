@@ -4,6 +4,7 @@
 #include <QPointer>
 #include <QSizeF>
 #include <QString>
+#include <QVariantList>
 #include <QtQmlIntegration>
 #include <algorithm>
 #include <memory>
@@ -31,6 +32,7 @@ class ViewController : public QObject, public std::enable_shared_from_this<ViewC
     Q_PROPERTY(QSizeF viewSize READ viewSize NOTIFY viewSizeChanged)
     Q_PROPERTY(torv::BarButtonItem* leftBarButton READ leftBarButton NOTIFY barButtonsChanged)
     Q_PROPERTY(torv::BarButtonItem* rightBarButton READ rightBarButton NOTIFY barButtonsChanged)
+    Q_PROPERTY(QVariantList toolbarItems READ toolbarItems NOTIFY barButtonsChanged)
 
 public:
     enum class Orientations { landscape, portrait };
@@ -47,6 +49,10 @@ public:
     [[nodiscard]] BarButtonItem* rightBarButton() const { return m_rightBarButton.get(); }
     void setLeftBarButton(std::unique_ptr<BarButtonItem> item);
     void setRightBarButton(std::unique_ptr<BarButtonItem> item);
+
+    /// Of the bar below the screen; with none there is no bar.
+    [[nodiscard]] QVariantList toolbarItems() const;
+    void setToolbarItems(std::vector<std::unique_ptr<BarButtonItem>> items);
 
     [[nodiscard]] virtual Orientations orientations() const { return Orientations::landscape; }
     [[nodiscard]] NavigationController* navigationController() const { return m_navigationController; }
@@ -103,6 +109,7 @@ private:
     QString m_backButtonTitle = QStringLiteral("Back");
     std::unique_ptr<BarButtonItem> m_leftBarButton;
     std::unique_ptr<BarButtonItem> m_rightBarButton;
+    std::vector<std::unique_ptr<BarButtonItem>> m_toolbarItems;
     NavigationController* m_navigationController = nullptr;  // while it stands on its stack
     std::shared_ptr<ViewController> m_presented;
     ViewController* m_presenting = nullptr;

@@ -6,6 +6,7 @@
 #include <array>
 
 #include "fakes/Application.h"
+#include "fakes/Gallery.h"
 #include "qml/PictureProvider.h"
 #include "screens/NavigationController.h"
 #include "screens/TableViewController.h"
@@ -29,6 +30,14 @@ protected:
     std::unique_ptr<fakes::Application> app;
 };
 
+QQuickItem* itemWithText(QQuickItem* root, const QString& text) {
+    if (root->isVisible() && root->property("text") == text) return root;
+    for (auto* child : root->childItems()) {
+        if (auto* found = itemWithText(child, text)) return found;
+    }
+    return nullptr;
+}
+
 TEST_F(WindowTest, TheGearLeadsToTheMenuAndTheLiveListAndCloseBack) {
     ASSERT_NE(app->view(), nullptr);
     ASSERT_TRUE(app->waitUntilReady());
@@ -42,12 +51,54 @@ TEST_F(WindowTest, TheGearLeadsToTheMenuAndTheLiveListAndCloseBack) {
     auto* const list = qobject_cast<TableViewController*>(menu->topViewController());
     ASSERT_NE(list, nullptr);
     auto* const cell = list->cellAt({0, 0});
+    ASSERT_TRUE(app->waitUntil([&] { return itemWithText(app->view()->contentItem(), cell->text()); }));
     ASSERT_TRUE(
         app->waitUntil([&] { return cell->detailText().endsWith("RPM") && cell->detailText() != "0RPM"; }));
     menu->touchBack();
     ASSERT_TRUE(app->waitUntil([&] { return menu->depth() == 1; }));
     menu->topViewController()->leftBarButton()->touch();
     EXPECT_TRUE(app->waitUntil([&] { return app->stage->top() == app->first.get(); }));
+}
+
+TEST_F(WindowTest, AnAlertHasTheKeysAndGivesThemBack) {
+    ASSERT_TRUE(app->waitUntilReady());
+    const auto gallery = std::make_shared<fakes::Gallery>();
+    app->page()->presentModalViewControllerAnimated(std::make_shared<NavigationController>(gallery), true);
+    const auto key = [&](Qt::Key code) { QTest::keyClick(app->view(), code); };
+    app->runFor(300ms);
+    for (int i = 0; i < 7; ++i)
+        key(Qt::Key_Down);
+    key(Qt::Key_Return);
+    ASSERT_TRUE(app->waitUntil([&] { return gallery->heard == "on "; }));
+    int pressed = -1;
+    const auto show = [&] {
+        auto alert = std::make_shared<AlertView>("Title", "Message", QStringList{"Cancel", "OK"});
+        alert->setDismissedHandler([&](int index) { pressed = index; });
+        gallery->showAlert(alert);
+        app->runFor(100ms);
+    };
+    show();
+    key(Qt::Key_Down);
+    key(Qt::Key_Delete);
+    key(Qt::Key_Return);
+    EXPECT_TRUE(app->waitUntil([&] { return pressed == 1; }));
+    show();
+    key(Qt::Key_Escape);
+    EXPECT_TRUE(app->waitUntil([&] { return pressed == 0; }));
+    app->runFor(100ms);
+    EXPECT_EQ(gallery->heard, "on ");
+    key(Qt::Key_Space);
+    EXPECT_TRUE(app->waitUntil([&] { return gallery->heard == "on off "; }));
+    key(Qt::Key_Down);
+    key(Qt::Key_Down);
+    key(Qt::Key_Return);
+    app->runFor(100ms);
+    for (const char sign : {'3', '3', '0', '0'})
+        QTest::keyClick(app->view(), sign);  // in place of what stood there
+    key(Qt::Key_Return);
+    EXPECT_TRUE(app->waitUntil([&] { return gallery->heard == "on off return:3300 "; }));
+    key(Qt::Key_Escape);
+    EXPECT_TRUE(app->waitUntil([&] { return gallery->heard.ends_with("close "); }));
 }
 
 TEST_F(WindowTest, TheStateOfTheLinkIsTold) {
@@ -72,14 +123,6 @@ TEST_F(WindowTest, PicturesOfAnyKindAreScaled) {
         const auto shown = PictureProvider{}.requestImage("picture/ODD.png", nullptr, {40, 30});
         EXPECT_EQ(shown.size(), QSize(40, 30)) << format;
     }
-}
-
-QQuickItem* itemWithText(QQuickItem* root, const QString& text) {
-    if (root->isVisible() && root->property("text") == text) return root;
-    for (auto* child : root->childItems()) {
-        if (auto* found = itemWithText(child, text)) return found;
-    }
-    return nullptr;
 }
 
 TEST_F(WindowTest, AReplayThatFailsIsCancelledByATouch) {

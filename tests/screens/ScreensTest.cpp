@@ -67,4 +67,38 @@ TEST_F(ScreensTest, AlertsTellOfThePressThenOfTheEndOnce) {
     EXPECT_EQ(stage.alert(), nullptr);
 }
 
+TEST_F(ScreensTest, AlertsAndOverlaysReachTheStageFromAnyScreen) {
+    const auto root = std::make_shared<PlainScreen>("root");
+    const Stage stage{root, nullptr};
+    const auto deep = std::make_shared<PlainScreen>("deep");
+    const auto menu = std::make_shared<PlainScreen>("menu");
+    const auto stack = std::make_shared<NavigationController>(menu);
+    root->presentModalViewControllerAnimated(stack, true);
+    stack->pushViewControllerAnimated(deep, true);
+    EXPECT_EQ(stage.top(), stack.get());
+
+    const auto overlay = std::make_shared<ProgressHUD>(nullptr);
+    deep->setProgress(overlay);
+    EXPECT_EQ(stage.progress(), overlay.get());
+    const auto first = std::make_shared<AlertView>("1", "", QStringList{"OK"});
+    deep->showAlert(first);
+    stack->popViewControllerAnimated(true);
+    EXPECT_EQ(stage.progress(), nullptr);  // it stood on that screen alone
+    EXPECT_EQ(stage.alert(), first.get());
+    const auto second = std::make_shared<AlertView>("2", "", QStringList{"OK"});
+    deep->showAlert(second);  // by a screen that has left
+    EXPECT_EQ(stage.alert(), second.get());
+    first->touchButton(0);
+    second->touchButton(0);
+    platform.loop.runWork();
+    EXPECT_EQ(stage.alert(), nullptr);
+
+    const auto over = std::make_shared<PlainScreen>("over");
+    menu->presentModalViewControllerAnimated(over, true);  // over the whole stack
+    EXPECT_EQ(stage.top(), over.get());
+    over->dismissModalViewControllerAnimated(true);
+    menu->dismissModalViewControllerAnimated(true);
+    EXPECT_EQ(stage.top(), root.get());
+}
+
 }  // namespace

@@ -6,6 +6,8 @@
 #include <cstdio>
 
 #include "fakes/Application.h"
+#include "fakes/Gallery.h"
+#include "screens/NavigationController.h"
 #include "support/Number.h"
 
 namespace {
@@ -77,6 +79,25 @@ int main(int argc, char** argv) {
     app.runFor(600ms);
     QTest::keyClick(app.view(), Qt::Key_Right);
     save("third-page");
+    const auto gallery = std::make_shared<fakes::Gallery>();
+    const auto stack = std::make_shared<NavigationController>(gallery);
+    app.page()->presentModalViewControllerAnimated(stack, true);
+    save("table");
+    gallery->setEditing(true);
+    gallery->touchDeleteMark(fakes::Gallery::deletable, 1);
+    for (int i = 0; i < 11; ++i)
+        QTest::keyClick(app.view(), Qt::Key_Down);
+    save("table-delete");
+    gallery->setEditing(false);
+    stack->showAlert(std::make_shared<AlertView>("Value out of range",
+                                                 "The value you typed is out of range. Please use values "
+                                                 "between 2800 and 3600.",
+                                                 QStringList{"Cancel", "OK"}));
+    save("alert");
+    stack->alert()->touchButton(0);
+    gallery->setLoading(true);
+    save("loading");
+    stack->dismissModalViewControllerAnimated(true);
     module.stop();
     app.runFor(4s);
     save("link-lost");

@@ -1,4 +1,3 @@
-pragma ComponentBehavior: Bound
 import QtQuick
 
 // A part that is made when what it shows comes, and goes with it.
@@ -9,12 +8,15 @@ Loader {
     required property string look  // its file, seen from this one
     required property var parameters  // what is shown -> the part's own properties
 
+    signal gone
+
     function show() {
         if (shown) {
             const propertiesOf = parameters;
             setSource(look, propertiesOf(shown));
-        } else {
+        } else if (source.toString() !== "") {
             source = "";
+            gone();
         }
     }
 

@@ -6,23 +6,25 @@ Row {
     id: indicator
 
     required property LinkStatus status
+    property real u: 1
 
-    spacing: 6
+    spacing: 6 * u
 
     Rectangle {
         anchors.verticalCenter: parent.verticalCenter
-        width: 8
-        height: 8
-        radius: 4
+        width: 8 * indicator.u
+        height: width
+        radius: width / 2
         color: indicator.status.connected ? Theme.calm : "transparent"
-        border.width: 1.5
+        border.width: 1.5 * indicator.u
         border.color: indicator.status.connected ? Theme.calm : Theme.accent
     }
 
     Text {
         anchors.verticalCenter: parent.verticalCenter
+        textFormat: Text.PlainText
         text: indicator.status.text
         color: Theme.faint
-        font.pixelSize: 11
+        font.pixelSize: Math.max(Math.round(11 * indicator.u), 1)
     }
 }

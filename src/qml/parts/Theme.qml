@@ -9,7 +9,10 @@ QtObject {
     readonly property color bar: "#191c1f"
     readonly property color row: "#1e2226"
     readonly property color pressed: "#2c3238"
+    readonly property color selected: "#3a3122"
     readonly property color line: "#2f353b"
     readonly property color text: "#f3f4f5"
     readonly property color faint: "#98a1a9"
+
+    readonly property int touch: 44  // points that a finger can hit
 }

@@ -1,13 +1,19 @@
-pragma ComponentBehavior: Bound
 import QtQuick
 import iTorv
 import iTorv.Screens
 
-Item {
+// Something runs on the screen below, and holds it.
+FocusScope {
     id: overlay
 
     required property ProgressHUD progress
-    property bool swallowsTouches: true
+    property real u: 1
+
+    Component.onCompleted: if (progress.swallowsTouches) forceActiveFocus()
+    Keys.onPressed: event => {
+        event.accepted = progress.swallowsTouches;
+        if (event.accepted && event.key === Qt.Key_Escape) progress.touchCancel();
+    }
 
     Rectangle {
         anchors.fill: parent
@@ -16,62 +22,39 @@ Item {
 
         MouseArea {
             anchors.fill: parent
-            enabled: overlay.swallowsTouches
+            enabled: overlay.progress.swallowsTouches
         }
     }
 
     Rectangle {
         anchors.centerIn: parent
-        width: 200
-        height: content.implicitHeight + 28
-        radius: 10
+        width: Math.round(220 * overlay.u)
+        height: Math.round(content.implicitHeight + 28 * overlay.u)
+        radius: 10 * overlay.u
         color: Theme.row
 
         Column {
             id: content
 
             anchors.centerIn: parent
-            width: parent.width - 32
-            spacing: 8
+            width: parent.width - 32 * overlay.u
+            spacing: 8 * overlay.u
 
-            Item {
+            Spinner {
                 anchors.horizontalCenter: parent.horizontalCenter
-                width: 28
-                height: 28
-
-                Repeater {
-                    model: 8
-
-                    Rectangle {
-                        id: ray
-
-                        required property int index
-
-                        x: 12.5
-                        width: 3
-                        height: 8
-                        radius: 1.5
-                        color: Theme.accent
-                        opacity: 0.2 + index / 10
-                        transform: Rotation { origin.x: 1.5; origin.y: 14; angle: ray.index * 45 }
-                    }
-                }
-                RotationAnimation on rotation {
-                    running: true
-                    from: 0
-                    to: 360
-                    duration: 900
-                    loops: Animation.Infinite
-                }
+                u: overlay.u * 1.2
             }
 
             Text {
                 width: parent.width
                 horizontalAlignment: Text.AlignHCenter
                 wrapMode: Text.Wrap
+                textFormat: Text.PlainText
                 text: overlay.progress.labelText
                 color: Theme.text
-                font.pixelSize: 14
+                font.pixelSize: Math.max(Math.round(15 * overlay.u), 1)
+                Accessible.role: Accessible.ProgressBar
+                Accessible.name: text + " " + overlay.progress.detailsLabelText
             }
 
             Text {
@@ -79,15 +62,16 @@ Item {
                 visible: text !== ""
                 horizontalAlignment: Text.AlignHCenter
                 wrapMode: Text.Wrap
+                textFormat: Text.PlainText
                 text: overlay.progress.detailsLabelText
                 color: Theme.faint
-                font.pixelSize: 11
+                font.pixelSize: Math.max(Math.round(12 * overlay.u), 1)
             }
 
             BarButton {
                 anchors.horizontalCenter: parent.horizontalCenter
                 visible: overlay.progress.cancellable
-                height: 30
+                u: overlay.u
                 text: "Cancel"
                 onTouched: overlay.progress.touchCancel()
             }

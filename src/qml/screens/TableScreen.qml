@@ -3,46 +3,99 @@ import QtQuick
 import iTorv
 import iTorv.Screens
 
-Item {
+FocusScope {
     id: table
 
     required property TableViewController screen
+    property real u: 1
+
+    focus: true
+
+    Picture {
+        frame: Qt.rect(0, 0, table.width, table.height)
+        name: table.screen.background
+    }
 
     ListView {
         id: list
 
+        property bool keysUsed: false  // since the last touch
+
         anchors.fill: parent
-        anchors.leftMargin: 12
-        anchors.rightMargin: 12
+        anchors.leftMargin: Math.round(12 * table.u)
+        anchors.rightMargin: anchors.leftMargin
         clip: true
+        focus: true
+        activeFocusOnTab: true
+        visible: !table.screen.loading
         boundsBehavior: Flickable.DragAndOvershootBounds
+        cacheBuffer: 0  // rows are quick to make, and what is made ahead comes in pieces
+        currentIndex: -1
+        highlightMoveDuration: 100
         model: table.screen.rows
         delegate: TableRow {
             width: list.width
+            u: table.u
+            editing: table.screen.editing
+            focused: ListView.isCurrentItem && list.keysUsed && list.activeFocus
             onTouched: table.screen.touchRow(section, row)
             onAccessoryTouched: table.screen.touchAccessory(section, row)
+            onDeleteMarkTouched: table.screen.touchDeleteMark(section, row)
+            onSwiped: table.screen.swipeRow(section, row)
+            onDeleteTouched: table.screen.touchDelete(section, row)
         }
-        footer: Item { width: 1; height: 10 }
+        bottomMargin: 10 * table.u
+
+        Accessible.role: Accessible.List
+        Accessible.name: table.screen.title
+        Keys.onPressed: event => {
+            keysUsed = true;
+            event.accepted = true;
+            if (event.key === Qt.Key_Down) {
+                incrementCurrentIndex();
+            } else if (event.key === Qt.Key_Up) {
+                decrementCurrentIndex();
+            } else if (event.key === Qt.Key_Space || event.key === Qt.Key_Return || event.key === Qt.Key_Enter) {
+                table.screen.activateIndex(currentIndex);
+            } else if (event.key === Qt.Key_Delete) {
+                table.screen.deleteIndex(currentIndex);
+            } else {
+                event.accepted = false;
+            }
+        }
+        onMovementStarted: keysUsed = false
     }
 
     Rectangle {
         // How far the list has been drawn; appears while it moves.
-        visible: list.contentHeight > list.height
+        visible: list.visible && list.contentHeight > list.height
         anchors.right: parent.right
-        anchors.rightMargin: 4
+        anchors.rightMargin: 4 * table.u
         y: list.visibleArea.yPosition * list.height
-        width: 3
-        radius: 1.5
-        height: Math.max(20, list.visibleArea.heightRatio * list.height)
+        width: 3 * table.u
+        radius: width / 2
+        height: Math.max(20 * table.u, list.visibleArea.heightRatio * list.height)
         color: Theme.faint
         opacity: list.moving ? 0.8 : 0.25
     }
 
     Text {
         anchors.centerIn: parent
-        visible: list.count === 0
+        width: parent.width - 40 * table.u
+        visible: list.visible && list.count === 0
+        horizontalAlignment: Text.AlignHCenter
+        wrapMode: Text.Wrap
+        textFormat: Text.PlainText
         text: table.screen.emptyText
         color: Theme.faint
-        font.pixelSize: 14
+        font.pixelSize: Math.max(Math.round(15 * table.u), 1)
+    }
+
+    Spinner {
+        anchors.centerIn: parent
+        visible: table.screen.loading
+        u: table.u * 1.4
+        Accessible.role: Accessible.Animation
+        Accessible.name: "Loading"
     }
 }
