@@ -102,7 +102,7 @@ Item {
             x: body.textLeft
             y: body.subtitle && detail.text !== "" ? body.height / 2 - height : (body.height - height) / 2
             width: body.subtitle || detail.text === "" ? room
-                   : Math.min(implicitWidth, Math.max(room - detailSize.advanceWidth - 14 * body.u, room * 0.5))
+                   : Math.min(Math.ceil(titleSize.advanceWidth) + 1, Math.max(room - detailSize.advanceWidth - 14 * body.u, room * 0.5))
             elide: Text.ElideRight
             maximumLineCount: 1
             textFormat: Text.PlainText
@@ -127,6 +127,12 @@ Item {
             font.bold: body.cell.alarming
         }
 
+        TextMetrics {
+            id: titleSize
+
+            font: title.font
+            text: title.text
+        }
         TextMetrics {
             id: detailSize
 
