@@ -7,6 +7,7 @@
 #include <cstdio>
 #include <fstream>
 
+#include "app/Screens.h"
 #include "dashboards/Dashboard.h"
 #include "vehicles/ProfileDocument.h"
 
@@ -35,7 +36,7 @@ int main(int argc, char** argv) {
     const auto vehicle = torv::vehicleFromFile(ITORV_RESOURCE_DIR "/vehicle.json", error);
     if (!vehicle) return std::fprintf(stderr, "benchmark_drive: %s\n", error.c_str()), 1;
     dashboard.launch(*vehicle);
-    const auto first = std::make_shared<torv::iTorvViewController>(dashboard.app, torv::DashboardScreens{});
+    const auto first = torv::Screens{dashboard.app}.firstPage();
     torv::Stage stage{first, nullptr};
     first->goToAlternate();
     dynamic_cast<torv::AlternateViewController&>(*stage.top()).goToLast();

@@ -28,6 +28,7 @@ void iTorvAppDelegate::applicationDidFinishLaunchingWithOptions(const LaunchOpti
     m_currentVehicle = VehicleDataSource::currentVehicle();
     m_connectionErrorMessageAllowed = true;
     m_feeder = std::make_shared<iTorvFeeder>(options.connection);
+    m_ager = std::make_unique<ValueAger>(m_feeder);
     m_feeder->setFeeding(true);
     configureZephrelaneFeatures();
     m_feeder->addConnectionListener(shared_from_this());

@@ -9,7 +9,7 @@
 #include "control/iTorvAppDelegateDelegate.h"
 #include "datalog/DataLog.h"
 #include "screens/AlertView.h"
-#include "session/iTorvFeeder.h"
+#include "session/ValueAger.h"
 #include "vehicles/SettingValueStore.h"
 #include "vehicles/Vehicle.h"
 
@@ -52,6 +52,8 @@ public:
     /// Set by each connect, cleared by a reported failure alone: a lost session is told to nobody.
     [[nodiscard]] bool connected() const { return m_connected; }
     [[nodiscard]] const std::shared_ptr<iTorvFeeder>& feeder() const { return m_feeder; }
+    /// Dims what is shown and too old.
+    [[nodiscard]] ValueAger& ager() { return *m_ager; }
     [[nodiscard]] const Vehicle& currentVehicle() const { return m_currentVehicle; }
     /// Nothing when nothing is stored for the vehicle. Follows at the next connect or from the settings.
     [[nodiscard]] const std::optional<ProfileDictionary>& settingValues() const { return m_settingValues; }
@@ -82,6 +84,7 @@ private:
 
     bool m_connected = false;
     std::shared_ptr<iTorvFeeder> m_feeder;
+    std::unique_ptr<ValueAger> m_ager;
     std::optional<DataLog> m_dataLoggingDict;
     Vehicle m_currentVehicle;
     std::optional<ProfileDictionary> m_settingValues;

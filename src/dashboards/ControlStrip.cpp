@@ -80,10 +80,9 @@ void ControlStrip::registerReaders(iTorvFeeder& feeder) const {
         feeder.addReaderForKey(widget, std::to_string(widget->attribute()->aid));
 }
 
-void ControlStrip::lookForOldValues(const iTorvFeeder& feeder) {
-    for (const auto& widget : readers()) {
-        if (feeder.isOldValueForAID(widget->attribute()->aid)) widget->dim();
-    }
+void ControlStrip::watchAge(ValueAger& ager) const {
+    for (const auto& widget : readers())
+        ager.watch(widget);
 }
 
 }  // namespace torv

@@ -38,7 +38,7 @@ public:
     void registerReaders(iTorvFeeder& feeder) const;
     void TurboOn() { setTurbo(true); }
     void TurboOff() { setTurbo(false); }
-    void lookForOldValues(const iTorvFeeder& feeder);
+    void watchAge(ValueAger& ager) const;
 
     [[nodiscard]] PowerLevelView& powerLevelView() const { return *m_powerLevelView; }
     [[nodiscard]] WarningView& warningView() const { return *m_warningView; }

@@ -21,7 +21,6 @@ constexpr double dimmed = 0.3;  // an indicator whose sensor stands on a place
 constexpr std::int64_t indicatorsPerPage = 4;
 constexpr QRectF pickerFrame{0, 240, stageWidth, 80};
 constexpr QRectF stripFrame{0, 265, 250, 25};
-constexpr std::chrono::milliseconds ageInterval{250};
 
 std::string nameOf(const std::shared_ptr<const TorvAttribute>& attribute) {
     return attribute ? attribute->name.value_or(std::string{}) : std::string{};
@@ -55,7 +54,6 @@ DashboardViewController::~DashboardViewController() {
     m_application->removeDelegate(this);
     for (const auto& [aid, indicator] : m_indicatorViews)
         indicator->setDelegate(nullptr);
-    if (m_ageTimer) m_ageTimer->invalidate();
 }
 
 void DashboardViewController::viewDidLoad() {
@@ -72,9 +70,6 @@ void DashboardViewController::viewDidLoad() {
     m_connected =
         Platform::current().notificationCenter().addObserver(sendNotification, [this] { sendvalues(); });
     m_application->addDelegate(this);
-    m_ageTimer = Platform::current().runLoop().scheduleTimer(ageInterval, true,
-                                                             [this](Timer&) { lookForOldValues(); });
-    lookForOldValues();
 }
 
 void DashboardViewController::viewWillDisappear() {
@@ -110,6 +105,7 @@ void DashboardViewController::loadIndicatorViews() {
             if (const auto application = log.lock()) application->recordSample(sampled, value);
         });
         read(indicator, *attribute);
+        m_application->ager().watch(indicator);
         const auto same = std::find_if(m_indicatorViews.begin(), m_indicatorViews.end(),
                                        [&](const auto& entry) { return entry.first == aid; });
         if (same == m_indicatorViews.end()) {
@@ -180,6 +176,7 @@ bool DashboardViewController::loadGaugeViewWithStyleIntoDroppableView(std::int32
 void DashboardViewController::loadControlsView() {
     m_controls = std::make_unique<ControlStrip>(onStage(stripFrame.translated(m_traits.controlsLeft, 0)),
                                                 m_traits.powerLevelLeft, m_feeder);
+    m_controls->watchAge(m_application->ager());
     loadControlViewIndicators();
 }
 
@@ -222,6 +219,7 @@ void DashboardViewController::droppableViewDidRetainDraggingView(DroppableView& 
     place.setGauge(gauge);
     place.setAlpha(filled);
     read(gauge, attribute);
+    m_application->ager().watch(gauge);
     PlacementStore::save(attribute.aid, placementKey(gauge->style(), place));
 }
 
@@ -445,17 +443,6 @@ void DashboardViewController::pushMainMenuViewController() {
 
 void DashboardViewController::pushCarSetupTableViewController() {
     if (m_screens.carSetup) pushViewControllerAnimated(m_screens.carSetup(), false);
-}
-
-void DashboardViewController::lookForOldValues() {
-    for (const auto& [aid, indicator] : m_indicatorViews) {
-        if (m_feeder->isOldValueForAID(aid)) indicator->dim();
-    }
-    for (const auto& place : m_droppableViews) {
-        const auto& gauge = place->gauge();
-        if (gauge && m_feeder->isOldValueForAID(aidOf(place->droppedView()))) gauge->dim();
-    }
-    if (m_controls) m_controls->lookForOldValues(*m_feeder);
 }
 
 }  // namespace torv

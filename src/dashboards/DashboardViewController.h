@@ -192,7 +192,6 @@ private:
     void setIndicatorPriority(std::int32_t priority);
     void setTouchingView(std::shared_ptr<CarriedView> view);
     void buildToastLabelViewFontSize(const QString& text, int fontSize);
-    void lookForOldValues();
     void readButtonSizes();
 
     const DashboardTraits& m_traits;
@@ -218,7 +217,6 @@ private:
     double m_wheel = 0;  // turned since the last page
     bool m_pickerInFront = false;
     PageTouches m_touches{*this};
-    std::shared_ptr<Timer> m_ageTimer;
     ConnectReplay m_replay;
     NotificationCenter::Observation m_connected;
 };

@@ -53,6 +53,7 @@ void GaugeView::readAid(std::span<std::uint8_t> bytes, AID aid) {
 }
 
 void GaugeView::updateValue(std::optional<float> number) {
+    if (m_active) m_since = Platform::current().runLoop().now();
     setOld(!m_active);
     setValue(number.value_or(0));
 }
@@ -182,6 +183,7 @@ GaugeScale GaugeView::scale() const {
 
 void GaugeView::setActive(bool active) {
     m_active = active;
+    m_since.reset();
     setOld(true);
 }
 

@@ -14,7 +14,7 @@
 #include "dashboards/Reader.h"
 #include "dashboards/View.h"
 #include "screens/Image.h"
-#include "session/iTorvReader.h"
+#include "session/ValueAger.h"
 
 namespace torv {
 
@@ -28,6 +28,7 @@ namespace torv {
 /// Main thread, but for `readAid`. While the torque lock is on, a gauge of AID 40 reads 0.
 class GaugeView final : public torv::View,
                         public iTorvReader,
+                        public AgingReadOut,
                         public std::enable_shared_from_this<GaugeView> {
     Q_OBJECT
     QML_ELEMENT
@@ -102,8 +103,12 @@ public:
     [[nodiscard]] GaugeScale scale() const;
     /// The value shown came too long ago to be taken for live.
     [[nodiscard]] bool isOld() const { return m_old; }
-    /// Its AID is old at the store. Only the next value that is shown ends that.
-    void dim() { setOld(true); }
+    void dim() override { setOld(true); }
+    [[nodiscard]] AID shownAID() const override {
+        const auto& shown = attribute();
+        return shown ? shown->aid : 0;
+    }
+    [[nodiscard]] std::optional<RunLoop::Clock::time_point> shownSince() const override { return m_since; }
 
     /// The needle's rotation now, and whether it stays there.
     Q_INVOKABLE double needleAngle() const;
@@ -139,6 +144,7 @@ private:
     Image m_smallWarningIconImage;
     bool m_active = false;
     bool m_old = true;
+    std::optional<RunLoop::Clock::time_point> m_since;  // the value that is shown came
     std::atomic<bool> m_locked{false};
     std::atomic<std::int32_t> m_priority{0};
     NeedleMotion m_needle{animationDuration};

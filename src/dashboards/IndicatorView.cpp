@@ -41,6 +41,7 @@ void IndicatorView::readAid(std::span<std::uint8_t> bytes, AID aid) {
 
 void IndicatorView::updateValue(std::optional<float> number) {
     const float value = number.value_or(0);
+    m_since = Platform::current().runLoop().now();
     setOld(false);
     setValue(value);
     if (m_sampleSink && m_attribute) m_sampleSink(m_attribute->aid, value);

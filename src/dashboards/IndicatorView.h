@@ -32,6 +32,7 @@ public:
 /// Main thread, but for `readAid`. It keeps no state of its warning: each value decides anew, without delay.
 class IndicatorView final : public torv::CarriedView,
                             public iTorvReader,
+                            public AgingReadOut,
                             public DraggableViewProtocol,
                             public std::enable_shared_from_this<IndicatorView> {
     Q_OBJECT
@@ -89,7 +90,12 @@ public:
     [[nodiscard]] QRectF unitFrame() const;
     [[nodiscard]] QSizeF unitSize() const { return m_unitImage.size; }
     [[nodiscard]] bool isOld() const { return m_old; }
-    void dim() { setOld(true); }
+    void dim() override { setOld(true); }
+    [[nodiscard]] AID shownAID() const override {
+        const auto& shown = attribute();
+        return shown ? shown->aid : 0;
+    }
+    [[nodiscard]] std::optional<RunLoop::Clock::time_point> shownSince() const override { return m_since; }
 
 signals:
     void iconChanged();
@@ -112,6 +118,7 @@ private:
     SampleSink m_sampleSink;
     AID m_tag = 0;
     bool m_old = true;
+    std::optional<RunLoop::Clock::time_point> m_since;  // the value that is shown came
 };
 
 }  // namespace torv

@@ -10,7 +10,7 @@
 
 #include "dashboards/Reader.h"
 #include "dashboards/View.h"
-#include "session/iTorvReader.h"
+#include "session/ValueAger.h"
 
 namespace torv {
 
@@ -18,6 +18,7 @@ namespace torv {
 /// hands a number on.
 class StatusWidget : public torv::View,
                      public iTorvReader,
+                     public AgingReadOut,
                      public std::enable_shared_from_this<StatusWidget> {
     Q_OBJECT
     QML_ELEMENT
@@ -44,13 +45,19 @@ public:
         updateOnMainThread(shared_from_this(), data ? std::optional{number(*data)} : std::nullopt);
     }
     void updateValue(std::optional<std::int32_t> number) {
+        m_since = Platform::current().runLoop().now();
         setOld(false);
         show(number.value_or(0));
     }
 
     /// The value shown came too long ago to be taken for live.
     [[nodiscard]] bool isOld() const { return m_old; }
-    void dim() { setOld(true); }
+    void dim() override { setOld(true); }
+    [[nodiscard]] AID shownAID() const override {
+        const auto& shown = attribute();
+        return shown ? shown->aid : 0;
+    }
+    [[nodiscard]] std::optional<RunLoop::Clock::time_point> shownSince() const override { return m_since; }
 
 signals:
     void oldChanged();
@@ -71,6 +78,7 @@ private:
     std::shared_ptr<const TorvAttribute> m_attribute;
     std::atomic<std::int32_t> m_priority{0};
     bool m_old = true;
+    std::optional<RunLoop::Clock::time_point> m_since;  // the value that is shown came
 };
 
 }  // namespace torv

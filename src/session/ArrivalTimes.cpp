@@ -27,19 +27,25 @@ void ArrivalTimes::endSession() {
         arrivals.inSession = false;
 }
 
+ArrivalTimes::Duration ArrivalTimes::limit(const Arrivals& arrivals) {
+    const auto known = std::min(arrivals.count, kept);
+    if (known < fewestIntervals) return shortestLimit;
+    auto intervals = arrivals.intervals;
+    const auto middle = intervals.begin() + static_cast<std::ptrdiff_t>(known / 2);
+    std::nth_element(intervals.begin(), middle, intervals.begin() + static_cast<std::ptrdiff_t>(known));
+    return std::max<Duration>(shortestLimit, intervalsToOld * *middle);
+}
+
 bool ArrivalTimes::isOld(AID aid, Time now) const {
     const std::scoped_lock lock{m_mutex};
     const auto found = m_arrivals.find(aid);
-    if (found == m_arrivals.end()) return true;
-    Duration limit = shortestLimit;
-    const auto known = std::min(found->second.count, kept);
-    if (known >= fewestIntervals) {
-        auto intervals = found->second.intervals;
-        const auto middle = intervals.begin() + static_cast<std::ptrdiff_t>(known / 2);
-        std::nth_element(intervals.begin(), middle, intervals.begin() + static_cast<std::ptrdiff_t>(known));
-        limit = std::max<Duration>(limit, intervalsToOld * *middle);
-    }
-    return now - found->second.last > limit;
+    return found == m_arrivals.end() || now - found->second.last > limit(found->second);
+}
+
+bool ArrivalTimes::isOld(Time then, AID aid, Time now) const {
+    const std::scoped_lock lock{m_mutex};
+    const auto found = m_arrivals.find(aid);
+    return now - then > (found == m_arrivals.end() ? Duration{shortestLimit} : limit(found->second));
 }
 
 }  // namespace torv

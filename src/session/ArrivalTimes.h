@@ -24,6 +24,8 @@ public:
     void endSession();
     /// True also for an AID that has never arrived.
     [[nodiscard]] bool isOld(AID aid, Time now) const;
+    /// The same for a value of this AID that came at `then`.
+    [[nodiscard]] bool isOld(Time then, AID aid, Time now) const;
 
 private:
     using Duration = std::chrono::steady_clock::duration;
@@ -35,6 +37,8 @@ private:
         std::array<Duration, kept> intervals{};
         std::size_t count = 0;  // of all intervals so far
     };
+
+    [[nodiscard]] static Duration limit(const Arrivals& arrivals);
 
     mutable std::mutex m_mutex;
     std::map<AID, Arrivals> m_arrivals;

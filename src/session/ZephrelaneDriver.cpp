@@ -246,6 +246,10 @@ bool ZephrelaneDriver::isOldValueForAID(std::int32_t aid) const {
     return m_arrivals.isOld(aid, m_platform.runLoop().now());
 }
 
+bool ZephrelaneDriver::isOldForAID(RunLoop::Clock::time_point then, std::int32_t aid) const {
+    return m_arrivals.isOld(then, aid, m_platform.runLoop().now());
+}
+
 void ZephrelaneDriver::transmit() {
     ExchangeLock lock{m_exchangeMutex};
     auto* const outer = std::exchange(m_transmitLock, &lock);

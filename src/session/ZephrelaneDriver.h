@@ -65,6 +65,8 @@ public:
 
     /// True when the AID has arrived too long ago to be live, or never. Any thread.
     [[nodiscard]] bool isOldValueForAID(std::int32_t aid) const;
+    /// The same for a value of the AID that came at this time.
+    [[nodiscard]] bool isOldForAID(RunLoop::Clock::time_point then, std::int32_t aid) const;
 
     void readData(ByteStream& stream);
     x2comResult handleMessage();

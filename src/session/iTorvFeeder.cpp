@@ -69,6 +69,10 @@ bool iTorvFeeder::isOldValueForAID(AID aid) const {
     return m_driver.isOldValueForAID(driverAID(aid));
 }
 
+bool iTorvFeeder::isOldForAID(RunLoop::Clock::time_point then, AID aid) const {
+    return m_driver.isOldForAID(then, driverAID(aid));
+}
+
 void iTorvFeeder::enableTimedFeedMode() {
     const std::scoped_lock lock{m_mutex};
     m_timedFeedMode = true;

@@ -50,6 +50,10 @@ public:
     /// feed mode. Any thread.
     [[nodiscard]] bool isOldValueForAID(AID aid) const;
 
+    /// The same for a value that came at this time: after 3 seconds, or four times the AID's usual interval
+    /// at the store if that is longer. Any thread.
+    [[nodiscard]] bool isOldForAID(RunLoop::Clock::time_point then, AID aid) const;
+
     void enableTimedFeedMode();
     void disableTimedFeedMode();
     void enableFeed();

@@ -116,6 +116,8 @@ TEST_F(GroupsTest, ValuesComeHalfASecondLaterInTheLayoutOfTheirUnit) {
     platform.loop.runFor(500ms);
     EXPECT_EQ(changes.count(), 1);
     EXPECT_TRUE(cell->alarming());
+    platform.loop.runFor(4000ms);
+    EXPECT_TRUE(cell->dimmed());  // the module has fallen silent
 }
 
 TEST_F(GroupsTest, CellsAreUsedAgainAndGoWithTheirScreen) {

@@ -40,6 +40,7 @@ void CustomCell::initWithAttribute(const TorvAttribute& attribute) {
 
 void CustomCell::UpdateList(Timer&) {
     auto value = m_feeder->valueForAID(m_theattribute->aid);
+    setDimmed(m_feeder->isOldValueForAID(m_theattribute->aid));
     const auto data = m_theattribute->dataFromAV(value);
     if (!data) return;
     setDetailText(QString::fromStdString(liveListText(*m_theattribute, *data, m_unit)));
