@@ -14,6 +14,7 @@
 #include "support/FileContents.h"
 #include "support/TextNumbers.h"
 #include "support/Utf8.h"
+#include "vehicles/StoreTrouble.h"
 #include "vehicles/VehicleDataSource.h"
 
 namespace torv {
@@ -84,6 +85,11 @@ void iTorvAppDelegate::configureZephrelaneFeatures() {
     AVVehicleSpeedFormatter::setCurrentTireSize(*stockSize);
 }
 
+std::optional<std::string> iTorvAppDelegate::storeTrouble() const {
+    const auto sentence = sentenceFor(torv::storeTrouble(m_currentVehicle));
+    return sentence.empty() ? std::nullopt : std::optional<std::string>{sentence};
+}
+
 std::optional<AVFormatterData> iTorvAppDelegate::formattedValueForSetting(
     const TorvAttribute& setting) const {
     return torv::formattedValueForSetting(setting, m_settingValues);
@@ -91,7 +97,7 @@ std::optional<AVFormatterData> iTorvAppDelegate::formattedValueForSetting(
 
 void iTorvAppDelegate::iTorvFeederDidEstablishConnection(iTorvFeeder&) {
     m_settingValues = SettingValueStore::load(m_currentVehicle);
-    if (!m_settingValues) writeDefaults();
+    if (!m_settingValues && torv::storeTrouble(m_currentVehicle) == StoreTrouble::none) writeDefaults();
     Platform::current().runLoop().scheduleTimer(replayDelay, false,
                                                 [self = shared_from_this()](Timer&) { self->endoftimer(); });
     if (const auto alert = m_disconnectedWarning; alert && m_connectionErrorMessageShown) {
@@ -146,18 +152,20 @@ void iTorvAppDelegate::removeDelegate(iTorvAppDelegateDelegate* observer) {
     std::erase(m_delegates, observer);
 }
 
-void iTorvAppDelegate::tellObservers(void (iTorvAppDelegateDelegate::*what)(iTorvAppDelegate&)) {
+void iTorvAppDelegate::tellObservers(std::initializer_list<Word> words) {
     // An observer may leave, or bring others, while it is told.
     for (auto* observer : std::vector{m_delegates}) {
-        if (std::find(m_delegates.begin(), m_delegates.end(), observer) != m_delegates.end())
-            (observer->*what)(*this);
+        for (const auto word : words) {
+            if (std::find(m_delegates.begin(), m_delegates.end(), observer) != m_delegates.end())
+                (observer->*word)(*this);
+        }
     }
 }
 
 void iTorvAppDelegate::refreshWarningSensors() {
     m_feeder->setFeeding(false);
     m_feeder->removeAllReaders();
-    tellObservers(&iTorvAppDelegateDelegate::iTorvAppDelegateDidChangeWarningSensors);
+    tellObservers({&iTorvAppDelegateDelegate::iTorvAppDelegateDidChangeWarningSensors});
     m_feeder->setFeeding(true);
 }
 
@@ -165,8 +173,8 @@ void iTorvAppDelegate::setCurrentVehicle(const Vehicle& vehicle) {
     m_currentVehicle = vehicle;
     m_feeder->setFeeding(false);
     m_feeder->removeAllReaders();
-    tellObservers(&iTorvAppDelegateDelegate::iTorvAppDelegateDidChangeCurrentVehicle);
-    tellObservers(&iTorvAppDelegateDelegate::iTorvAppDelegateDidChangeWarningSensors);
+    tellObservers({&iTorvAppDelegateDelegate::iTorvAppDelegateDidChangeCurrentVehicle,
+                   &iTorvAppDelegateDelegate::iTorvAppDelegateDidChangeWarningSensors});
     m_feeder->setFeeding(true);
 }
 
