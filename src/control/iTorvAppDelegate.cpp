@@ -97,7 +97,7 @@ std::optional<AVFormatterData> iTorvAppDelegate::formattedValueForSetting(
 
 void iTorvAppDelegate::iTorvFeederDidEstablishConnection(iTorvFeeder&) {
     m_settingValues = SettingValueStore::load(m_currentVehicle);
-    if (!m_settingValues && torv::storeTrouble(m_currentVehicle) == StoreTrouble::none) writeDefaults();
+    if (!m_settingValues) writeDefaults();
     Platform::current().runLoop().scheduleTimer(replayDelay, false,
                                                 [self = shared_from_this()](Timer&) { self->endoftimer(); });
     if (const auto alert = m_disconnectedWarning; alert && m_connectionErrorMessageShown) {
@@ -109,6 +109,8 @@ void iTorvAppDelegate::iTorvFeederDidEstablishConnection(iTorvFeeder&) {
 
 /// The vehicle may change while this blocks: what has been begun for the old one is then not of the new one.
 void iTorvAppDelegate::writeDefaults() {
+    // What can't be read may be there, and what can't be stored would be written at each start anew.
+    if (const auto trouble = storeTrouble()) return logLine("no defaults are written: " + *trouble);
     DefaultsWriter{*m_feeder, m_currentVehicle}.run(
         [this, vehicle = m_currentVehicle](const ProfileDictionary& values) {
             if (m_currentVehicle.isEqual(vehicle)) m_settingValues = values;
