@@ -73,10 +73,10 @@ std::optional<std::string> utf8Text(const Data& data) {
 
 }  // namespace
 
-bool VehicleDataSource::setUpdateServer(std::string url) {
+bool VehicleDataSource::setUpdateServer(std::string url, const URLLoader& loader) {
     while (url.ends_with('/'))
         url.pop_back();
-    if (!Platform::current().urlLoader().accepts(url)) return false;
+    if (!loader.accepts(url)) return false;
     const std::scoped_lock lock{server().mutex};
     server().url = std::move(url);
     return true;

@@ -5,6 +5,7 @@
 #include <string_view>
 #include <vector>
 
+#include "platform/URLLoader.h"
 #include "vehicles/Vehicle.h"
 
 namespace torv {
@@ -22,7 +23,7 @@ public:
 
     /// "http://host[:port]" or https; the manifest is at /itorvv2/update.json there. False, and nothing
     /// changes, when the loader fetches from no such address.
-    [[nodiscard]] static bool setUpdateServer(std::string url);
+    [[nodiscard]] static bool setUpdateServer(std::string url, const URLLoader& loader);
     [[nodiscard]] static std::string updateServer();
 
     /// The profile that ships, at the first use. An unreadable archive is set aside; the profile that ships

@@ -95,6 +95,16 @@ TEST_F(ReplayTest, WhatCanNotBeReadIsNotReplaced) {
     EXPECT_EQ(updates, 1);
 
     writes.clear();
+    platform.defaults.setObjectForKey(
+        Dictionary{{"version", Number::fromInteger(1)}, {"values", Dictionary{{"95", Data{7}}, {"96", "x"}}}},
+        "SETTINGS_Truck");
+    storeProfile("Tow", {31});
+    platform.defaults.setObjectForKey(Value{"damaged"}, "Tow");
+    replay->run();
+    EXPECT_EQ(written(95), 1) << "what can be read of the settings";
+    EXPECT_EQ(writes.size(), 1U);
+
+    writes.clear();
     storeProfile("Tow", {31});
     const auto vehicle = platform.defaults.entries.extract("current_vehicle");
     platform.defaults.entries["current_vehicle unreadable 1"] = vehicle.mapped();

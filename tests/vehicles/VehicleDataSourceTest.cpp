@@ -49,10 +49,11 @@ class VehicleDataSourceTest : public testing::Test {
 protected:
     VehicleDataSourceTest() {
         platform.network.flags = Reachability::reachable;
-        EXPECT_TRUE(VehicleDataSource::setUpdateServer("http://server/"));
+        EXPECT_TRUE(VehicleDataSource::setUpdateServer("http://server/", platform.loader));
     }
     ~VehicleDataSourceTest() override {
-        static_cast<void>(VehicleDataSource::setUpdateServer(VehicleDataSource::defaultUpdateServer));
+        static_cast<void>(
+            VehicleDataSource::setUpdateServer(VehicleDataSource::defaultUpdateServer, platform.loader));
     }
 
     void answer(const std::string& text, int status = 200) {
@@ -196,8 +197,8 @@ TEST_F(VehicleDataSourceTest, SetsAsideWhatItCanNotRead) {
 }
 
 TEST_F(VehicleDataSourceTest, TheUpdateServerIsWhatTheLoaderTakes) {
-    EXPECT_TRUE(VehicleDataSource::setUpdateServer("https://host:8080/folder/"));
-    EXPECT_FALSE(VehicleDataSource::setUpdateServer("ftp://host"));
+    EXPECT_TRUE(VehicleDataSource::setUpdateServer("https://host:8080/folder/", platform.loader));
+    EXPECT_FALSE(VehicleDataSource::setUpdateServer("ftp://host", platform.loader));
     EXPECT_EQ(VehicleDataSource::updateServer(), "https://host:8080/folder");
 }
 
