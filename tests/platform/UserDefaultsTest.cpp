@@ -193,6 +193,8 @@ TEST_F(UserDefaultsTest, ADamagedPageLosesWhatStandsOnItAlone) {
         }
     }
     EXPECT_EQ(found(sound), count);
+    for (const std::size_t size : {100, 511, 4096, 5000})
+        EXPECT_EQ(found(sound.substr(0, size)), 0) << size;
     for (std::size_t i = 11; i < pages; i += 4) {
         log.clear();
         EXPECT_GE(found(sound.substr(0, i * page + 100)), static_cast<int>(i) * 2) << i;
