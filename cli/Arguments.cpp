@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <array>
 
+#include "platform/real/CurlURLLoader.h"
 #include "support/TextNumbers.h"
 
 namespace itorvctl {
@@ -123,7 +124,7 @@ std::optional<Arguments> readArguments(const QStringList& arguments, std::string
     result.command = row->command;
     for (const auto& word : words.mid(1))
         result.words.push_back(word.toStdString());
-    if (auto why = result.common.read(parser)) return refuse(std::move(*why));
+    if (auto why = result.common.read(parser, torv::CurlURLLoader{})) return refuse(std::move(*why));
     result.json = parser.isSet("json");
     result.verbose = parser.isSet("verbose");
     const auto timeout = seconds(parser.value("timeout"));

@@ -93,6 +93,24 @@ Value valueFromText(const std::string& text) {
     return Number::fromInteger(number);
 }
 
+/// What the list of keys does not show, a line each.
+int tellTrouble(const UserDefaults& store, const std::vector<std::string>& keys) {
+    if (!store.isWhole() && !store.isKept()) {
+        complain("what is stored can't be read; --verbose tells why");
+        return noAnswer;
+    }
+    if (!store.isWhole()) complain("the store was damaged once, and entries may be missing");
+    if (!store.isKept()) complain("the store can't be written; changes would be lost");
+    for (const auto& key : keys) {
+        const std::string origin{originOfUnreadable(key)};
+        if (origin.empty()) continue;
+        const bool again = store.stateForKey(origin) == EntryState::there;
+        complain("what was stored under \"" + origin + "\" can't be read, or not all of it" +
+                 (again ? "; it has been set again or kept in part since" : ""));
+    }
+    return success;
+}
+
 }  // namespace
 
 int vehicles(const Arguments& arguments) {
@@ -103,9 +121,10 @@ int vehicles(const Arguments& arguments) {
 int defaults(const Arguments& arguments) {
     auto& store = Platform::current().userDefaults();
     if (arguments.words.empty()) {
-        for (const auto& key : store.keys())
+        const auto keys = store.keys();
+        for (const auto& key : keys)
             std::puts(key.c_str());
-        return success;
+        return tellTrouble(store, keys);
     }
     const auto& key = arguments.words[1];
     if (arguments.words[0] == "set") {
@@ -113,11 +132,16 @@ int defaults(const Arguments& arguments) {
         return isKept() ? success : noAnswer;
     }
     const auto keys = store.keys();
-    if (std::find(keys.begin(), keys.end(), key) == keys.end()) {
+    const auto value = store.objectForKey(key);
+    const bool isThere = std::find(keys.begin(), keys.end(), key) != keys.end();
+    if (!isThere && store.stateForKey(key) == EntryState::absent) {
         complain("nothing is stored under \"" + key + "\"");
         return badArguments;
     }
-    const auto value = store.objectForKey(key);
+    if (value.isNull() && (!isThere || !originOfUnreadable(key).empty())) {
+        complain("what is stored under \"" + key + "\" can't be read");
+        return noAnswer;
+    }
     std::puts(value.text() ? value.text()->c_str()
                            : archivedText(value).value_or("(too deep to show)").c_str());
     return success;

@@ -39,22 +39,23 @@ Value withTags(const Value& value) {
     return value;
 }
 
-std::optional<Value> withoutTags(const Value& value);
+std::optional<Value> withoutTags(const Value& value, std::string& error);
 
-std::optional<Value> membersWithoutTags(const Dictionary& members) {
+/// A member that can't be read leaves a null, and the others stand.
+Value membersWithoutTags(const Dictionary& members, std::string& error) {
     Dictionary result;
     for (const auto& [key, member] : members) {
-        auto plain = withoutTags(member);
-        if (!plain) return std::nullopt;
-        result.set(key, std::move(*plain));
+        auto plain = withoutTags(member, error);
+        if (!plain) error = "the value of \"" + key + "\" has an unknown form";
+        result.set(key, plain ? std::move(*plain) : Value{});
     }
     return result;
 }
 
-std::optional<Value> taggedContent(const Dictionary& members) {
+std::optional<Value> taggedContent(const Dictionary& members, std::string& error) {
     const auto& [key, content] = *members.begin();
     if (members.size() != 1) return std::nullopt;
-    if (key == dictionaryKey && content.dictionary()) return membersWithoutTags(*content.dictionary());
+    if (key == dictionaryKey && content.dictionary()) return membersWithoutTags(*content.dictionary(), error);
     const auto bytes = content.text() ? bytesFromHexadecimal(*content.text()) : std::nullopt;
     if (!bytes) return std::nullopt;
     if (key == dataKey) return *bytes;
@@ -62,12 +63,12 @@ std::optional<Value> taggedContent(const Dictionary& members) {
     return std::nullopt;
 }
 
-std::optional<Value> withoutTags(const Value& value) {
+std::optional<Value> withoutTags(const Value& value, std::string& error) {
     if (const auto* list = value.array()) {
         Array result;
         result.reserve(list->size());
         for (const auto& element : *list) {
-            auto plain = withoutTags(element);
+            auto plain = withoutTags(element, error);
             if (!plain) return std::nullopt;
             result.push_back(std::move(*plain));
         }
@@ -75,7 +76,7 @@ std::optional<Value> withoutTags(const Value& value) {
     }
     if (const auto* members = value.dictionary()) {
         const bool looksTagged = !members->empty() && members->begin()->key.starts_with('$');
-        return looksTagged ? taggedContent(*members) : membersWithoutTags(*members);
+        return looksTagged ? taggedContent(*members, error) : membersWithoutTags(*members, error);
     }
     return value;
 }
@@ -93,7 +94,8 @@ std::optional<Value> valueFromArchivedText(std::string_view text, std::string& e
         error = parser.errorTrace().empty() ? "unreadable" : parser.errorTrace().front().description;
         return std::nullopt;
     }
-    auto value = withoutTags(*read);
+    error.clear();
+    auto value = withoutTags(*read, error);
     if (!value) error = "unknown form of a value";
     return value;
 }

@@ -15,7 +15,9 @@ namespace torv {
 
 /// Nothing when the value nests deeper than the JSON codec goes.
 [[nodiscard]] std::optional<std::string> archivedText(const Value& value);
-/// Nothing for a text that `archivedText` has not made; `error` then says why.
+/// Nothing for a text that `archivedText` has not made; `error` then says why. Where only members of
+/// dictionaries can't be read, they are null in what comes, and `error` names the last of them; else it is
+/// empty.
 [[nodiscard]] std::optional<Value> valueFromArchivedText(std::string_view text, std::string& error);
 
 }  // namespace torv

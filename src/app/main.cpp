@@ -113,7 +113,7 @@ std::optional<std::string> readArguments(const QCoreApplication& application, Op
         if (!url.isValid() || missing) return "there is no file \"" + words.first().toStdString() + "\"";
         options.url = url.toString().toStdString();
     }
-    if (auto why = options.common.read(parser)) return why;
+    if (auto why = options.common.read(parser, CurlURLLoader{})) return why;
     options.screenshot = parser.value("screenshot");
     options.logTimes = parser.isSet("log-times");
     bool isNumber = false;

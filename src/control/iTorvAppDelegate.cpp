@@ -14,6 +14,7 @@
 #include "support/FileContents.h"
 #include "support/TextNumbers.h"
 #include "support/Utf8.h"
+#include "vehicles/StoreTrouble.h"
 #include "vehicles/VehicleDataSource.h"
 
 namespace torv {
@@ -85,6 +86,11 @@ void iTorvAppDelegate::configureZephrelaneFeatures() {
     AVVehicleSpeedFormatter::setCurrentTireSize(*stockSize);
 }
 
+std::optional<std::string> iTorvAppDelegate::storeTrouble() const {
+    const auto sentence = sentenceFor(torv::storeTrouble(m_currentVehicle));
+    return sentence.empty() ? std::nullopt : std::optional<std::string>{sentence};
+}
+
 std::optional<AVFormatterData> iTorvAppDelegate::formattedValueForSetting(
     const TorvAttribute& setting) const {
     return torv::formattedValueForSetting(setting, m_settingValues);
@@ -104,6 +110,8 @@ void iTorvAppDelegate::iTorvFeederDidEstablishConnection(iTorvFeeder&) {
 
 /// The vehicle may change while this blocks: what has been begun for the old one is then not of the new one.
 void iTorvAppDelegate::writeDefaults() {
+    // What can't be read may be there, and what can't be stored would be written at each start anew.
+    if (const auto trouble = storeTrouble()) return logLine("no defaults are written: " + *trouble);
     DefaultsWriter{*m_feeder, m_currentVehicle}.run(
         [this, vehicle = m_currentVehicle](const ProfileDictionary& values) {
             if (m_currentVehicle.isEqual(vehicle)) m_settingValues = values;
@@ -147,18 +155,20 @@ void iTorvAppDelegate::removeDelegate(iTorvAppDelegateDelegate* observer) {
     std::erase(m_delegates, observer);
 }
 
-void iTorvAppDelegate::tellObservers(void (iTorvAppDelegateDelegate::*what)(iTorvAppDelegate&)) {
+void iTorvAppDelegate::tellObservers(std::initializer_list<Word> words) {
     // An observer may leave, or bring others, while it is told.
     for (auto* observer : std::vector{m_delegates}) {
-        if (std::find(m_delegates.begin(), m_delegates.end(), observer) != m_delegates.end())
-            (observer->*what)(*this);
+        for (const auto word : words) {
+            if (std::find(m_delegates.begin(), m_delegates.end(), observer) != m_delegates.end())
+                (observer->*word)(*this);
+        }
     }
 }
 
 void iTorvAppDelegate::refreshWarningSensors() {
     m_feeder->setFeeding(false);
     m_feeder->removeAllReaders();
-    tellObservers(&iTorvAppDelegateDelegate::iTorvAppDelegateDidChangeWarningSensors);
+    tellObservers({&iTorvAppDelegateDelegate::iTorvAppDelegateDidChangeWarningSensors});
     m_feeder->setFeeding(true);
 }
 
@@ -166,8 +176,8 @@ void iTorvAppDelegate::setCurrentVehicle(const Vehicle& vehicle) {
     m_currentVehicle = vehicle;
     m_feeder->setFeeding(false);
     m_feeder->removeAllReaders();
-    tellObservers(&iTorvAppDelegateDelegate::iTorvAppDelegateDidChangeCurrentVehicle);
-    tellObservers(&iTorvAppDelegateDelegate::iTorvAppDelegateDidChangeWarningSensors);
+    tellObservers({&iTorvAppDelegateDelegate::iTorvAppDelegateDidChangeCurrentVehicle,
+                   &iTorvAppDelegateDelegate::iTorvAppDelegateDidChangeWarningSensors});
     m_feeder->setFeeding(true);
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <functional>
+#include <initializer_list>
 #include <memory>
 #include <optional>
 #include <string>
@@ -41,6 +42,9 @@ public:
     void configureZephrelaneFeatures();
     /// What the store holds for the setting, decoded; with nothing stored the formatter decides.
     [[nodiscard]] std::optional<AVFormatterData> formattedValueForSetting(const TorvAttribute& setting) const;
+    /// What of the driver's choices can't be read or saved, in one sentence for the page; nothing while all
+    /// is well. It may change with each choice and each connect, and nobody is told: the page asks.
+    [[nodiscard]] std::optional<std::string> storeTrouble() const;
     void setCurrentVehicle(const Vehicle& vehicle);
     void refreshWarningSensors();
     void showConnectionErrorMessage();
@@ -80,7 +84,9 @@ private:
     void alertViewClickedButtonAtIndex();
     void importFileURL(const std::string& url);
     void readFor(const std::string& key);
-    void tellObservers(void (iTorvAppDelegateDelegate::*what)(iTorvAppDelegate&));
+    using Word = void (iTorvAppDelegateDelegate::*)(iTorvAppDelegate&);
+    /// All of the words to one observer, before the next one hears the first.
+    void tellObservers(std::initializer_list<Word> words);
 
     bool m_connected = false;
     std::shared_ptr<iTorvFeeder> m_feeder;

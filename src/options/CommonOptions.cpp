@@ -14,7 +14,7 @@ void CommonOptions::addTo(QCommandLineParser& parser, const QString& profileHelp
     });
 }
 
-std::optional<std::string> CommonOptions::read(const QCommandLineParser& parser) {
+std::optional<std::string> CommonOptions::read(const QCommandLineParser& parser, const URLLoader& loader) {
     connection.interface = parser.value("interface").toStdString();
     profile = parser.value("profile").toStdString();
     if (parser.isSet("module")) {
@@ -23,7 +23,7 @@ std::optional<std::string> CommonOptions::read(const QCommandLineParser& parser)
             return "--module takes an address and a port from 1 to 65535, as in 127.0.0.1:2000";
     }
     if (parser.isSet("update-server") &&
-        !VehicleDataSource::setUpdateServer(parser.value("update-server").toStdString()))
+        !VehicleDataSource::setUpdateServer(parser.value("update-server").toStdString(), loader))
         return "--update-server takes an address as in http://example.com";
     return std::nullopt;
 }

@@ -5,6 +5,7 @@
 #include <optional>
 #include <string>
 
+#include "platform/URLLoader.h"
 #include "session/ConnectionOptions.h"
 
 namespace torv {
@@ -15,8 +16,9 @@ struct CommonOptions {
     std::filesystem::path profile;  ///< empty where none was named
 
     static void addTo(QCommandLineParser& parser, const QString& profileHelp);
-    /// Why the parsed arguments are not in order; nothing when they are. Sets the update server.
-    [[nodiscard]] std::optional<std::string> read(const QCommandLineParser& parser);
+    /// Why the parsed arguments are not in order; nothing when they are. Sets the update server, if it is an
+    /// address that the loader takes: arguments are read before there is a platform.
+    [[nodiscard]] std::optional<std::string> read(const QCommandLineParser& parser, const URLLoader& loader);
 };
 
 }  // namespace torv

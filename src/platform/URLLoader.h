@@ -21,6 +21,8 @@ public:
     URLLoader& operator=(const URLLoader&) = delete;
     virtual ~URLLoader() = default;
 
+    /// Whether it is an address from which `load` fetches: HTTP or HTTPS, with a host. Any thread.
+    [[nodiscard]] virtual bool accepts(const std::string& url) const = 0;
     /// Any thread. Comes back in limited time and with a body of limited size.
     [[nodiscard]] virtual Reply load(const std::string& url) = 0;
 };

@@ -2,7 +2,6 @@
 
 #include <array>
 #include <cerrno>
-#include <cstring>
 #include <fstream>
 #include <system_error>
 
@@ -28,7 +27,7 @@ std::optional<std::string> contentsOfFile(const std::filesystem::path& file, std
         text.append(block.data(), static_cast<std::size_t>(stream.gcount()));
     }
     if (!stream && !stream.eof()) {
-        error = file.string() + ": " + std::strerror(errno);
+        error = file.string() + ": " + std::error_code{errno, std::generic_category()}.message();
     } else if (text.size() > mostBytes) {
         error = file.string() + ": is larger than 16 MiB";
     } else {

@@ -118,4 +118,9 @@ std::string capitalizeFirstLetterUpper(std::string_view text, bool upper) {
     return result;
 }
 
+std::string_view withoutByteOrderMark(std::string_view text) {
+    constexpr std::string_view mark = "\xEF\xBB\xBF";
+    return text.starts_with(mark) ? text.substr(mark.size()) : text;
+}
+
 }  // namespace torv

@@ -17,4 +17,7 @@ namespace torv {
 /// Greek and Cyrillic alphabets, whatever the locale.
 [[nodiscard]] std::string capitalizeFirstLetterUpper(std::string_view text, bool upper);
 
+/// What follows the byte order mark, where there is one: some editors put it before a document.
+[[nodiscard]] std::string_view withoutByteOrderMark(std::string_view text);
+
 }  // namespace torv

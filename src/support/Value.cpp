@@ -1,8 +1,8 @@
 #include "support/Value.h"
 
 #include <algorithm>
-#include <functional>
 
+#include "support/KeyedHash.h"
 #include "support/TextNumbers.h"
 
 namespace torv {
@@ -37,7 +37,7 @@ std::size_t Dictionary::position(std::string_view key) const {
         return found == m_members.end() ? nowhere : static_cast<std::size_t>(found - m_members.begin());
     }
     const auto mask = m_index.size() - 1;
-    for (auto slot = std::hash<std::string_view>{}(key)&mask; m_index[slot] != 0; slot = (slot + 1) & mask) {
+    for (auto slot = keyedHash(key) & mask; m_index[slot] != 0; slot = (slot + 1) & mask) {
         if (m_members[m_index[slot] - 1].key == key) return m_index[slot] - 1;
     }
     return nowhere;
@@ -45,7 +45,7 @@ std::size_t Dictionary::position(std::string_view key) const {
 
 void Dictionary::enterIntoIndex(std::size_t position) {
     const auto mask = m_index.size() - 1;
-    auto slot = std::hash<std::string_view>{}(m_members[position].key) & mask;
+    auto slot = keyedHash(m_members[position].key) & mask;
     while (m_index[slot] != 0)
         slot = (slot + 1) & mask;
     m_index[slot] = static_cast<std::uint32_t>(position + 1);

@@ -40,8 +40,12 @@ void SettingsReplay::activateDefaultProfile() {
 }
 
 void SettingsReplay::run(TuningPass::Progress progress, TuningPass::Cancelled cancelled) {
+    // Whose settings these are has to be known.
+    if (defaults().stateForKey(currentVehicleKey) == EntryState::unreadable) return;
     replaySettings();
-    if (defaults().objectForKey(activeProfileKey).isNull()) activateDefaultProfile();
+    const auto active = defaults().stateForKey(activeProfileKey);
+    if (active == EntryState::unreadable) return;
+    if (active == EntryState::absent) activateDefaultProfile();
     const auto name = defaults().objectForKey(activeProfileKey).textValue().value_or(std::string{});
     TuningPass pass{m_feeder, std::move(progress), std::move(cancelled)};
     if (name == defaultProfileName) return pass.reset(m_vehicle);

@@ -13,7 +13,8 @@ public:
     SettingsReplay(std::shared_ptr<iTorvFeeder> feeder, Vehicle vehicle)
         : m_feeder(std::move(feeder)), m_vehicle(std::move(vehicle)) {}
 
-    /// The first one ever makes the default profile the active one.
+    /// The first one ever makes the default profile the active one. What the store holds and can't be read is
+    /// not sent, and nothing in its place: without the vehicle nothing, without the active profile no tuning.
     void run(TuningPass::Progress progress, TuningPass::Cancelled cancelled);
     /// Makes the default profile the active one, for good.
     static void activateDefaultProfile();

@@ -5,6 +5,7 @@
 #include "JSON/SBJsonParser.h"
 #include "platform/Platform.h"
 #include "support/FileContents.h"
+#include "support/Utf8.h"
 
 namespace torv {
 namespace {
@@ -19,12 +20,13 @@ std::string place(std::string_view text, std::size_t offset) {
 }  // namespace
 
 std::optional<Vehicle> vehicleFromFile(const std::filesystem::path& file, std::string& error) {
-    const auto text = contentsOfFile(file, error);
-    if (!text) return std::nullopt;
+    const auto contents = contentsOfFile(file, error);
+    if (!contents) return std::nullopt;
+    const auto text = withoutByteOrderMark(*contents);
     SBJsonParser parser;
-    auto document = parser.objectWithString(*text);
+    auto document = parser.objectWithString(text);
     if (!document) {
-        error = file.string() + ": " + place(*text, parser.errorOffset()) + ": " +
+        error = file.string() + ": " + place(text, parser.errorOffset()) + ": " +
                 parser.errorTrace().front().description;
         return std::nullopt;
     }

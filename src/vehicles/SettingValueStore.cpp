@@ -9,6 +9,22 @@ namespace torv {
 namespace {
 
 constexpr int archiveVersion = 1;
+constexpr auto incompleteKey = "incomplete";  // true once a value could not be read; ends with the next save
+
+const Dictionary* entriesOf(const Value& archive, std::string& error) {
+    const auto* entries = archive["values"].dictionary();
+    if (entries && archive["version"].intValue() == archiveVersion) return entries;
+    error = "it is not of version 1";
+    return nullptr;
+}
+
+std::optional<AV> valueOf(const std::string& key, const Value& value, std::string& error) {
+    const auto aid = longLongValue(key);
+    const auto* bytes = value.data();
+    if (bytes && bytes->size() <= longSlotSize && std::to_string(aid) == key) return AV::forAID(aid, *bytes);
+    error = "the value of AID " + key + " is damaged";
+    return std::nullopt;
+}
 
 }  // namespace
 
@@ -21,20 +37,13 @@ Value archivedProfileDictionary(const ProfileDictionary& values) {
 }
 
 std::optional<ProfileDictionary> profileDictionaryFromArchive(const Value& archive, std::string& error) {
-    const auto* entries = archive["values"].dictionary();
-    if (!entries || archive["version"].intValue() != archiveVersion) {
-        error = "it is not of version 1";
-        return std::nullopt;
-    }
+    const auto* entries = entriesOf(archive, error);
+    if (!entries) return std::nullopt;
     ProfileDictionary values;
     for (const auto& [key, value] : *entries) {
-        const auto aid = longLongValue(key);
-        const auto* bytes = value.data();
-        if (!bytes || bytes->size() > longSlotSize || std::to_string(aid) != key) {
-            error = "the value of AID " + key + " is damaged";
-            return std::nullopt;
-        }
-        values.emplace(aid, AV::forAID(aid, *bytes));
+        const auto bytes = valueOf(key, value, error);
+        if (!bytes) return std::nullopt;
+        values.emplace(longLongValue(key), *bytes);
     }
     return values;
 }
@@ -54,20 +63,38 @@ std::string SettingValueStore::keyFor(const Vehicle& vehicle) {
 
 std::optional<ProfileDictionary> SettingValueStore::load(const Vehicle& vehicle) {
     const auto key = keyFor(vehicle);
-    const auto stored = Platform::current().userDefaults().objectForKey(key);
+    auto& defaults = Platform::current().userDefaults();
+    const auto stored = defaults.objectForKey(key);
     if (stored.isNull()) return std::nullopt;
     std::string error;
-    auto values = profileDictionaryFromArchive(stored, error);
-    if (!values) setAsideUnreadable(key, stored, error);
+    const auto* entries = entriesOf(stored, error);
+    ProfileDictionary values;
+    for (const auto& [text, value] : entries ? *entries : Dictionary{}) {
+        if (const auto bytes = valueOf(text, value, error)) values.emplace(longLongValue(text), *bytes);
+    }
+    if (error.empty()) return values;
+    setAsideUnreadable(key, stored, error);
+    if (values.empty()) return std::nullopt;
+    auto rest = archivedProfileDictionary(values);
+    rest.dictionary()->set(incompleteKey, true);
+    defaults.setObjectForKey(std::move(rest), key);
+    defaults.synchronize();
     return values;
 }
 
-void SettingValueStore::save(const ProfileDictionary& values, const Vehicle& vehicle) {
+EntryState SettingValueStore::state(const Vehicle& vehicle) {
+    const auto& defaults = Platform::current().userDefaults();
+    const auto key = keyFor(vehicle);
+    return defaults.objectForKey(key)[incompleteKey].boolValue() ? EntryState::unreadable
+                                                                 : defaults.stateForKey(key);
+}
+
+bool SettingValueStore::save(const ProfileDictionary& values, const Vehicle& vehicle) {
     auto& defaults = Platform::current().userDefaults();
     const auto key = keyFor(vehicle);
     defaults.removeObjectForKey(key);
     defaults.setObjectForKey(archivedProfileDictionary(values), key);
-    defaults.synchronize();
+    return defaults.synchronize();
 }
 
 }  // namespace torv

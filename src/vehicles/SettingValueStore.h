@@ -4,6 +4,7 @@
 #include <optional>
 #include <string>
 
+#include "platform/UserDefaults.h"
 #include "support/AV.h"
 #include "vehicles/Vehicle.h"
 
@@ -28,10 +29,13 @@ using ProfileDictionary = std::map<AID, AV>;
 class SettingValueStore final {
 public:
     [[nodiscard]] static std::string keyFor(const Vehicle& vehicle);
-    /// Nothing when nothing is stored. What can't be read is set aside and counts as nothing.
+    /// Nothing when nothing is stored, or nothing that can be read. Where some values can't be read, the
+    /// entry is set aside and the others are kept in its place.
     [[nodiscard]] static std::optional<ProfileDictionary> load(const Vehicle& vehicle);
-    /// Replaces what is stored, and synchronizes.
-    static void save(const ProfileDictionary& values, const Vehicle& vehicle);
+    /// Unreadable too for an entry of which only a part could be read, until the next `save`.
+    [[nodiscard]] static EntryState state(const Vehicle& vehicle);
+    /// Replaces what is stored, and synchronizes; false when it is not on disk.
+    static bool save(const ProfileDictionary& values, const Vehicle& vehicle);
 };
 
 }  // namespace torv

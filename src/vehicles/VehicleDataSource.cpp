@@ -36,22 +36,6 @@ Server& server() {
     return instance;
 }
 
-/// "http://HOST", a port from 1 to 65535 where there is one, and no blanks.
-bool isWebAddress(std::string_view url) {
-    const auto begin = url.find("://");
-    const auto scheme = url.substr(0, begin);
-    if (begin == std::string_view::npos || (scheme != "http" && scheme != "https")) return false;
-    if (std::any_of(url.begin(), url.end(), [](char c) { return c >= 0 && c <= ' '; })) return false;
-    const auto authority = url.substr(begin + 3, url.find('/', begin + 3) - begin - 3);
-    const auto colon =
-        authority.find(':', authority.rfind(']') == std::string_view::npos ? 0 : authority.rfind(']'));
-    if (authority.substr(0, colon).empty()) return false;
-    if (colon == std::string_view::npos) return true;
-    const std::string port{authority.substr(colon + 1)};
-    const auto number = intValue(port);
-    return std::to_string(number) == port && number >= 1 && number <= 65535;
-}
-
 /// What is stored under the key; nothing when nothing is, or nothing that can be read.
 std::optional<std::vector<Vehicle>> storedUnder(std::string_view key) {
     const auto stored = defaults().objectForKey(key);
@@ -62,12 +46,23 @@ std::optional<std::vector<Vehicle>> storedUnder(std::string_view key) {
         error = "it holds no vehicle";
         vehicles.reset();
     }
-    if (!vehicles) setAsideUnreadable(key, stored, error);
-    return vehicles;
+    if (!vehicles) {
+        setAsideUnreadable(key, stored, error);
+        return std::nullopt;
+    }
+    // A start without resources once left one that says nothing, and that none could replace.
+    std::erase_if(*vehicles, [](const Vehicle& vehicle) { return !vehicle.name(); });
+    return vehicles->empty() ? std::nullopt : std::move(vehicles);
 }
 
-void archiveUnder(std::string_view key, std::span<const Vehicle> vehicles) {
-    defaults().setObjectForKey(archivedVehicles(vehicles), key);
+/// But for those without a name, which equal no vehicle.
+void archiveUnder(std::string_view key, std::vector<Vehicle> vehicles) {
+    std::erase_if(vehicles, [](const Vehicle& vehicle) { return !vehicle.name(); });
+    if (!vehicles.empty()) defaults().setObjectForKey(archivedVehicles(vehicles), key);
+}
+
+bool currentVehicleIsKnown() {
+    return defaults().stateForKey(currentVehicleKey) != EntryState::unreadable;
 }
 
 std::optional<std::string> utf8Text(const Data& data) {
@@ -78,10 +73,10 @@ std::optional<std::string> utf8Text(const Data& data) {
 
 }  // namespace
 
-bool VehicleDataSource::setUpdateServer(std::string url) {
+bool VehicleDataSource::setUpdateServer(std::string url, const URLLoader& loader) {
     while (url.ends_with('/'))
         url.pop_back();
-    if (!isWebAddress(url)) return false;
+    if (!loader.accepts(url)) return false;
     const std::scoped_lock lock{server().mutex};
     server().url = std::move(url);
     return true;
@@ -105,17 +100,19 @@ Vehicle VehicleDataSource::currentVehicle() {
         logLine(error);
         return {};
     }
-    setCurrentVehicle(*vehicle);
+    // What stands in for a vehicle that can't be read is nobody's choice.
+    if (currentVehicleIsKnown()) setCurrentVehicle(*vehicle);
     return *vehicle;
 }
 
 void VehicleDataSource::setCurrentVehicle(const Vehicle& vehicle) {
-    archiveUnder(currentVehicleKey, {&vehicle, 1});
+    archiveUnder(currentVehicleKey, {vehicle});
 }
 
 std::vector<Vehicle> VehicleDataSource::storedVehicles() {
     if (auto stored = storedUnder(vehiclesKey)) return std::move(*stored);
     std::vector<Vehicle> vehicles{currentVehicle()};
+    if (!vehicles.front().name()) return {};
     archiveUnder(vehiclesKey, vehicles);
     return vehicles;
 }
@@ -166,7 +163,7 @@ std::vector<Vehicle> VehicleDataSource::vehicles() {
                     stored->setUpdateAvailable(true);
                 }
             }
-            if (stored->isEqual(current)) setCurrentVehicle(*stored);
+            if (stored->isEqual(current) && currentVehicleIsKnown()) setCurrentVehicle(*stored);
         }
         archiveUnder(vehiclesKey, merged);
     }
@@ -176,15 +173,17 @@ std::vector<Vehicle> VehicleDataSource::vehicles() {
 }
 
 std::optional<Value> VehicleDataSource::vehicleInfo(std::optional<std::string_view> text) {
+    if (text) text = withoutByteOrderMark(*text);
     return SBJSON{}.objectWithString(text);
 }
 
-void VehicleDataSource::saveVehicle(const Vehicle& vehicle) {
+bool VehicleDataSource::saveVehicle(const Vehicle& vehicle) {
+    if (!vehicle.name()) return false;
     auto stored = storedVehicles();
     std::erase_if(stored, [&](const Vehicle& v) { return v.isEqual(vehicle); });
     stored.push_back(vehicle);
-    archiveUnder(vehiclesKey, stored);
-    defaults().synchronize();
+    archiveUnder(vehiclesKey, std::move(stored));
+    return defaults().synchronize();
 }
 
 bool VehicleDataSource::updateVehicle(Vehicle& vehicle) {

@@ -5,6 +5,7 @@
 #include <string_view>
 #include <vector>
 
+#include "platform/URLLoader.h"
 #include "vehicles/Vehicle.h"
 
 namespace torv {
@@ -21,14 +22,16 @@ public:
     static constexpr auto defaultUpdateServer = "http://update.example.com";
 
     /// "http://host[:port]" or https; the manifest is at /itorvv2/update.json there. False, and nothing
-    /// changes, when it is no such address.
-    [[nodiscard]] static bool setUpdateServer(std::string url);
+    /// changes, when the loader fetches from no such address.
+    [[nodiscard]] static bool setUpdateServer(std::string url, const URLLoader& loader);
     [[nodiscard]] static std::string updateServer();
 
-    /// The profile that ships, at the first use. An unreadable archive is set aside.
+    /// The profile that ships, at the first use. An unreadable archive is set aside; the profile that ships
+    /// then stands in for it and is not stored, so that each start knows that the vehicle is not known.
     [[nodiscard]] static Vehicle currentVehicle();
+    /// Stores no vehicle without a name, nor do the others.
     static void setCurrentVehicle(const Vehicle& vehicle);
-    /// The current one alone, at the first use.
+    /// The current one alone, at the first use; none where even that one is missing.
     [[nodiscard]] static std::vector<Vehicle> storedVehicles();
     /// Without documents; empty when the manifest can't be had.
     [[nodiscard]] static std::vector<Vehicle> remoteVehicles();
@@ -36,10 +39,11 @@ public:
     /// written. A stored vehicle whose version on the server is newer takes the address from there, and an
     /// update mark if it has a document, else the version.
     [[nodiscard]] static std::vector<Vehicle> vehicles();
-    /// What the text holds, a dictionary or a list; nothing when it is no JSON.
+    /// What the text holds, a dictionary or a list; nothing when it is no JSON. A byte order mark
+    /// before it does not matter.
     [[nodiscard]] static std::optional<Value> vehicleInfo(std::optional<std::string_view> text);
-    /// In place of the stored one of that name, at the end of the list.
-    static void saveVehicle(const Vehicle& vehicle);
+    /// In place of the stored one of that name, at the end of the list. False when it is not on disk.
+    static bool saveVehicle(const Vehicle& vehicle);
     /// Downloads the document into the vehicle and stores it. With no address, or nothing to be had there,
     /// the vehicle stays as it is. A document that is no JSON empties it, and so it is stored. True when
     /// something came.

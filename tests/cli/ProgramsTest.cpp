@@ -122,6 +122,10 @@ TEST(Programs, VehiclesAreListedUpdatedAndUsed) {
         {{"defaults", "get", "nothing"}, home.path(), 2, "nothing is stored under \"nothing\""},
         {{"defaults", "set", "speed", "-5"}, home.path(), 0, ""},
         {{"defaults", "get", "speed"}, home.path(), 0, "-5\n"},
+        {{"defaults"}, "/proc/nowhere", 1, "what is stored can't be read"},
+        {{"defaults", "get", "speed"}, "/proc/nowhere", 1, "what is stored under \"speed\" can't be read"},
+        {{"defaults", "set", "way unreadable 1", "5"}, home.path(), 0, ""},
+        {{"defaults", "get", "way"}, home.path(), 1, "can't be read"},
         {{"vehicles", "--update-server", "http://"}, home.path(), 2, "takes an address"},
     };
     for (const auto& [words, data, code, output] : rows) {
@@ -211,6 +215,13 @@ TEST_F(ProgramsWithModule, WithoutAPlaceForTheStoreValuesStillRun) {
         EXPECT_EQ(process.exitCode(), 0);
         EXPECT_EQ(process.readAllStandardError().count("choices"), 1);
     }
+    // Nor is a handset without its store a new one: the module keeps what it has.
+    ASSERT_EQ(run("itorvctl", {"set", "95", "3200", "--module", address}).code, 0);
+    run("itorv",
+        {"--offscreen", "--screenshot", QTemporaryDir{}.filePath("x.png"), "--after", "1.5", "--module",
+         address},
+        "/proc/no such folder");
+    EXPECT_EQ(module->value(95)[0] + module->value(95)[1] * 256, 3200);
 }
 
 TEST_F(ProgramsWithModule, TheWindowTakesItsPictureAndEnds) {

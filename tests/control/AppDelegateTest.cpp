@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <fstream>
+#include <functional>
 #include <map>
 #include <memory>
 #include <string>
@@ -39,11 +40,14 @@ Vehicle truck(const char* name, Array settings) {
 
 struct Observer final : iTorvAppDelegateDelegate {
     void iTorvAppDelegateDidChangeCurrentVehicle(iTorvAppDelegate& app) override {
-        heard += app.feeder()->feeding() ? "VEHICLE " : "vehicle ";
+        heard += before() + (app.feeder()->feeding() ? "VEHICLE " : "vehicle ");
     }
     void iTorvAppDelegateDidChangeWarningSensors(iTorvAppDelegate& app) override {
-        heard += app.feeder()->feeding() ? "SENSORS " : "sensors ";
+        heard += before() + (app.feeder()->feeding() ? "SENSORS " : "sensors ");
     }
+    [[nodiscard]] std::string before() const { return others ? "(after " + *others + ")" : ""; }
+
+    std::string* others = nullptr;
     std::string heard;
 };
 
@@ -120,6 +124,54 @@ TEST_F(AppDelegateTest, DefaultsAreStoredWhetherOrNotTheModuleTakesThem) {
     EXPECT_EQ(std::count(writes.begin(), writes.end(), frame({0x04, 95, 0xF0, 0x0A})), 42);
 }
 
+TEST_F(AppDelegateTest, DefaultsStayWithTheVehicleForWhichTheyWereBegun) {
+    launch(truck("Truck", {setting(95, "2800", 0), setting(4, "1", 0)}));
+    bool changed = false;
+    fakes::connectModule(platform, writes, false, [&] {
+        if (!std::exchange(changed, true)) app->setCurrentVehicle(truck("Other", {setting(95, "7", 0)}));
+    });
+    EXPECT_TRUE(changed);
+    EXPECT_EQ(app->currentVehicle().name(), "Other");
+    EXPECT_EQ(SettingValueStore::load(truck("Truck", {}))->size(), 2U);
+    EXPECT_FALSE(platform.defaults.entries.contains("SETTINGS_Other"));
+    EXPECT_FALSE(app->settingValues());
+}
+
+/// A damaged store is not a new vehicle.
+TEST_F(AppDelegateTest, WhatCanNotBeReadIsNotWrittenOver) {
+    const struct {
+        const char* what;
+        std::function<void(fakes::MemoryUserDefaults&)> damage;
+        const char* sentence;  ///< begins so
+    } rows[]{
+        {"the store", [](auto& d) { d.entries.clear(), d.whole = d.kept = false; }, "Your choices can't"},
+        {"a part of the store", [](auto& d) { d.whole = false; }, "The settings of this vehicle"},
+        {"the settings", [](auto& d) { d.entries["SETTINGS_Truck"] = "cut"; },
+         "The settings of this vehicle"},
+        {"the vehicle", [](auto& d) { d.entries["current_vehicle"] = "cut"; }, "The chosen vehicle"},
+        {"the place", [](auto& d) { d.kept = false; }, "Your changes can't"},
+    };
+    for (const auto& [what, damage, sentence] : rows) {
+        SCOPED_TRACE(what);
+        platform.defaults.entries.clear();
+        platform.defaults.whole = platform.defaults.kept = true;
+        VehicleDataSource::setCurrentVehicle(truck("Truck", {setting(95, "2800", 0)}));
+        damage(platform.defaults);
+        for (int start = 0; start < 2; ++start) {
+            writes.clear();
+            app = std::make_shared<iTorvAppDelegate>();
+            app->applicationDidFinishLaunchingWithOptions({}, [](const auto&) {});
+            connect();
+            EXPECT_TRUE(app->connected());
+            EXPECT_TRUE(writes.empty());
+            ASSERT_TRUE(app->storeTrouble());
+            EXPECT_TRUE(app->storeTrouble()->starts_with(sentence)) << *app->storeTrouble();
+            app->applicationWillTerminate();
+            fakes::freshenEngine();
+        }
+    }
+}
+
 TEST_F(AppDelegateTest, FailuresBuildOneAlertThatNobodySees) {
     launch(truck("Truck", {}));
     platform.loop.runFor(20s);
@@ -155,8 +207,14 @@ TEST_F(AppDelegateTest, ObserversHearOfAChangeWhileNothingIsFed) {
     app->setCurrentVehicle(truck("Other", {}));
     EXPECT_EQ(kept.heard, "sensors vehicle sensors ");
     EXPECT_EQ(gone.heard, "");
+    Observer second;
+    second.others = &kept.heard;
+    app->addDelegate(&second);
+    kept.heard.clear();
+    app->setCurrentVehicle(truck("Third", {}));
+    EXPECT_EQ(second.heard, "(after vehicle sensors )vehicle (after vehicle sensors )sensors ");
     EXPECT_TRUE(app->feeder()->feeding());
-    EXPECT_EQ(app->currentVehicle().name(), "Other");
+    EXPECT_EQ(app->currentVehicle().name(), "Third");
 }
 
 TEST_F(AppDelegateTest, TheStockTireSizeIsTakenOnlyWithStoredSettings) {

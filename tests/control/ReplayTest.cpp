@@ -84,6 +84,34 @@ TEST_F(ReplayTest, EachConnectReplaysSettingsThenTheActiveProfile) {
     EXPECT_EQ(written(24), 0);
 }
 
+TEST_F(ReplayTest, WhatCanNotBeReadIsNotReplaced) {
+    SettingValueStore::save({{95, AV::forAID(95, fakes::Bytes{7})}}, app->currentVehicle());
+    platform.defaults.entries["savedprofile unreadable 1"] = "Tow";
+    fakes::connectModule(platform, writes);
+    platform.loop.runFor(1s);
+    EXPECT_EQ(written(95), 1);
+    EXPECT_EQ(written(24), 0);
+    EXPECT_FALSE(platform.defaults.entries.contains("savedprofile"));
+    EXPECT_EQ(updates, 1);
+
+    writes.clear();
+    platform.defaults.setObjectForKey(
+        Dictionary{{"version", Number::fromInteger(1)}, {"values", Dictionary{{"95", Data{7}}, {"96", "x"}}}},
+        "SETTINGS_Truck");
+    storeProfile("Tow", {31});
+    platform.defaults.setObjectForKey(Value{"damaged"}, "Tow");
+    replay->run();
+    EXPECT_EQ(written(95), 1) << "what can be read of the settings";
+    EXPECT_EQ(writes.size(), 1U);
+
+    writes.clear();
+    storeProfile("Tow", {31});
+    const auto vehicle = platform.defaults.entries.extract("current_vehicle");
+    platform.defaults.entries["current_vehicle unreadable 1"] = vehicle.mapped();
+    replay->run();
+    EXPECT_TRUE(writes.empty());
+}
+
 TEST_F(ReplayTest, FailuresAreToldAndACancelledReplayEndsWithTheDefaults) {
     storeProfile("Tow", {31, 32, 33});
     onWords = [this](ProgressHUD& shown) {

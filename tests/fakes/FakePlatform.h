@@ -26,7 +26,9 @@ public:
         entries.insert_or_assign(std::string{key}, std::move(object));
     }
     void removeObjectForKey(std::string_view key) override { entries.erase(std::string{key}); }
-    bool synchronize() override { return ++synchronized > 0; }
+    bool synchronize() override { return ++synchronized > 0 && kept; }
+    [[nodiscard]] bool isWhole() const override { return whole; }
+    [[nodiscard]] bool isKept() const override { return kept; }
     [[nodiscard]] std::vector<std::string> keys() const override {
         std::vector<std::string> all;
         for (const auto& [key, value] : entries)
@@ -36,11 +38,14 @@ public:
 
     std::map<std::string, torv::Value, std::less<>> entries;
     int synchronized = 0;
+    bool whole = true;
+    bool kept = true;
 };
 
 /// Queued replies, recorded requests; an error where none is queued.
 class QueuedURLLoader final : public torv::URLLoader {
 public:
+    [[nodiscard]] bool accepts(const std::string& url) const override { return url.starts_with("http"); }
     [[nodiscard]] Reply load(const std::string& url) override {
         requests.push_back(url);
         if (replies.empty()) return {.body = {}, .status = {}, .error = "no reply was queued"};
@@ -118,6 +123,7 @@ public:
     std::vector<std::shared_ptr<ScriptedStream>> opened;
     bool streamsOpen = true;
     bool idleTimerDisabled = false;
+    bool resourcesMissing = false;
 
 private:
     struct Streams final : torv::ByteStreamFactory {
@@ -131,8 +137,10 @@ private:
         FakePlatform& platform;
     };
     struct SourceResources final : torv::Resources {
+        explicit SourceResources(FakePlatform& owner) : platform(owner) {}
         [[nodiscard]] std::optional<std::filesystem::path> pathForResourceOfType(
             std::string_view name, std::string_view type) const override {
+            if (platform.resourcesMissing) return std::nullopt;
             const auto fileName = std::string{name} + '.' + std::string{type};
             for (const auto* folder : {ITORV_RESOURCE_DIR, ITORV_SHARE_DIR}) {
                 const auto file = std::filesystem::path{folder} / fileName;
@@ -141,10 +149,11 @@ private:
             return std::nullopt;
         }
         [[nodiscard]] std::filesystem::path documentsDirectory() const override { return testing::TempDir(); }
+        FakePlatform& platform;
     };
 
     Streams m_streams{*this};
-    SourceResources m_resources;
+    SourceResources m_resources{*this};
 };
 
 }  // namespace fakes

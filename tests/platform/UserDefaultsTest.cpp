@@ -5,12 +5,15 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <chrono>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <iterator>
 #include <random>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "platform/Log.h"
@@ -31,6 +34,19 @@ protected:
     ~UserDefaultsTest() override {
         setLogSink(nullptr);
         fs::permissions(folder, fs::perms::owner_all);
+    }
+
+    /// Any statement by SQLite itself.
+    void sql(const std::string& text) const {
+        sqlite3* database = nullptr;
+        ASSERT_EQ(sqlite3_open(file.c_str(), &database), SQLITE_OK);
+        EXPECT_EQ(sqlite3_exec(database, text.c_str(), nullptr, nullptr, nullptr), SQLITE_OK)
+            << sqlite3_errmsg(database);
+        sqlite3_close(database);
+    }
+    [[nodiscard]] long logged(std::string_view part) const {
+        return std::count_if(log.begin(), log.end(),
+                             [&](const auto& line) { return line.find(part) != std::string::npos; });
     }
 
     const fs::path folder = fs::path{testing::TempDir()} / "itorv-defaults";
@@ -123,6 +139,160 @@ TEST_F(UserDefaultsTest, AnUnreadableEntryIsSetAside) {
     sqlite3_close(database);
 }
 
+TEST_F(UserDefaultsTest, ADamagedPageLosesWhatStandsOnItAlone) {
+    constexpr int count = 200;
+    constexpr std::size_t page = 4096;
+    const auto name = [](int i) { return "key " + std::to_string(i); };
+    {
+        SqliteUserDefaults defaults{file};
+        for (int i = 0; i < count; ++i)
+            defaults.setObjectForKey(Value{std::string(500, static_cast<char>('a' + i % 26))}, name(i));
+        defaults.setObjectForKey(Value{std::string(20000, 'l')}, "long");
+    }
+    std::ifstream stream{file, std::ios::binary};
+    const std::string sound{std::istreambuf_iterator<char>{stream}, {}};
+    const auto pages = sound.size() / page;
+    ASSERT_GT(pages, 30U);
+    const auto found = [&](const std::string& image) {
+        fs::remove_all(folder);
+        fs::create_directories(folder);
+        std::ofstream{file, std::ios::binary} << image;
+        int right = 0;
+        {
+            SqliteUserDefaults defaults{file};
+            for (int i = 0; i < count; ++i) {
+                const auto value = defaults.objectForKey(name(i));
+                if (value.isNull()) continue;
+                EXPECT_EQ(value, Value{std::string(500, static_cast<char>('a' + i % 26))});
+                ++right;
+            }
+            EXPECT_EQ(defaults.stateForKey("never set") == EntryState::unreadable, !defaults.isWhole());
+            EXPECT_TRUE(right == count || !defaults.isWhole());
+            for (int i = 0; i < count; ++i)
+                defaults.setObjectForKey(Value{i % 2 == 0}, "new " + std::to_string(i));
+            EXPECT_TRUE(defaults.synchronize());
+        }
+        const SqliteUserDefaults again{file};
+        EXPECT_EQ(again.objectForKey("new 7"), Value{false});
+        EXPECT_EQ(again.stateForKey("never set") == EntryState::unreadable, !again.isWhole());
+        EXPECT_TRUE(right == count || !again.isWhole());
+        for (const auto& descriptor : fs::directory_iterator{"/proc/self/fd"}) {
+            std::error_code gone;
+            EXPECT_EQ(fs::read_symlink(descriptor.path(), gone).string().find(".damaged"), std::string::npos);
+        }
+        return right;
+    };
+    for (std::size_t i = 0; i < pages; ++i) {
+        SCOPED_TRACE(i);
+        for (const char byte : {'\0', '\xA5'}) {
+            log.clear();
+            auto image = sound;
+            std::fill_n(image.begin() + static_cast<std::ptrdiff_t>(i * page), page, byte);
+            EXPECT_GE(found(image), count - 8);  // seven stand on a page
+            EXPECT_EQ(logged("entries came over into a new one"), fs::exists(file.string() + ".damaged-1"));
+        }
+    }
+    EXPECT_EQ(found(sound), count);
+    for (const std::size_t size : {100, 511, 4096, 5000})
+        EXPECT_EQ(found(sound.substr(0, size)), 0) << size;
+    for (std::size_t i = 11; i < pages; i += 4) {
+        log.clear();
+        EXPECT_GE(found(sound.substr(0, i * page + 100)), static_cast<int>(i) * 2) << i;
+        EXPECT_EQ(logged("entries came over"), 1) << i;
+    }
+}
+
+TEST_F(UserDefaultsTest, WhatWasOnlyInTheLogComesOverToo) {
+    SqliteUserDefaults writer{file};
+    writer.setObjectForKey(Value{"old"}, "key");
+    ASSERT_TRUE(writer.synchronize());
+    sql("PRAGMA wal_checkpoint(TRUNCATE)");
+    writer.setObjectForKey(Value{"new"}, "key");
+    ASSERT_TRUE(writer.synchronize());
+    std::fstream{file, std::ios::in | std::ios::out | std::ios::binary} << std::string(100, 'x');
+    {
+        // While another has it open, the log is not put into the file by whoever fails to read it.
+        const SqliteUserDefaults defaults{file};
+        EXPECT_EQ(defaults.objectForKey("key"), Value{"new"});
+    }
+    EXPECT_TRUE(fs::exists(file.string() + ".damaged-1-wal"));
+    EXPECT_EQ(SqliteUserDefaults{file}.objectForKey("key"), Value{"new"});
+    writer.setObjectForKey(Value{"later"}, "other");
+    EXPECT_TRUE(writer.synchronize());
+    EXPECT_EQ(SqliteUserDefaults{file}.keys(), (std::vector<std::string>{"key", "other"}));
+}
+
+TEST_F(UserDefaultsTest, AnEntryIsUnreadableUntilItIsSetAgain) {
+    { SqliteUserDefaults{file}.setObjectForKey(Value{"good"}, "good"); }
+    sql("INSERT INTO defaults VALUES (CAST('bad' AS BLOB), 'archive', '{'),"
+        "(CAST('part' AS BLOB), 'archive', '{\"a\":{\"$data\":\"0g\"},\"b\":{\"$data\":\"01\"}}')");
+    for (int start = 0; start < 2; ++start) {
+        SqliteUserDefaults defaults{file};
+        EXPECT_EQ(defaults.stateForKey("good"), EntryState::there);
+        EXPECT_EQ(defaults.stateForKey("none"), EntryState::absent);
+        EXPECT_EQ(defaults.stateForKey("bad"), EntryState::unreadable);
+        EXPECT_EQ(defaults.objectForKey("part"), (Value{Dictionary{{"a", Value{}}, {"b", Data{1}}}}));
+        EXPECT_EQ(defaults.keys(),
+                  (std::vector<std::string>{"bad unreadable 1", "good", "part", "part unreadable 1"}));
+    }
+    EXPECT_EQ(log.size(), 2U);
+    { SqliteUserDefaults{file}.setObjectForKey(Value{"new"}, "bad"); }
+    EXPECT_EQ(SqliteUserDefaults{file}.stateForKey("bad"), EntryState::there);
+    EXPECT_EQ(log.size(), 2U);
+}
+
+TEST_F(UserDefaultsTest, TwoProgramsSeeAndKeepWhatEachHasSet) {
+    SqliteUserDefaults one{file};
+    SqliteUserDefaults two{file};
+    one.setObjectForKey(Value{"1"}, "a");
+    one.setObjectForKey(Value{"1"}, "gone");
+    EXPECT_TRUE(one.synchronize());
+    EXPECT_EQ(two.objectForKey("a"), Value{"1"});
+    two.setObjectForKey(Value{"2"}, "b");
+    two.setObjectForKey(Value{"own"}, "a");  // not kept yet
+    one.setObjectForKey(Value{"3"}, "c");
+    one.removeObjectForKey("gone");
+    EXPECT_TRUE(one.synchronize());
+    EXPECT_EQ(two.objectForKey("a"), Value{"own"});
+    EXPECT_TRUE(two.synchronize());
+    for (const auto* store : {&one, &two})
+        EXPECT_EQ(store->keys(), (std::vector<std::string>{"a", "b", "c"}));
+    EXPECT_EQ(one.objectForKey("a"), Value{"own"});
+}
+
+TEST_F(UserDefaultsTest, AFolderThatIsTakenAwayIsMadeAnewAndSaid) {
+    SqliteUserDefaults defaults{file};
+    defaults.setObjectForKey(Value{"1"}, "a");
+    EXPECT_TRUE(defaults.synchronize());
+    fs::remove_all(folder);
+    defaults.setObjectForKey(Value{"2"}, "b");
+    EXPECT_TRUE(defaults.synchronize());
+    EXPECT_EQ(log.size(), 1U);
+    EXPECT_EQ(SqliteUserDefaults{file}.keys(), (std::vector<std::string>{"a", "b"}));
+    fs::remove_all(folder);
+    std::ofstream{folder} << "in its place";
+    defaults.setObjectForKey(Value{"3"}, "c");
+    EXPECT_FALSE(defaults.synchronize());
+    EXPECT_FALSE(defaults.isKept());
+    fs::remove(folder);
+    fs::create_directories(folder);
+}
+
+TEST_F(UserDefaultsTest, WhatNestsTooDeepIsNotSaidToBeKept) {
+    SqliteUserDefaults defaults{file};
+    Value deep;
+    for (int level = 0; level < 600; ++level)
+        deep = Array{deep};
+    defaults.setObjectForKey(deep, "deep");
+    defaults.setObjectForKey(Value{"kept"}, "flat");
+    EXPECT_FALSE(defaults.synchronize());
+    EXPECT_FALSE(defaults.synchronize());
+    EXPECT_EQ(logged("nests too deep"), 1);
+    EXPECT_EQ(SqliteUserDefaults{file}.keys(), (std::vector<std::string>{"flat"}));
+    defaults.removeObjectForKey("deep");
+    EXPECT_TRUE(defaults.synchronize());
+}
+
 TEST_F(UserDefaultsTest, WhatCanNotBeWrittenIsStillRead) {
     if (mount("none", folder.c_str(), "tmpfs", 0, "size=128k") != 0)
         GTEST_SKIP() << "no file system can be mounted here";
@@ -152,6 +322,9 @@ TEST_F(UserDefaultsTest, WithoutAPlaceItLivesInMemory) {
     EXPECT_EQ(defaults.objectForKey("k"), Value{"v"});
     EXPECT_FALSE(defaults.synchronize());
     EXPECT_EQ(log.size(), 1U);
+    EXPECT_FALSE(defaults.isKept());
+    EXPECT_EQ(defaults.stateForKey("k"), EntryState::there);
+    EXPECT_EQ(defaults.stateForKey("other"), EntryState::unreadable);
 }
 
 /// Each round of the child sets two keys to one number and says so once `synchronize` has returned.

@@ -5,6 +5,7 @@
 
 #include "fakes/FakePlatform.h"
 #include "platform/Reachability.h"
+#include "support/KeyedHash.h"
 #include "support/TextNumbers.h"
 #include "support/Value.h"
 
@@ -147,4 +148,14 @@ TEST(ReachabilityTest, TellsItsStatusFromTheFlags) {
 }
 
 }  // namespace
+TEST(KeyedHash, IsSipHash) {
+    std::string text;
+    for (char c = 0; c < 15; ++c)
+        text += c;
+    const std::array<std::uint64_t, 2> key{0x0706050403020100U, 0x0f0e0d0c0b0a0908U};
+    EXPECT_EQ(keyedHash(text, key), 0xa129ca6149be45e5U);  // the vector of its authors
+    EXPECT_EQ(keyedHash("", key), 0x726fdb47dd0e0e31U);
+    EXPECT_NE(keyedHash(text), keyedHash(text, {})) << "the key of a process is random";
+}
+
 }  // namespace torv

@@ -72,6 +72,19 @@ TEST(UpdateServer, LeavesTheVehiclesUsableWhateverItAnswers) {
     EXPECT_TRUE(server.waitForFinished(longest));
 }
 
+TEST(UpdateServer, TheLoaderTakesWebAddressesAndNothingElse) {
+    const CurlURLLoader loader;
+    for (const auto* good : {"https://host", "http://host:8080/folder", "http://[::1]:80", "http://[::1]"})
+        EXPECT_TRUE(loader.accepts(good)) << good;
+    for (const auto* bad : {"", "host", "ftp://host", "http://", "http://:80", "http://a b",
+                            "http://host:99999", "http://host:x", "file:///etc/passwd", "httpx://host"})
+        EXPECT_FALSE(loader.accepts(bad)) << bad;
+    // A setting that the library does not take, as an older one does not: nothing is fetched without it.
+    const auto reply = CurlURLLoader{}.load("http://host/" + std::string(9U << 20U, 'a'));
+    EXPECT_FALSE(reply.body);
+    EXPECT_NE(reply.error.find("bad argument"), std::string::npos) << reply.error;
+}
+
 // The tool.
 
 const std::string good =
@@ -107,6 +120,7 @@ TEST(ProfilesTool, NamesEachFaultAndItsPlace) {
          "parameters.settings[1].optionValues: has 1 elements and options has 2"},
         {"\"tuning\": [", "\"tuning\": [7, ", "parameters.tuning[0]: must be an object"},
         {"1.10", "1", "version: is \"1\" and must be two whole numbers"},
+        {"http://host/a.json", "http://host:99999/a.json", "url: is \"http://host:99999/a.json\""},
         {"http://host/a.json", "file:///etc/passwd", "url: is \"file:///etc/passwd\" and must be an address"},
         {"\"Truck\"", "\"\xE9\"", "line 1, column 14: "},
         {good, std::string(5000, '['), "line 1, column 513: Nested too deep"},

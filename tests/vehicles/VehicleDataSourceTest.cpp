@@ -2,8 +2,13 @@
 
 #include <gtest/gtest.h>
 
+#include <fstream>
+
 #include "fakes/FakePlatform.h"
 #include "platform/Reachability.h"
+#include "vehicles/ProfileDocument.h"
+#include "vehicles/SettingValueStore.h"
+#include "vehicles/StoreTrouble.h"
 #include "vehicles/VehicleArchive.h"
 #include "vehicles/VersionComparison.h"
 
@@ -44,10 +49,11 @@ class VehicleDataSourceTest : public testing::Test {
 protected:
     VehicleDataSourceTest() {
         platform.network.flags = Reachability::reachable;
-        EXPECT_TRUE(VehicleDataSource::setUpdateServer("http://server/"));
+        EXPECT_TRUE(VehicleDataSource::setUpdateServer("http://server/", platform.loader));
     }
     ~VehicleDataSourceTest() override {
-        static_cast<void>(VehicleDataSource::setUpdateServer(VehicleDataSource::defaultUpdateServer));
+        static_cast<void>(
+            VehicleDataSource::setUpdateServer(VehicleDataSource::defaultUpdateServer, platform.loader));
     }
 
     void answer(const std::string& text, int status = 200) {
@@ -190,14 +196,89 @@ TEST_F(VehicleDataSourceTest, SetsAsideWhatItCanNotRead) {
     EXPECT_TRUE(platform.defaults.entries.contains("current_vehicle unreadable 6"));
 }
 
-TEST_F(VehicleDataSourceTest, TheUpdateServerIsAWebAddress) {
-    for (const auto* good : {"https://host", "http://host:8080/folder/", "http://[::1]:80", "http://[::1]"})
-        EXPECT_TRUE(VehicleDataSource::setUpdateServer(good)) << good;
-    const auto before = VehicleDataSource::updateServer();
-    for (const auto* bad : {"", "host", "ftp://host", "http://", "http:///x", "http://:80", "http://a b",
-                            "http://host:99999", "http://host:x", "http://host:", "file:///etc"})
-        EXPECT_FALSE(VehicleDataSource::setUpdateServer(bad)) << bad;
-    EXPECT_EQ(VehicleDataSource::updateServer(), before);
+TEST_F(VehicleDataSourceTest, TheUpdateServerIsWhatTheLoaderTakes) {
+    EXPECT_TRUE(VehicleDataSource::setUpdateServer("https://host:8080/folder/", platform.loader));
+    EXPECT_FALSE(VehicleDataSource::setUpdateServer("ftp://host", platform.loader));
+    EXPECT_EQ(VehicleDataSource::updateServer(), "https://host:8080/folder");
+}
+
+TEST_F(VehicleDataSourceTest, OneThatCanNotBeReadIsNotTakenForAChoice) {
+    platform.defaults.entries["current_vehicle"] = "cut";
+    for (int start = 0; start < 2; ++start) {
+        answer('[' + entry("Diesel Pickup 6.7L", "9.9", "u") + ']');
+        static_cast<void>(VehicleDataSource::vehicles());  // the merge may store the current one as well
+        EXPECT_EQ(VehicleDataSource::currentVehicle().name(), "Diesel Pickup 6.7L");
+        EXPECT_EQ(platform.defaults.stateForKey("current_vehicle"), EntryState::unreadable);
+    }
+    VehicleDataSource::setCurrentVehicle(made("A", "1.0", "u"));
+    EXPECT_EQ(VehicleDataSource::currentVehicle().name(), "A");
+}
+
+TEST_F(VehicleDataSourceTest, NoVehicleWithoutANameIsStoredOrStays) {
+    platform.resourcesMissing = true;
+    EXPECT_TRUE(VehicleDataSource::storedVehicles().empty());
+    VehicleDataSource::setCurrentVehicle({});
+    EXPECT_FALSE(VehicleDataSource::saveVehicle({}));
+    EXPECT_TRUE(platform.defaults.entries.empty());
+    platform.resourcesMissing = false;
+    store({Vehicle{}});  // as older starts without resources have left it
+    EXPECT_EQ(VehicleDataSource::currentVehicle().name(), "Diesel Pickup 6.7L");
+    EXPECT_EQ(VehicleDataSource::storedVehicles().at(0).name(), "Diesel Pickup 6.7L");
+    EXPECT_EQ(platform.defaults.entries.size(), 2U) << "nothing was set aside";
+    platform.defaults.kept = false;
+    EXPECT_FALSE(VehicleDataSource::saveVehicle(made("A", "1.0", "u")));
+}
+
+TEST_F(VehicleDataSourceTest, AByteOrderMarkIsNoFault) {
+    const std::string mark = "\xEF\xBB\xBF";
+    store({made("A", "1.0", "u")});
+    answer(mark + '[' + entry("A", "2.0", "u") + ']');
+    EXPECT_EQ(lines(VehicleDataSource::remoteVehicles()), (Texts{"A 2.0 u"}));
+    const auto file = testing::TempDir() + "with a mark.json";
+    std::ofstream{file} << mark << R"({"vehicle": "A"})";
+    std::string error;
+    EXPECT_TRUE(vehicleFromFile(file, error)) << error;
+}
+
+TEST_F(VehicleDataSourceTest, DamagedSettingsKeepWhatCanBeRead) {
+    const auto truck = made("A", "1.0", "u");
+    auto& entries = platform.defaults.entries;
+    const Value damaged = Dictionary{{"version", Number::fromInteger(1)},
+                                     {"values", Dictionary{{"91", Data{1}}, {"92", Value{}}, {"93", "x"}}}};
+    EXPECT_EQ(SettingValueStore::state(truck), EntryState::absent);
+    entries["SETTINGS_A"] = damaged;
+    for (int start = 0; start < 2; ++start) {
+        const auto values = SettingValueStore::load(truck);
+        ASSERT_TRUE(values);
+        EXPECT_EQ(values->size(), 1U);
+        EXPECT_EQ(values->count(91), 1U);
+        EXPECT_EQ(SettingValueStore::state(truck), EntryState::unreadable);
+        EXPECT_EQ(storeTrouble(truck), StoreTrouble::someSettings);
+    }
+    EXPECT_EQ(entries.at("SETTINGS_A unreadable 1"), damaged);
+    EXPECT_EQ(entries.size(), 2U);
+    EXPECT_TRUE(SettingValueStore::save({}, truck));
+    EXPECT_EQ(SettingValueStore::state(truck), EntryState::there);
+    EXPECT_TRUE(SettingValueStore::load(truck)->empty());
+}
+
+TEST_F(VehicleDataSourceTest, TheGravestTroubleIsTold) {
+    const auto truck = made("A", "1.0", "u");
+    auto& defaults = platform.defaults;
+    EXPECT_EQ(storeTrouble(truck), StoreTrouble::none);
+    EXPECT_EQ(sentenceFor(StoreTrouble::none), "");
+    defaults.kept = false;
+    EXPECT_EQ(storeTrouble(truck), StoreTrouble::unwritable);
+    defaults.entries["savedprofile unreadable 1"] = "x";
+    EXPECT_EQ(storeTrouble(truck), StoreTrouble::activeProfile);
+    defaults.entries["SETTINGS_A unreadable 12"] = "x";
+    EXPECT_EQ(storeTrouble(truck), StoreTrouble::settings);
+    EXPECT_EQ(storeTrouble(made("B", "1.0", "u")), StoreTrouble::activeProfile);
+    defaults.entries["current_vehicle unreadable 1"] = "x";
+    EXPECT_EQ(storeTrouble(truck), StoreTrouble::vehicle);
+    defaults.whole = false;
+    EXPECT_EQ(storeTrouble(truck), StoreTrouble::unreadable);
+    EXPECT_EQ(sentenceFor(StoreTrouble::unwritable), "Your changes can't be saved at the moment.");
 }
 
 TEST(VersionComparison, FollowsTheTable) {

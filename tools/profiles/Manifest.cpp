@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cerrno>
-#include <cstring>
 #include <fstream>
 #include <map>
 #include <system_error>
@@ -66,7 +65,8 @@ std::optional<torv::Vehicle> profileIn(const fs::path& file, Faults& faults) {
 
 }  // namespace
 
-torv::Array manifestOfFolder(const fs::path& folder, const std::string& baseURL, Faults& faults) {
+torv::Array manifestOfFolder(const fs::path& folder, const std::string& baseURL,
+                             const torv::URLLoader& loader, Faults& faults) {
     torv::Array entries;
     std::map<std::string, std::string> firstFiles;
     const auto once = [&](const char* key, const torv::Vehicle::Text& text) {
@@ -77,7 +77,7 @@ torv::Array manifestOfFolder(const fs::path& folder, const std::string& baseURL,
     for (const auto& file : documentsIn(folder, faults)) {
         const auto vehicle = profileIn(file, faults);
         if (!vehicle) continue;
-        ProfileChecker{faults, baseURL.empty()}.check(vehicle->info().document());
+        ProfileChecker{faults, loader, baseURL.empty()}.check(vehicle->info().document());
         const auto url = baseURL.empty()
                              ? vehicle->url()
                              : torv::Vehicle::Text{baseURL + '/' + urlEncoded(file.filename().string())};
@@ -101,7 +101,7 @@ bool writeManifest(const fs::path& folder, const torv::Array& entries, std::stri
     stream << text;
     stream.close();
     if (!stream) {
-        error = fresh.string() + ": " + std::strerror(errno);
+        error = fresh.string() + ": " + std::error_code{errno, std::generic_category()}.message();
     } else {
         std::error_code code;
         fs::rename(fresh, target, code);

@@ -123,12 +123,6 @@ const Formatter* formatterOf(const Dictionary& members) {
 
 }  // namespace
 
-bool isWebAddress(std::string_view text) {
-    const auto printable = [](unsigned char c) { return c > ' ' && c < 0x7F; };
-    return (text.starts_with("http://") || text.starts_with("https://")) && text.back() != '/' &&
-           std::all_of(text.begin(), text.end(), printable);
-}
-
 void ProfileChecker::check(const Dictionary& profile) {
     checkKeys(profile, document, "");
     checkHead(profile);
@@ -215,7 +209,7 @@ void ProfileChecker::checkHead(const Dictionary& profile) {
         }
     }
     const auto* url = profile["url"].text();
-    if (url && !isWebAddress(*url)) {
+    if (url && !m_loader.accepts(*url)) {
         m_faults.add("url",
                      "is " + quoted(*url) + " and must be an address beginning with http:// or https://");
     }

@@ -7,6 +7,7 @@
 
 #include "Faults.h"
 #include "ProfileKeys.h"
+#include "platform/URLLoader.h"
 #include "support/Value.h"
 
 namespace profiles {
@@ -16,7 +17,9 @@ namespace profiles {
 /// is for whoever publishes one.
 class ProfileChecker final {
 public:
-    ProfileChecker(Faults& faults, bool urlNeeded) : m_faults(faults), m_urlNeeded(urlNeeded) {}
+    /// The loader is asked which addresses it takes, and fetches nothing.
+    ProfileChecker(Faults& faults, const torv::URLLoader& loader, bool urlNeeded)
+        : m_faults(faults), m_loader(loader), m_urlNeeded(urlNeeded) {}
 
     void check(const torv::Dictionary& profile);
 
@@ -48,11 +51,9 @@ private:
                    const std::string& path);
 
     Faults& m_faults;
+    const torv::URLLoader& m_loader;
     bool m_urlNeeded;
     FirstPlaces m_aids;
 };
-
-/// What an address must be for the handset to fetch it: HTTP or HTTPS, of printable ASCII characters.
-[[nodiscard]] bool isWebAddress(std::string_view text);
 
 }  // namespace profiles

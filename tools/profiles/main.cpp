@@ -8,6 +8,7 @@
 
 #include "Manifest.h"
 #include "ProfileChecker.h"
+#include "platform/real/CurlURLLoader.h"
 
 namespace {
 
@@ -34,7 +35,8 @@ struct Arguments {
     bool help = false;
 };
 
-std::optional<Arguments> readArguments(std::span<char*> words, std::string& error) {
+std::optional<Arguments> readArguments(std::span<char*> words, const torv::URLLoader& loader,
+                                       std::string& error) {
     Arguments arguments;
     const auto refuse = [&](std::string why) -> std::optional<Arguments> {
         error = std::move(why);
@@ -52,7 +54,7 @@ std::optional<Arguments> readArguments(std::span<char*> words, std::string& erro
             if (++i < words.size()) arguments.baseURL = words[i];
             while (arguments.baseURL.ends_with('/'))
                 arguments.baseURL.pop_back();
-            if (!profiles::isWebAddress(arguments.baseURL)) {
+            if (!loader.accepts(arguments.baseURL)) {
                 return refuse("--base-url takes an address beginning with http:// or https://");
             }
         } else if (word.starts_with("-")) {
@@ -75,7 +77,9 @@ std::optional<Arguments> readArguments(std::span<char*> words, std::string& erro
 
 int main(int argc, char** argv) {
     std::string error;
-    const auto arguments = readArguments(std::span{argv, static_cast<std::size_t>(argc)}.subspan(1), error);
+    const torv::CurlURLLoader loader;
+    const auto arguments =
+        readArguments(std::span{argv, static_cast<std::size_t>(argc)}.subspan(1), loader, error);
     if (!arguments) {
         std::cerr << "itorv-profiles: " << error << '\n';
         return badArguments;
@@ -85,7 +89,7 @@ int main(int argc, char** argv) {
         return success;
     }
     profiles::Faults faults;
-    const auto entries = profiles::manifestOfFolder(arguments->folder, arguments->baseURL, faults);
+    const auto entries = profiles::manifestOfFolder(arguments->folder, arguments->baseURL, loader, faults);
     for (const auto& line : faults.lines())
         std::cerr << line << '\n';
     if (!faults.lines().empty()) return faultsFound;

@@ -7,6 +7,8 @@
 #include <memory>
 #include <optional>
 
+#include "platform/Log.h"
+
 namespace torv {
 namespace {
 
@@ -23,7 +25,12 @@ struct Curl {
     decltype(&curl_easy_setopt) setopt = nullptr;
     decltype(&curl_easy_perform) perform = nullptr;
     decltype(&curl_easy_getinfo) getinfo = nullptr;
-    decltype(&curl_easy_strerror) strerror = nullptr;
+    decltype(&curl_easy_strerror) errorText = nullptr;
+    decltype(&curl_url) url = nullptr;
+    decltype(&curl_url_cleanup) urlCleanup = nullptr;
+    decltype(&curl_url_set) urlSet = nullptr;
+    decltype(&curl_url_get) urlGet = nullptr;
+    decltype(&curl_free) free = nullptr;
 };
 
 template <class Function>
@@ -39,7 +46,10 @@ std::optional<Curl> loadCurl() {
         library && find(library, "curl_global_init", c.globalInit) &&
         find(library, "curl_easy_init", c.init) && find(library, "curl_easy_cleanup", c.cleanup) &&
         find(library, "curl_easy_setopt", c.setopt) && find(library, "curl_easy_perform", c.perform) &&
-        find(library, "curl_easy_getinfo", c.getinfo) && find(library, "curl_easy_strerror", c.strerror);
+        find(library, "curl_easy_getinfo", c.getinfo) && find(library, "curl_easy_strerror", c.errorText) &&
+        find(library, "curl_url", c.url) && find(library, "curl_url_cleanup", c.urlCleanup) &&
+        find(library, "curl_url_set", c.urlSet) && find(library, "curl_url_get", c.urlGet) &&
+        find(library, "curl_free", c.free);
     if (!whole || c.globalInit(CURL_GLOBAL_DEFAULT) != CURLE_OK) return std::nullopt;
     return c;
 }
@@ -64,6 +74,24 @@ std::size_t append(const char* bytes, std::size_t size, std::size_t count, void*
 
 }  // namespace
 
+bool CurlURLLoader::accepts(const std::string& url) const {
+    const auto& curl = sharedCurl();
+    if (!curl) {
+        logLine("libcurl is not installed, and no address can be used");
+        return false;
+    }
+    const std::unique_ptr<CURLU, decltype(&curl_url_cleanup)> parts{curl->url(), curl->urlCleanup};
+    if (!parts || curl->urlSet(parts.get(), CURLUPART_URL, url.c_str(), 0) != CURLUE_OK) return false;
+    const auto part = [&](CURLUPart which) {
+        char* text = nullptr;
+        if (curl->urlGet(parts.get(), which, &text, 0) != CURLUE_OK) return std::string{};
+        const std::unique_ptr<char, decltype(&curl_free)> owned{text, curl->free};
+        return std::string{text};
+    };
+    const auto scheme = part(CURLUPART_SCHEME);
+    return (scheme == "http" || scheme == "https") && !part(CURLUPART_HOST).empty();
+}
+
 URLLoader::Reply CurlURLLoader::load(const std::string& url) {
     const auto& curl = sharedCurl();
     if (!curl) return {.body = {}, .status = {}, .error = "libcurl is not installed"};
@@ -71,7 +99,12 @@ URLLoader::Reply CurlURLLoader::load(const std::string& url) {
     if (!handle) return {.body = {}, .status = {}, .error = "libcurl could not be started"};
     Body body{.bytes = {}, .most = m_limits.bytes};
     std::array<char, CURL_ERROR_SIZE> message{};
-    const auto set = [&](CURLoption option, auto value) { curl->setopt(handle.get(), option, value); };
+    CURLcode result = CURLE_OK;
+    // An older library may not know an option; without one of these nothing is fetched.
+    const auto set = [&](CURLoption option, auto value) {
+        if (result == CURLE_OK) result = curl->setopt(handle.get(), option, value);
+    };
+    set(CURLOPT_ERRORBUFFER, message.data());
     set(CURLOPT_URL, url.c_str());
     set(CURLOPT_PROTOCOLS_STR, protocols);
     set(CURLOPT_REDIR_PROTOCOLS_STR, protocols);
@@ -82,10 +115,9 @@ URLLoader::Reply CurlURLLoader::load(const std::string& url) {
     set(CURLOPT_MAXFILESIZE, static_cast<long>(m_limits.bytes));
     set(CURLOPT_NOSIGNAL, 1L);
     set(CURLOPT_ACCEPT_ENCODING, "");
-    set(CURLOPT_ERRORBUFFER, message.data());
     set(CURLOPT_WRITEFUNCTION, &append);
     set(CURLOPT_WRITEDATA, &body);
-    const auto result = curl->perform(handle.get());
+    if (result == CURLE_OK) result = curl->perform(handle.get());
     long status = 0;
     curl->getinfo(handle.get(), CURLINFO_RESPONSE_CODE, &status);
     Reply reply;
@@ -95,7 +127,7 @@ URLLoader::Reply CurlURLLoader::load(const std::string& url) {
     } else if (result == CURLE_WRITE_ERROR || result == CURLE_FILESIZE_EXCEEDED) {
         reply.error = "it is larger than " + std::to_string(m_limits.bytes >> 20U) + " MiB";
     } else {
-        reply.error = message[0] != '\0' ? message.data() : curl->strerror(result);
+        reply.error = message[0] != '\0' ? message.data() : curl->errorText(result);
     }
     return reply;
 }

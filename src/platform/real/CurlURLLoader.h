@@ -20,6 +20,8 @@ public:
     CurlURLLoader() : CurlURLLoader(Limits{}) {}
     explicit CurlURLLoader(Limits limits) : m_limits(limits) {}
 
+    /// In the words of libcurl's own parser; false without the library, which the log says.
+    [[nodiscard]] bool accepts(const std::string& url) const override;
     [[nodiscard]] Reply load(const std::string& url) override;
 
 private:

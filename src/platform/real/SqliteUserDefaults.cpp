@@ -11,17 +11,31 @@
 #include "platform/Log.h"
 
 namespace torv {
+
+struct SqliteUserDefaults::Access {
+    int flags;
+    const char* parameters;
+    const char* statements;
+};
+
 namespace {
 
+constexpr auto tableStatement =
+    "CREATE TABLE IF NOT EXISTS defaults (key BLOB PRIMARY KEY, kind TEXT NOT NULL, value NOT NULL)";
+// What is deleted leaves nothing behind that a rescue could take for an entry.
 constexpr auto openStatements =
     "PRAGMA journal_mode = WAL;"
     "PRAGMA synchronous = FULL;"
+    "PRAGMA secure_delete = ON;"
     "CREATE TABLE IF NOT EXISTS defaults (key BLOB PRIMARY KEY, kind TEXT NOT NULL, value NOT NULL);";
 constexpr auto readStatement = "SELECT key, kind, value FROM defaults";
 constexpr auto setStatement = "INSERT OR REPLACE INTO defaults (key, kind, value) VALUES (?, ?, ?)";
 constexpr auto moveStatement =
     "UPDATE defaults SET key = ? WHERE key = ?";  // fails where the new key is taken
 constexpr auto removeStatement = "DELETE FROM defaults WHERE key = ?";
+// 0, or 1 in a store that was begun with less than a damaged one held.
+constexpr auto lossStatement = "PRAGMA user_version";
+constexpr auto keepLossStatement = "PRAGMA user_version = 1";
 constexpr int busyMilliseconds = 2000;
 
 struct Finalize {
@@ -39,6 +53,12 @@ bool run(sqlite3* database, const char* text) {
     return sqlite3_exec(database, text, nullptr, nullptr, nullptr) == SQLITE_OK;
 }
 
+std::optional<int> numberFrom(sqlite3* database, const char* text) {
+    const auto statement = prepare(database, text);
+    if (!statement || sqlite3_step(statement.get()) != SQLITE_ROW) return std::nullopt;
+    return sqlite3_column_int(statement.get(), 0);
+}
+
 std::string column(sqlite3_stmt* statement, int index) {
     const auto* bytes = static_cast<const char*>(sqlite3_column_blob(statement, index));
     return bytes ? std::string(bytes, static_cast<std::size_t>(sqlite3_column_bytes(statement, index)))
@@ -49,6 +69,7 @@ std::string column(sqlite3_stmt* statement, int index) {
 constexpr auto textKind = "text";
 constexpr auto archiveKind = "archive";
 
+/// With an error beside a value, a part of it can't be read.
 std::optional<Value> valueOf(const std::string& kind, std::string content, std::string& error) {
     if (kind == textKind) return content;
     if (kind == archiveKind) return valueFromArchivedText(content, error);
@@ -56,30 +77,38 @@ std::optional<Value> valueOf(const std::string& kind, std::string content, std::
     return std::nullopt;
 }
 
-bool bindKey(sqlite3_stmt* statement, int index, const std::string& key) {
+/// Nothing of a value that nests too deep to be kept.
+std::optional<StoredRow> rowOf(const std::string& key, const Value& value) {
+    if (value.text()) return StoredRow{key, textKind, *value.text()};
+    auto content = archivedText(value);
+    if (!content) return std::nullopt;
+    return StoredRow{key, archiveKind, std::move(*content)};
+}
+
+bool bindBytes(sqlite3_stmt* statement, int index, const std::string& bytes) {
     // A null pointer would bind NULL; the empty key is a key like any other.
-    const char* bytes = key.empty() ? "" : key.data();
-    return sqlite3_bind_blob64(statement, index, bytes, key.size(), SQLITE_STATIC) == SQLITE_OK;
+    return sqlite3_bind_blob64(statement, index, bytes.empty() ? "" : bytes.data(), bytes.size(),
+                               SQLITE_STATIC) == SQLITE_OK;
 }
 
-bool isKeyOfUnreadable(const std::string& key) {
-    const auto number = key.find_last_not_of("0123456789") + 1;
-    return number < key.size() && key.substr(0, number).ends_with(" unreadable ");
+bool write(sqlite3* database, const StoredRow& row) {
+    const auto statement = prepare(database, setStatement);
+    return statement && bindBytes(statement.get(), 1, row.key) &&
+           sqlite3_bind_text(statement.get(), 2, row.kind.c_str(), -1, SQLITE_STATIC) == SQLITE_OK &&
+           bindBytes(statement.get(), 3, row.content) && sqlite3_step(statement.get()) == SQLITE_DONE;
 }
 
-}  // namespace
-
-void SqliteUserDefaults::Close::operator()(sqlite3* database) const {
-    sqlite3_close_v2(database);
+bool remove(sqlite3* database, const std::string& key) {
+    const auto statement = prepare(database, removeStatement);
+    return statement && bindBytes(statement.get(), 1, key) && sqlite3_step(statement.get()) == SQLITE_DONE;
 }
 
-struct SqliteUserDefaults::Access {
-    int flags;
-    const char* parameters;
-    const char* statements;
-};
-
-namespace {
+bool writeAll(sqlite3* database, const std::vector<StoredRow>& rows, bool whole) {
+    return run(database, tableStatement) && run(database, "BEGIN") &&
+           std::all_of(rows.begin(), rows.end(),
+                       [&](const StoredRow& row) { return write(database, row); }) &&
+           (whole || run(database, keepLossStatement)) && run(database, "COMMIT");
+}
 
 /// As SQLite takes it with parameters behind it.
 std::string uriOf(const std::filesystem::path& file) {
@@ -102,10 +131,55 @@ std::string uriOf(const std::filesystem::path& file) {
     return uri;
 }
 
+std::filesystem::path withSuffix(const std::filesystem::path& file, const std::string& suffix) {
+    return file.string() + suffix;
+}
+
+std::filesystem::path freeNameBeside(const std::filesystem::path& file) {
+    std::error_code error;
+    int number = 1;
+    while (number < 1000 &&
+           std::filesystem::exists(withSuffix(file, ".damaged-" + std::to_string(number)), error))
+        ++number;
+    return withSuffix(file, ".damaged-" + std::to_string(number));
+}
+
+/// In an order in which a start in between finds the damaged file or the new one, and never none; and never
+/// the new one with the old one's log.
+bool exchangeFiles(const std::filesystem::path& file, const std::filesystem::path& fresh,
+                   const std::filesystem::path& aside) {
+    namespace fs = std::filesystem;
+    std::error_code error;
+    fs::create_hard_link(file, aside, error);
+    if (error) fs::copy_file(file, aside, error);  // not every file system has links
+    if (error) return false;
+    fs::rename(withSuffix(file, "-wal"), withSuffix(aside, "-wal"), error);
+    fs::remove(withSuffix(file, "-shm"), error);
+    if (fs::exists(withSuffix(file, "-wal"), error)) return false;
+    fs::rename(fresh, file, error);
+    return !error;
+}
+
+bool isDamage(int code) {
+    // SQLITE_ERROR: a database, but with tables that are none of ours.
+    constexpr std::array strange{SQLITE_NOTADB, SQLITE_CORRUPT, SQLITE_ERROR};
+    return std::find(strange.begin(), strange.end(), code) != strange.end();
+}
+
+}  // namespace
+
+void SqliteUserDefaults::Close::operator()(sqlite3* database) const {
+    sqlite3_close_v2(database);
+}
+
+namespace {
+
+constexpr int readAndWrite = SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE;
+
 }  // namespace
 
 SqliteUserDefaults::SqliteUserDefaults(std::filesystem::path file) : m_file(std::move(file)) {
-    constexpr Access whole{SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE, "", openStatements};
+    constexpr Access whole{readAndWrite, "", openStatements};
     // How a store that can't be kept up can still be read.
     constexpr std::array others{
         Access{SQLITE_OPEN_READWRITE, "",
@@ -115,16 +189,10 @@ SqliteUserDefaults::SqliteUserDefaults(std::filesystem::path file) : m_file(std:
     };
     std::error_code error;
     std::filesystem::create_directories(m_file.parent_path(), error);
-    if (read(whole)) return;
-    // SQLITE_ERROR: a database, but with tables that are none of ours.
-    constexpr std::array strange{SQLITE_NOTADB, SQLITE_CORRUPT, SQLITE_ERROR};
-    const int result = m_database ? sqlite3_errcode(m_database.get()) : SQLITE_NOMEM;
-    if (std::find(strange.begin(), strange.end(), result) != strange.end()) {
-        setAside();
-        if (read(whole)) return;
-    }
-    const std::string why = m_database ? sqlite3_errmsg(m_database.get()) : "out of memory";
-    const bool known = std::any_of(others.begin(), others.end(), [&](const Access& a) { return read(a); });
+    if (read(whole) || (isDamage(m_code) && rescue(false))) return;
+    const auto why = m_error;
+    const bool known = !m_contents.entries.empty() ||
+                       std::any_of(others.begin(), others.end(), [&](const Access& a) { return read(a); });
     m_database.reset();
     logLine("choices will not be remembered" + std::string{known ? "" : ", and none are known"} + ": " +
             m_file.string() + ": " + why);
@@ -135,54 +203,81 @@ SqliteUserDefaults::~SqliteUserDefaults() {
 }
 
 bool SqliteUserDefaults::read(const Access& access) {
-    m_entries.clear();
-    return open(access) && load();
+    m_contents = {};
+    m_database.reset();
+    m_database = open(m_file, access, m_error, m_code);
+    if (!m_database) return false;
+    if (load()) return true;
+    m_code = sqlite3_errcode(m_database.get());
+    m_error = sqlite3_errmsg(m_database.get());
+    m_database.reset();
+    return false;
 }
 
-bool SqliteUserDefaults::open(const Access& access) {
-    m_database.reset();
-    sqlite3* database = nullptr;
-    const int result = sqlite3_open_v2((uriOf(m_file) + access.parameters).c_str(), &database,
-                                       access.flags | SQLITE_OPEN_URI, nullptr);
-    m_database.reset(database);
-    if (result != SQLITE_OK) return false;
-    sqlite3_busy_timeout(database, busyMilliseconds);
-    return run(database, access.statements);
+SqliteUserDefaults::Database SqliteUserDefaults::open(const std::filesystem::path& file, const Access& access,
+                                                      std::string& error, int& code) {
+    sqlite3* made = nullptr;
+    code = sqlite3_open_v2((uriOf(file) + access.parameters).c_str(), &made, access.flags | SQLITE_OPEN_URI,
+                           nullptr);
+    Database database{made};
+    if (database) sqlite3_busy_timeout(database.get(), busyMilliseconds);
+    if (code == SQLITE_OK && run(database.get(), access.statements)) return database;
+    code = database ? sqlite3_errcode(database.get()) : SQLITE_NOMEM;
+    error = database ? sqlite3_errmsg(database.get()) : "out of memory";
+    return nullptr;
 }
 
-void SqliteUserDefaults::setAside() {
+bool SqliteUserDefaults::rescue(bool whole) {
     m_database.reset();
-    std::error_code error;
-    std::filesystem::path aside;
-    for (int number = 1; number < 1000; ++number) {
-        aside = m_file.string() + ".damaged-" + std::to_string(number);
-        if (!std::filesystem::exists(aside, error)) break;
+    const auto rows = rowsOfDamagedStore(m_file);
+    const auto fresh = withSuffix(m_file, ".new");
+    const auto aside = freeNameBeside(m_file);
+    std::error_code ignored;
+    std::filesystem::remove(fresh, ignored);
+    std::string error;
+    int code = 0;
+    auto database = open(fresh, {readAndWrite, "", ""}, error, code);
+    const bool made = database && writeAll(database.get(), rows, whole);
+    database.reset();
+    if (made && exchangeFiles(m_file, fresh, aside)) {
+        logLine("the store of choices was damaged: " + m_error + "; " + std::to_string(rows.size()) +
+                " entries came over into a new one, and the old one is kept as " + aside.string());
+        return read({readAndWrite, "", openStatements});
     }
-    std::filesystem::rename(m_file, aside, error);
-    if (error) return;  // it stays, with its log, and that it can't be read is said
-    logLine("the store of choices could not be read; it is kept as " + aside.string());
-    for (const auto* suffix : {"-wal", "-shm"})
-        std::filesystem::remove(m_file.string() + suffix, error);
+    std::filesystem::remove(fresh, ignored);  // the damaged one stays, and what it tells is known
+    for (const auto& row : rows) {
+        if (auto value = valueOf(row.kind, row.content, error))
+            m_contents.entries.insert_or_assign(row.key, std::move(*value));
+    }
+    return false;
 }
 
-void SqliteUserDefaults::setAside(const std::string& key, const std::string& why) {
+void SqliteUserDefaults::setAside(const std::string& key, const std::string& why, const Value* rest,
+                                  Contents& fresh) const {
     const auto statement = prepare(m_database.get(), moveStatement);
     std::string aside;
     bool moved = false;
     for (int number = 1; statement && !moved && number < 1000; ++number) {
         aside = keyOfUnreadable(key, number);
         sqlite3_reset(statement.get());
-        moved = bindKey(statement.get(), 1, aside) && bindKey(statement.get(), 2, key) &&
+        moved = bindBytes(statement.get(), 1, aside) && bindBytes(statement.get(), 2, key) &&
                 sqlite3_step(statement.get()) == SQLITE_DONE;
     }
-    std::string line = "the stored entry \"";
+    fresh.unreadable.insert(moved ? aside : keyOfUnreadable(key, 1));
+    if (const auto row = rest && moved ? rowOf(key, *rest) : std::nullopt)
+        static_cast<void>(write(m_database.get(), *row));
+    std::string line = rest ? "a part of the stored entry \"" : "the stored entry \"";
     line.append(key).append("\" can't be read");
-    if (moved) line.append(" and is kept as \"").append(aside).append("\"");
+    if (moved) line.append(rest ? ", all of it" : "").append(" and is kept as \"").append(aside).append("\"");
     logLine(line.append(": ").append(why));
 }
 
-bool SqliteUserDefaults::load() {
-    auto statement = prepare(m_database.get(), readStatement);
+bool SqliteUserDefaults::load() const {
+    auto* const database = m_database.get();
+    Contents fresh;
+    fresh.version = numberFrom(database, "PRAGMA data_version");  // first, so that no commit is missed
+    fresh.whole = numberFrom(database, lossStatement) == 0;
+    auto statement = prepare(database, readStatement);
     if (!statement) return false;
     std::vector<std::pair<std::string, std::string>> unreadable;  // keys, and why
     int step = SQLITE_DONE;
@@ -190,81 +285,141 @@ bool SqliteUserDefaults::load() {
         auto key = column(statement.get(), 0);
         std::string error;
         auto value = valueOf(column(statement.get(), 1), column(statement.get(), 2), error);
-        if (value) {
-            m_entries.insert_or_assign(std::move(key), std::move(*value));
-        } else if (!isKeyOfUnreadable(key)) {
-            unreadable.emplace_back(std::move(key), std::move(error));
+        const bool standsAside = !originOfUnreadable(key).empty();
+        if (!error.empty() && standsAside) {
+            fresh.unreadable.insert(key);
+        } else {
+            if (!error.empty()) unreadable.emplace_back(key, std::move(error));
+            if (value) fresh.entries.insert_or_assign(std::move(key), std::move(*value));
         }
     }
     statement.reset();
-    for (const auto& [key, why] : unreadable)
-        setAside(key, why);
-    return step == SQLITE_DONE;
+    if (step != SQLITE_DONE) return false;
+    for (const auto& [key, why] : unreadable) {
+        const auto rest = fresh.entries.find(key);
+        setAside(key, why, rest == fresh.entries.end() ? nullptr : &rest->second, fresh);
+    }
+    for (const auto& key : m_changed) {
+        fresh.entries.erase(key);
+        const auto own = m_contents.entries.find(key);
+        if (own != m_contents.entries.end()) fresh.entries.insert(*own);
+    }
+    m_contents = std::move(fresh);
+    return true;
+}
+
+void SqliteUserDefaults::follow() const {
+    if (!m_database) return;
+    const auto version = numberFrom(m_database.get(), "PRAGMA data_version");
+    // What can't be read now stays as it was known.
+    if (version && version != m_contents.version && !load()) m_contents.version = version;
 }
 
 Value SqliteUserDefaults::objectForKey(std::string_view key) const {
     const std::scoped_lock lock{m_mutex};
-    const auto found = m_entries.find(key);
-    return found == m_entries.end() ? Value{} : found->second;
+    follow();
+    const auto found = m_contents.entries.find(key);
+    return found == m_contents.entries.end() ? Value{} : found->second;
 }
 
 void SqliteUserDefaults::setObjectForKey(Value object, std::string_view key) {
     const std::scoped_lock lock{m_mutex};
-    m_entries.insert_or_assign(std::string{key}, std::move(object));
+    m_contents.entries.insert_or_assign(std::string{key}, std::move(object));
     m_changed.emplace(key);
 }
 
 void SqliteUserDefaults::removeObjectForKey(std::string_view key) {
     const std::scoped_lock lock{m_mutex};
-    const auto found = m_entries.find(key);
-    if (found != m_entries.end()) m_entries.erase(found);
+    const auto found = m_contents.entries.find(key);
+    if (found != m_contents.entries.end()) m_contents.entries.erase(found);
     m_changed.emplace(key);
 }
 
-bool SqliteUserDefaults::write(const std::string& key, const Value* value) {
-    const auto statement = prepare(m_database.get(), value ? setStatement : removeStatement);
-    if (!statement || !bindKey(statement.get(), 1, key)) return false;
-    if (value) {
-        const auto archived = value->text() ? std::nullopt : archivedText(*value);
-        const auto* content = value->text() ? value->text() : archived ? &*archived : nullptr;
-        if (!content) {
-            logLine("the entry \"" + key + "\" nests too deep to be kept");
-            return true;
+void SqliteUserDefaults::beginAnewWhereMoved() {
+    int moved = 0;
+    sqlite3_file_control(m_database.get(), "main", SQLITE_FCNTL_HAS_MOVED, &moved);
+    if (moved == 0) return;
+    logLine("the store of choices was taken away; " + m_file.string() + " is made anew");
+    std::error_code error;
+    const bool another = std::filesystem::exists(m_file, error);
+    m_database.reset();
+    std::filesystem::create_directories(m_file.parent_path(), error);
+    m_database = open(m_file, {readAndWrite, "", openStatements}, m_error, m_code);
+    if (!m_database) return;
+    m_contents.version.reset();
+    if (another) return;  // what another has put there stays, but for what has been set here
+    for (const auto& [key, value] : m_contents.entries)
+        m_changed.insert(key);
+    if (!m_contents.whole) run(m_database.get(), keepLossStatement);
+}
+
+bool SqliteUserDefaults::commit() {
+    auto* const database = m_database.get();
+    std::set<std::string, std::less<>> left;
+    bool kept = run(database, "BEGIN IMMEDIATE");
+    for (auto key = m_changed.begin(); kept && key != m_changed.end(); ++key) {
+        const auto entry = m_contents.entries.find(*key);
+        if (entry == m_contents.entries.end()) {
+            kept = remove(database, *key);
+        } else if (const auto row = rowOf(*key, entry->second)) {
+            kept = write(database, *row);
+        } else {
+            left.insert(*key);
         }
-        sqlite3_bind_text(statement.get(), 2, value->text() ? textKind : archiveKind, -1, SQLITE_STATIC);
-        sqlite3_bind_blob64(statement.get(), 3, content->empty() ? "" : content->data(), content->size(),
-                            SQLITE_TRANSIENT);
     }
-    return sqlite3_step(statement.get()) == SQLITE_DONE;
+    kept = kept && run(database, "COMMIT");
+    if (kept) {
+        m_changed = std::move(left);
+        if (!m_changed.empty()) m_error = "the entry \"" + *m_changed.begin() + "\" nests too deep";
+        m_code = SQLITE_OK;
+    } else {
+        m_code = sqlite3_errcode(database);
+        m_error = sqlite3_errmsg(database);
+        run(database, "ROLLBACK");
+    }
+    return m_changed.empty();
 }
 
 bool SqliteUserDefaults::synchronize() {
     const std::scoped_lock lock{m_mutex};
     if (m_changed.empty()) return true;
     if (!m_database) return false;
-    auto* const database = m_database.get();
-    bool kept = run(database, "BEGIN IMMEDIATE");
-    for (auto change = m_changed.begin(); kept && change != m_changed.end(); ++change) {
-        const auto entry = m_entries.find(*change);
-        kept = write(*change, entry == m_entries.end() ? nullptr : &entry->second);
+    beginAnewWhereMoved();
+    bool kept = m_database && commit();
+    if (!kept && m_database && (m_code == SQLITE_CORRUPT || m_code == SQLITE_NOTADB)) {
+        // Damaged where it has not been read: all that it held is known here, and goes into a new one.
+        const auto all = m_contents;
+        const bool made = rescue(all.whole);
+        for (const auto& [key, value] : all.entries)
+            m_changed.insert(key);
+        const auto unreadable = m_contents.unreadable;
+        m_contents = all;
+        m_contents.unreadable.insert(unreadable.begin(), unreadable.end());
+        kept = made && commit();
     }
-    kept = kept && run(database, "COMMIT");
-    if (kept) {
-        m_changed.clear();
-    } else {
-        if (!m_failing) logLine("choices could not be kept: " + std::string{sqlite3_errmsg(database)});
-        run(database, "ROLLBACK");
-    }
+    if (!kept && !m_failing) logLine("choices could not be kept: " + m_error);
     m_failing = !kept;
     return kept;
 }
 
 std::vector<std::string> SqliteUserDefaults::keys() const {
     const std::scoped_lock lock{m_mutex};
-    std::vector<std::string> result;
-    for (const auto& [key, value] : m_entries)
+    follow();
+    std::vector<std::string> result{m_contents.unreadable.begin(), m_contents.unreadable.end()};
+    for (const auto& [key, value] : m_contents.entries)
         result.push_back(key);
+    std::sort(result.begin(), result.end());
     return result;
+}
+
+bool SqliteUserDefaults::isWhole() const {
+    const std::scoped_lock lock{m_mutex};
+    return m_contents.whole;
+}
+
+bool SqliteUserDefaults::isKept() const {
+    const std::scoped_lock lock{m_mutex};
+    return m_database && !m_failing;
 }
 
 }  // namespace torv

@@ -4,10 +4,14 @@
 #include <map>
 #include <memory>
 #include <mutex>
+#include <optional>
 #include <set>
+#include <span>
 #include <string>
+#include <vector>
 
 #include "platform/UserDefaults.h"
+#include "platform/real/SqliteSalvage.h"
 
 struct sqlite3;
 
@@ -16,10 +20,13 @@ namespace torv {
 /// User defaults in one SQLite file with a write-ahead log: a commit per `synchronize`, on disk when it
 /// returns.
 ///
-/// Entries are read once, at the start, and answered from memory. A file that is no database is set aside
-/// under another name and a new one begun; an entry that can't be read is set aside under another key. Where
-/// the file can't be written, what it holds is read all the same, changes live in memory only, and one line
-/// in the log says so. Any thread, one call at a time.
+/// Entries are answered from memory, which follows what another program commits to the same file; a commit
+/// writes the keys that this one has set and no other. An entry that can't be read is set aside under another
+/// key, with what can be read of it in its place. A damaged file is kept under another name, and a new one
+/// begun with the entries that can still be read; that others were lost is kept in the new one. A file that
+/// is taken away while the program runs is made anew. Where the file can't be written, what it holds is read
+/// all the same, changes live in memory only, and one line in the log says so. Any thread, one call at a
+/// time.
 class SqliteUserDefaults final : public UserDefaults {
 public:
     explicit SqliteUserDefaults(std::filesystem::path file);
@@ -31,28 +38,42 @@ public:
     void removeObjectForKey(std::string_view key) override;
     bool synchronize() override;
     [[nodiscard]] std::vector<std::string> keys() const override;
+    [[nodiscard]] bool isWhole() const override;
+    [[nodiscard]] bool isKept() const override;
 
 private:
     struct Close {
         void operator()(sqlite3* database) const;
     };
-
+    using Database = std::unique_ptr<sqlite3, Close>;
     struct Access;
+    /// The store as it was last read, with what has been set since.
+    struct Contents {
+        std::map<std::string, Value, std::less<>> entries;
+        std::set<std::string, std::less<>> unreadable;  ///< keys of entries that stand aside
+        bool whole = false;                             ///< nothing of it was ever lost
+        std::optional<int> version;                     ///< moves with the commits of others
+    };
 
+    [[nodiscard]] static Database open(const std::filesystem::path& file, const Access& access,
+                                       std::string& error, int& code);
     [[nodiscard]] bool read(const Access& access);
-    [[nodiscard]] bool open(const Access& access);
-    [[nodiscard]] bool load();
-    void setAside();
-    void setAside(const std::string& key, const std::string& why);
-    [[nodiscard]] bool write(const std::string& key, const Value* value);
+    [[nodiscard]] bool load() const;
+    void follow() const;
+    void setAside(const std::string& key, const std::string& why, const Value* rest, Contents& fresh) const;
+    [[nodiscard]] bool rescue(bool whole);
+    void beginAnewWhereMoved();
+    [[nodiscard]] bool commit();
 
     const std::filesystem::path m_file;
-    std::unique_ptr<sqlite3, Close> m_database;  // null: in memory only
-    bool m_failing = false;                      // the last commit could not be kept, which has been said
+    Database m_database;  // null: in memory only
+    std::string m_error;  // of the last access that failed
+    int m_code = 0;
+    bool m_failing = false;  // the last commit could not be kept, which has been said
 
     mutable std::mutex m_mutex;
-    std::map<std::string, Value, std::less<>> m_entries;
-    std::set<std::string, std::less<>> m_changed;  // keys, since the last commit
+    mutable Contents m_contents;                   // mutable: reading follows the file
+    std::set<std::string, std::less<>> m_changed;  // keys that are not on disk yet
 };
 
 }  // namespace torv
