@@ -20,12 +20,13 @@ void ConnectReplay::run() {
             SettingsReplay::activateDefaultProfile();
             Platform::current().userDefaults().synchronize();
         }
-    } while (m_state != State::running);
-    m_state = State::idle;
+    } while (m_state == State::startingOver || m_state == State::cancelled);
+    if (m_state == State::running) m_state = State::idle;
     Platform::current().notificationCenter().postNotificationName(customTuningSettingsUpdated);
 }
 
 void ConnectReplay::runPass() {
+    const auto pass = m_application->beginPass();
     logLine("getsran");
     TuningOverlay overlay{[this] { cancel(); }};
     m_showProgress(overlay.hud());
@@ -36,7 +37,7 @@ void ConnectReplay::runPass() {
 }
 
 void ConnectReplay::cancel() {
-    if (m_state != State::idle) m_state = State::cancelled;
+    if (m_state == State::running || m_state == State::startingOver) m_state = State::cancelled;
 }
 
 }  // namespace torv

@@ -17,6 +17,7 @@ namespace torv {
 ///   StartingOver  `run` while Running             Running, from the start
 ///   Cancelled     Cancel on the overlay           the default profile is active for good; Running, from the
 ///   start
+///   Ended         `end`, when the screen is left  stays, and never runs again
 ///
 /// A connect that comes while the last one is still being replayed has the replay start over, and not another
 /// one inside it. "customTuningSettingsUpdated" is posted once, at the very end.
@@ -30,9 +31,10 @@ public:
 
     void run();
     void cancel();
+    void end() { m_state = State::ended; }
 
 private:
-    enum class State { idle, running, startingOver, cancelled };
+    enum class State { idle, running, startingOver, cancelled, ended };
 
     void runPass();
 

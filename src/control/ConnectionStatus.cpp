@@ -1,5 +1,6 @@
 #include "control/ConnectionStatus.h"
 
+#include <algorithm>
 #include <chrono>
 #include <utility>
 
@@ -9,6 +10,7 @@ namespace torv {
 namespace {
 
 constexpr std::chrono::milliseconds lookInterval{500};
+constexpr int looksUntilAdvice = 20;  // ten seconds
 
 }  // namespace
 
@@ -25,9 +27,19 @@ QString ConnectionStatus::text() const {
     return m_wasConnected ? QStringLiteral("Connection lost") : QStringLiteral("Looking for the module");
 }
 
+QString ConnectionStatus::hint() const {
+    if (m_connected || !m_looked) return {};
+    if (m_looksInVain >= looksUntilAdvice)
+        return QStringLiteral("Is the ignition on, and this device in the module's Wi-Fi?");
+    const auto& module = m_feeder->driver().endpoint();
+    return QStringLiteral("at %1, port %2").arg(QString::fromStdString(module.host)).arg(module.port);
+}
+
 void ConnectionStatus::look() {
     const bool connected = m_feeder->driver().connected();
-    if (std::exchange(m_looked, true) && connected == m_connected) return;
+    m_looksInVain = connected ? 0 : std::min(m_looksInVain + 1, looksUntilAdvice + 1);
+    const bool advice = m_looksInVain == looksUntilAdvice;
+    if (std::exchange(m_looked, true) && connected == m_connected && !advice) return;
     m_connected = connected;
     m_wasConnected = m_wasConnected || connected;
     emit changed();

@@ -20,6 +20,7 @@ public:
     [[nodiscard]] bool connected() const override { return m_connected; }
     [[nodiscard]] bool missing() const override { return m_looked && !m_connected; }
     [[nodiscard]] QString text() const override;
+    [[nodiscard]] QString hint() const override;
 
 private:
     void look();
@@ -29,6 +30,7 @@ private:
     bool m_looked = false;
     bool m_connected = false;
     bool m_wasConnected = false;
+    int m_looksInVain = 0;  // in a row
 };
 
 }  // namespace torv

@@ -147,6 +147,12 @@ void iTorvAppDelegate::alertViewClickedButtonAtIndex() {
     m_disconnectedWarning = nullptr;
 }
 
+std::shared_ptr<void> iTorvAppDelegate::beginPass() {
+    auto pass = m_pass.lock();
+    if (!pass) m_pass = pass = std::make_shared<char>();
+    return pass;
+}
+
 void iTorvAppDelegate::addDelegate(iTorvAppDelegateDelegate* observer) {
     if (observer) m_delegates.push_back(observer);
 }

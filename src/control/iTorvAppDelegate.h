@@ -56,6 +56,9 @@ public:
     /// Set by each connect, cleared by a reported failure alone: a lost session is told to nobody.
     [[nodiscard]] bool connected() const { return m_connected; }
     [[nodiscard]] const std::shared_ptr<iTorvFeeder>& feeder() const { return m_feeder; }
+    /// A pass over the link is under way for as long as somebody holds this.
+    [[nodiscard]] std::shared_ptr<void> beginPass();
+    [[nodiscard]] bool isPassUnderWay() const { return !m_pass.expired(); }
     /// Dims what is shown and too old.
     [[nodiscard]] ValueAger& ager() { return *m_ager; }
     [[nodiscard]] const Vehicle& currentVehicle() const { return m_currentVehicle; }
@@ -91,6 +94,7 @@ private:
     bool m_connected = false;
     std::shared_ptr<iTorvFeeder> m_feeder;
     std::unique_ptr<ValueAger> m_ager;
+    std::weak_ptr<void> m_pass;
     std::optional<DataLog> m_dataLoggingDict;
     Vehicle m_currentVehicle;
     std::optional<ProfileDictionary> m_settingValues;

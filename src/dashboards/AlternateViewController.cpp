@@ -5,7 +5,7 @@
 namespace torv {
 
 void AlternateViewController::goToLast() {
-    if (progress()) return;
+    if (isHeld()) return;
     presentModalViewControllerAnimated(std::make_shared<LastViewController>(application(), screens()), true);
 }
 

@@ -1,6 +1,7 @@
 // What the look asks of a page, and what it tells it.
 #include <QFont>
 #include <QFontMetricsF>
+#include <algorithm>
 #include <cmath>
 #include <utility>
 
@@ -12,7 +13,8 @@ namespace {
 
 constexpr double exactWidth = 568;  // has a background of its own
 constexpr double toastMargin = 10;
-constexpr double wheelStep = 120;  // eighths of a degree: one notch of a wheel
+constexpr qsizetype longestToast = 30;  // a name that is longer would cover the places
+constexpr double wheelStep = 120;       // eighths of a degree: one notch of a wheel
 
 struct PowerButton {
     const char* name;
@@ -93,22 +95,35 @@ QRectF DashboardViewController::powerIncreaseFrame() const {
 }
 
 void DashboardViewController::buildToastLabelViewFontSize(const QString& text, int fontSize) {
+    m_toast = text.size() > longestToast ? text.left(longestToast - 1) + QChar{0x2026} : text;
     QFont font;
     font.setPixelSize(fontSize);
     constexpr double unbounded = 1e6;
     const auto size =
         QFontMetricsF{font}
-            .boundingRect({0, 0, screenWidth(), unbounded}, Qt::TextWrapAnywhere | Qt::TextWordWrap, text)
+            .boundingRect({0, 0, screenWidth(), unbounded}, Qt::TextWrapAnywhere | Qt::TextWordWrap, m_toast)
             .size();
     const QSizeF label{std::ceil(size.width()) + 4 * toastMargin, std::ceil(size.height()) + 2 * toastMargin};
-    m_toast = text;
     m_toastFrame = {{std::floor(screenWidth() * 0.5) - label.width() / 2, m_traits.toastTop}, label};
     emit toastChanged();
 }
 
 void DashboardViewController::sendvalues() {
     const auto kept = shared_from_this();  // it may be left meanwhile
+    lookAtStore();
     m_replay.run();
+}
+
+void DashboardViewController::lookAtStore() {
+    const auto trouble = QString::fromStdString(m_application->storeTrouble().value_or(std::string{}));
+    if (std::exchange(m_notice, trouble) != trouble) emit noticeChanged();
+}
+
+QString DashboardViewController::advice() const {
+    if (m_indicatorViews.empty()) return QStringLiteral("This vehicle's profile lists no sensors");
+    const bool empty = std::none_of(m_droppableViews.begin(), m_droppableViews.end(),
+                                    [](const auto& place) { return place->gauge() != nullptr; });
+    return empty ? QStringLiteral("Hold a sensor in the strip and drag it here") : QString{};
 }
 
 void DashboardViewController::touch(Touching what, int finger, double x, double y) {
@@ -151,7 +166,9 @@ void DashboardViewController::touchKey(int key) {
         if (page.m_pageView->scrollView().dragging()) return;
         const auto kept = page.shared_from_this();
         if (key == Qt::Key_Left) return page.rightSwipe();
-        if (page.progress()) return;
+        if (key == Qt::Key_Escape)
+            return page.pageView().expanded() ? page.hideControls() : page.rightSwipe();
+        if (page.isHeld()) return;
         switch (key) {
             case Qt::Key_Right:
                 return page.leftSwipe();

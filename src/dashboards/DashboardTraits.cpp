@@ -93,20 +93,20 @@ constexpr Place largeTile(double x, double y) {
 }
 // The bottom row, the top row, the middle row: stored placements go by this order.
 constexpr std::array<Place, 9> thirdPlaces{{
-    largeTile(80, 190),
-    largeTile(199, 190),
-    largeTile(318, 190),
-    largeTile(80, 10),
-    largeTile(199, 10),
-    largeTile(318, 10),
-    largeTile(80, 100),
-    largeTile(199, 100),
-    largeTile(318, 100),
+    largeTile(64, 190),
+    largeTile(183, 190),
+    largeTile(302, 190),
+    largeTile(64, 10),
+    largeTile(183, 10),
+    largeTile(302, 10),
+    largeTile(64, 100),
+    largeTile(183, 100),
+    largeTile(302, 100),
 }};
 constexpr std::array<Backdrop, 3> thirdBackdrops{{
-    {.image = "horizontalrow.png", .frame = {75, 5, 362, 90}, .layer = backdrop},
-    {.image = "horizontalrow.png", .frame = {75, 95, 362, 90}, .layer = backdrop},
-    {.image = "horizontalrow.png", .frame = {75, 185, 362, 90}, .layer = backdrop},
+    {.image = "horizontalrow.png", .frame = {59, 5, 362, 90}, .layer = backdrop},
+    {.image = "horizontalrow.png", .frame = {59, 95, 362, 90}, .layer = backdrop},
+    {.image = "horizontalrow.png", .frame = {59, 185, 362, 90}, .layer = backdrop},
 }};
 constexpr std::array<int, 9> thirdOrder{0, 1, 2, 3, 4, 5, 6, 7, 8};
 

@@ -70,6 +70,7 @@ void DashboardViewController::viewDidLoad() {
     m_connected =
         Platform::current().notificationCenter().addObserver(sendNotification, [this] { sendvalues(); });
     m_application->addDelegate(this);
+    lookAtStore();
 }
 
 void DashboardViewController::viewWillDisappear() {
@@ -119,6 +120,7 @@ void DashboardViewController::loadIndicatorViews() {
     for (const auto& [aid, indicator] : m_indicatorViews)
         items.push_back(indicator);
     m_pageView->setViewItems(std::move(items));
+    emit adviceChanged();
 }
 
 std::shared_ptr<IndicatorView> DashboardViewController::indicatorView(AID aid) const {
@@ -217,6 +219,7 @@ void DashboardViewController::droppableViewDidRetainDraggingView(DroppableView& 
     gauge->setPriority(1);
     place.setState(DroppableView::normal);
     place.setGauge(gauge);
+    emit adviceChanged();
     place.setAlpha(filled);
     read(gauge, attribute);
     m_application->ager().watch(gauge);
@@ -239,6 +242,7 @@ void DashboardViewController::droppableViewDidReleaseDroppedView(DroppableView& 
         gauge->setActive(false);
         gauge->setPriority(0);
         place.setGauge(nullptr);
+        emit adviceChanged();
     }
     PlacementStore::remove(placementKey(gauge ? gauge->style() : 0, place));
 }
@@ -399,6 +403,10 @@ void DashboardViewController::incrementPowerBy(std::int64_t delta) {
     if (aid == 0 || m_steppingPower) return;
     const auto level = m_feeder->valueForAID(aid).bytes()[0];
     if (delta < 0 && level == 0) return;
+    if (m_application->isPassUnderWay())  // an exchange inside another one would upset both
+        return showAlert(std::make_shared<AlertView>(
+            "One moment", "Settings are on their way to the module. Try again when that has ended.",
+            QStringList{"OK"}));
     const std::array<std::uint8_t, 1> next{static_cast<std::uint8_t>(level + delta)};
     const QScopedValueRollback stepping{m_steppingPower, true};
     m_feeder->setValueForAID(next, aid);
@@ -407,6 +415,8 @@ void DashboardViewController::incrementPowerBy(std::int64_t delta) {
 void DashboardViewController::goBackOnePage() {
     if (!presentingViewController() || !takesTouches()) return;
     m_left = true;
+    m_replay.end();
+    m_connected = {};
     for (const auto& [aid, indicator] : m_indicatorViews)
         indicator->setDelegate(nullptr);
     m_application->removeDelegate(this);

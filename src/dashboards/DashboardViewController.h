@@ -58,6 +58,9 @@ class DashboardViewController : public torv::ViewController,
     Q_PROPERTY(QString toast READ toast NOTIFY toastChanged)
     Q_PROPERTY(QRectF toastFrame READ toastFrame NOTIFY toastChanged)
     Q_PROPERTY(QString pressedButton READ pressedButton NOTIFY pressedChanged)
+    Q_PROPERTY(QString advice READ advice NOTIFY adviceChanged)
+    Q_PROPERTY(QString notice READ notice NOTIFY noticeChanged)
+    Q_PROPERTY(int number READ number CONSTANT)
 
 public:
     ~DashboardViewController() override;
@@ -130,6 +133,9 @@ public:
     /// Where the placement of this place is stored.
     [[nodiscard]] std::string placementKey(std::int32_t style, const DroppableView& place) const;
 
+    /// Under an overlay there are only swipes, until it has gone into the background.
+    [[nodiscard]] bool isHeld() const { return progress() && !progress()->inBackground(); }
+
     /// Left edge of the stage.
     [[nodiscard]] double stageLeft() const { return (viewWidth() - stageWidth) * 0.5; }
     [[nodiscard]] QRectF gearFrame() const { return {10, 10, 44, 44}; }
@@ -149,6 +155,12 @@ public:
     [[nodiscard]] DraggableIndicatorView* touchingViewObject() const {
         return qobject_cast<DraggableIndicatorView*>(m_touchingView.get());
     }
+    /// How an empty page is filled, or why it can't be; empty once something stands there.
+    [[nodiscard]] QString advice() const;
+    /// What is wrong with the store of the user's choices; empty when all is well.
+    [[nodiscard]] QString notice() const { return m_notice; }
+    /// 1 to 3.
+    [[nodiscard]] int number() const { return m_traits.number; }
     [[nodiscard]] QString toast() const { return m_toast; }
     [[nodiscard]] QRectF toastFrame() const { return m_toastFrame; }
     [[nodiscard]] QString pressedButton() const { return m_touches.pressedButton(); }
@@ -166,6 +178,8 @@ signals:
     void touchingViewChanged();
     void toastChanged();
     void pressedChanged();
+    void adviceChanged();
+    void noticeChanged();
 
 protected:
     DashboardViewController(const DashboardTraits& traits, std::shared_ptr<iTorvAppDelegate> application,
@@ -193,6 +207,7 @@ private:
     void setTouchingView(std::shared_ptr<CarriedView> view);
     void buildToastLabelViewFontSize(const QString& text, int fontSize);
     void readButtonSizes();
+    void lookAtStore();
 
     const DashboardTraits& m_traits;
     const PlacementStore m_placements;
@@ -208,6 +223,7 @@ private:
     Vehicle m_currentVehicle;
     std::shared_ptr<CarriedView> m_touchingView;
     std::string m_aidName;
+    QString m_notice;
     QString m_toast;
     QRectF m_toastFrame;
     bool m_steppingPower = false;

@@ -11,7 +11,9 @@ namespace {
 constexpr QSizeF clearButtonSize{44, 44};
 constexpr std::int32_t mainPosition = 0;
 constexpr std::int32_t rightPosition = 2;
+constexpr std::int32_t digitalPosition = 3;
 constexpr double fromFarEdge = 60;
+constexpr double overTheEdge = 29;  // the sign stands on the corner, and no name under it
 
 struct PositionRow {
     const char* normal;
@@ -22,7 +24,7 @@ const std::array<PositionRow, 4> positions{{
     {"BG_CENTER.png", "BG_CENTER_GLOW.png", {}},
     {"BG_LEFT-GAUGES.png", "BG_LEFT-GAUGES_GLOW.png", {18, 10}},
     {"BG_RIGHT-GAUGES.png", "BG_RIGHT-GAUGES_GLOW.png", {0, 10}},
-    {"digibg.png", "BG_RIGHT-GAUGES_GLOW.png", {-15, -15}},
+    {"digibg.png", "digibg_GLOW.png", {}},
 }};
 
 const PositionRow& rowOf(std::int32_t position) {
@@ -79,6 +81,8 @@ bool DroppableView::clearButtonShown() const {
 QRectF DroppableView::clearButtonFrame() const {
     auto corner = rowOf(m_position).clearButton;
     if (m_position == rightPosition) corner.setX(frame().height() - fromFarEdge);
+    if (m_position == digitalPosition)
+        corner = {frame().width() - overTheEdge, overTheEdge - clearButtonSize.height()};
     return {corner, clearButtonSize};
 }
 

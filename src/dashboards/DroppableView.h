@@ -31,7 +31,7 @@ public:
 ///   0         main     none: the main place can't be emptied
 ///   1         left     18, 10
 ///   2         right    60 from the far edge of a square, 10
-///   3         digital  -15, -15
+///   3         digital  on the right upper corner, so that it covers no name
 class DroppableView final : public torv::View {
     Q_OBJECT
     QML_ELEMENT

@@ -18,7 +18,7 @@ public:
     void rightSwipe() override { goTofirst(); }
     /// Back one page, and not to the first.
     void goTofirst() {
-        if (!progress()) goBackOnePage();
+        if (!isHeld()) goBackOnePage();
     }
 };
 

@@ -14,13 +14,21 @@ namespace {
 constexpr double swipeDistance = 40;
 constexpr double swipeSlant = 1.5;  // so much further along than across
 constexpr std::chrono::milliseconds swipeTime{800};
-constexpr double scrollBegin = 6;
+constexpr double jitter = 8;  // a finger that is held still moves as far as that
+constexpr std::chrono::milliseconds flickTime{300};
 constexpr double pageTurn = 0.2;  // of the strip's width
+/// On the tab, above the dots, and reaching out of it, for fingers are larger. In the picker's coordinates.
+constexpr QRectF handle{196, -34, 88, 44};
 
 }  // namespace
 
 bool PageTouches::pickerTouchAt(QPointF point, Touch& touch) const {
     auto& picker = m_page.pageView();
+    if (handle.translated(picker.frame().topLeft()).contains(point)) {
+        touch.target = Target::handle;
+        touch.frame = handle.translated(picker.frame().topLeft());
+        return true;
+    }
     if (!picker.frame().contains(point)) return false;
     const auto inside = point - picker.frame().topLeft();
     struct Part {
@@ -47,7 +55,7 @@ PageTouches::Touch PageTouches::touchAt(QPointF point) const {
     touch.start = touch.previous = point;
     touch.begin = Platform::current().runLoop().now();
     touch.offset = m_page.pageView().scrollView().contentOffset();
-    if (m_page.progress()) return touch;  // under an overlay there are only swipes
+    if (m_page.isHeld()) return touch;  // under an overlay there are only swipes
     if (m_page.pickerInFront() && pickerTouchAt(point, touch)) return touch;
     struct Button {
         Target target;
@@ -115,7 +123,7 @@ void PageTouches::scroll(Touch& touch, QPointF point) {
     auto& strip = picker.scrollView();
     const double way = point.x() - touch.start.x();
     if (!touch.scrolling) {
-        if (!strip.scrollEnabled() || std::abs(way) < scrollBegin) return;
+        if (!strip.scrollEnabled() || std::abs(way) < jitter) return;
         touch.scrolling = true;
         picker.scrollViewWillBeginDragging();
     }
@@ -124,14 +132,14 @@ void PageTouches::scroll(Touch& touch, QPointF point) {
     picker.scrollViewDidScroll();
 }
 
-/// Comes to rest on a page: the next one when the finger has gone far enough for it.
+/// Comes to rest on a page: the next one when the finger was quick or has gone far enough, and never further.
 void PageTouches::settle(const Touch& touch, QPointF point) {
     auto& picker = m_page.pageView();
     auto& strip = picker.scrollView();
     const double width = strip.frame().width();
     const double way = (touch.start.x() - point.x()) / width;
-    const int turn =
-        std::abs(way) < pageTurn ? 0 : static_cast<int>(std::copysign(std::ceil(std::abs(way)), way));
+    const bool quick = Platform::current().runLoop().now() - touch.begin < flickTime;
+    const int turn = !quick && std::abs(way) < pageTurn ? 0 : way < 0 ? -1 : 1;
     const int lastPage = std::max(picker.pageControl().numberOfPages() - 1, 0);
     const int page = std::clamp(static_cast<int>(std::lround(touch.offset / width)) + turn, 0, lastPage);
     strip.setContentOffset(page * width, true);
@@ -151,6 +159,9 @@ void PageTouches::moved(int finger, QPointF point) {
     if (touch.target == Target::strip) {
         auto& strip = m_page.pageView().scrollView();
         touch.dragged = touch.dragged || strip.hasCopy();
+        const auto way = point - touch.start;
+        touch.moved = touch.moved || std::hypot(way.x(), way.y()) > jitter;
+        if (!touch.moved && !strip.dragging()) return;
         if (!touch.scrolling) strip.touchesMoved(point, touch.previous);
         if (!touch.dragged) scroll(touch, point);
     }
@@ -190,6 +201,8 @@ void PageTouches::act(const Touch& touch) {
             return picker.previousPage();
         case Target::next:
             return picker.nextPage();
+        case Target::handle:
+            return picker.setExpandedAnimate(!picker.expanded(), true);
         case Target::background:
         case Target::dots:
         case Target::strip:

@@ -28,7 +28,18 @@ public:
     [[nodiscard]] QString pressedButton() const;
 
 private:
-    enum class Target { background, gear, powerDecrease, powerIncrease, clear, previous, next, dots, strip };
+    enum class Target {
+        background,
+        gear,
+        powerDecrease,
+        powerIncrease,
+        clear,
+        previous,
+        next,
+        dots,
+        strip,
+        handle
+    };
     struct Touch {
         Target target = Target::background;
         QRectF frame;           // of the target
@@ -38,6 +49,7 @@ private:
         RunLoop::Clock::time_point begin;
         bool swiped = false;
         bool scrolling = false;
+        bool moved = false;    // beyond what a finger that is held still does
         bool dragged = false;  // it has carried a sensor, and scrolls no more
         double offset = 0;     // of the strip at the start
     };

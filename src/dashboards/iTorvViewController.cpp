@@ -18,7 +18,7 @@ void iTorvViewController::viewDidAppear() {
 }
 
 void iTorvViewController::goToAlternate() {
-    if (progress()) return;
+    if (isHeld()) return;
     presentModalViewControllerAnimated(std::make_shared<AlternateViewController>(application(), screens()),
                                        true);
 }

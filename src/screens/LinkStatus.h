@@ -14,12 +14,15 @@ class LinkStatus : public QObject {
     Q_PROPERTY(bool connected READ connected NOTIFY changed)
     Q_PROPERTY(bool missing READ missing NOTIFY changed)
     Q_PROPERTY(QString text READ text NOTIFY changed)
+    Q_PROPERTY(QString hint READ hint NOTIFY changed)
 
 public:
     [[nodiscard]] virtual bool connected() const = 0;
     /// Not connected, and no longer just because the program has only started.
     [[nodiscard]] virtual bool missing() const = 0;
     [[nodiscard]] virtual QString text() const = 0;
+    /// While it is missing: where it is looked for, and after ten seconds what to look at.
+    [[nodiscard]] virtual QString hint() const = 0;
 
 signals:
     void changed();

@@ -4,6 +4,9 @@
 #include <QString>
 #include <QtQmlIntegration>
 #include <functional>
+#include <memory>
+
+#include "platform/Timer.h"
 
 namespace torv {
 
@@ -17,9 +20,12 @@ class ProgressHUD final : public QObject {
     Q_PROPERTY(QString detailsLabelText READ detailsLabelText NOTIFY changed)
     Q_PROPERTY(bool cancellable READ cancellable NOTIFY changed)
     Q_PROPERTY(bool swallowsTouches READ swallowsTouches NOTIFY changed)
+    Q_PROPERTY(bool backgroundOffered READ backgroundOffered NOTIFY backgroundChanged)
+    Q_PROPERTY(bool inBackground READ inBackground NOTIFY backgroundChanged)
 
 public:
     explicit ProgressHUD(std::function<void()> cancel);
+    ~ProgressHUD() override;
 
     [[nodiscard]] QString labelText() const { return m_labelText; }
     [[nodiscard]] QString detailsLabelText() const { return m_detailsLabelText; }
@@ -28,12 +34,17 @@ public:
     /// Whether touches and keys end at the overlay; else the screen below decides on each.
     [[nodiscard]] bool swallowsTouches() const { return m_swallowsTouches; }
     void setSwallowsTouches(bool swallows) { m_swallowsTouches = swallows; }
+    /// After 5 seconds the user may go on with something else: the overlay is then a pill with its texts.
+    [[nodiscard]] bool backgroundOffered() const { return m_backgroundOffered && !m_inBackground; }
+    [[nodiscard]] bool inBackground() const { return m_inBackground; }
     void setTexts(const QString& label, const QString& details);
 
     Q_INVOKABLE void touchCancel();
+    Q_INVOKABLE void touchBackground();
 
 signals:
     void changed();
+    void backgroundChanged();
 
 private:
     QString m_labelText;
@@ -41,6 +52,9 @@ private:
     const std::function<void()> m_cancel;
     bool m_cancelHidden = false;
     bool m_swallowsTouches = true;
+    bool m_backgroundOffered = false;
+    bool m_inBackground = false;
+    std::shared_ptr<Timer> m_offer;
 };
 
 }  // namespace torv

@@ -25,7 +25,12 @@ void Stage::look() {
     while (auto* presented = screen->presentedViewController())
         screen = presented;
     const auto* const stack = qobject_cast<NavigationController*>(screen);
-    auto* const progress = stack ? stack->topViewController()->progress() : screen->progress();
+    auto* progress = stack ? stack->topViewController()->progress() : screen->progress();
+    // What goes on in the background is told on every screen over the one that it belongs to.
+    for (auto* below = screen->presentingViewController(); below && !progress;
+         below = below->presentingViewController()) {
+        if (below->progress() && below->progress()->inBackground()) progress = below->progress();
+    }
     // Listeners may look at any of them, so all are known before the first is told.
     const bool topIsNew = std::exchange(m_top, screen) != screen;
     const bool progressIsNew = std::exchange(m_progress, progress) != progress;

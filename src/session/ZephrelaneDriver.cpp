@@ -86,9 +86,8 @@ std::string ZephrelaneDriver::getIPAddress() const {
 
 void ZephrelaneDriver::openSockets() {
     const bool selfAssigned = getIPAddress().starts_with("169");
-    const auto endpoint =
-        m_options.module.value_or(Endpoint{selfAssigned ? "169.254.1.1" : "1.2.3.4", modulePort});
-    m_stream = m_platform.streams().streamToHost(endpoint);
+    m_endpoint = m_options.module.value_or(Endpoint{selfAssigned ? "169.254.1.1" : "1.2.3.4", modulePort});
+    m_stream = m_platform.streams().streamToHost(m_endpoint);
     if (m_stream) m_stream->setClient([this](ByteStream::Event event) { streamEvent(event); });
     const bool opened = m_stream && m_stream->open();
     if ((!opened || m_chain.reportsFailures()) && m_delegate)

@@ -110,8 +110,8 @@ TEST_F(PageTest, OddProfilesLeaveThePageUsable) {
     open();
     page->pageView().scrollView().touchesBegan(page->indicatorView(9));
     platform.loop.runFor(500ms);
-    EXPECT_EQ(page->toast().size(), 200);
-    EXPECT_LE(page->toastFrame().width(), page->screenWidth() + 40);
+    EXPECT_EQ(page->toast().size(), 30);
+    EXPECT_LE(page->toastFrame().width(), page->screenWidth());
 }
 
 TEST_F(PageTest, OneSensorOnTwoPlacesIsCounted) {

@@ -85,8 +85,8 @@ TEST_F(GroupsTest, ValuesComeHalfASecondLaterInTheLayoutOfTheirUnit) {
         const char* text;
     };
     const std::vector<Row> rows{
-        {"unit text", 101, "DEGF", 0, {0x2C, 1}, "300ºF"},
-        {"raw unit key", 102, "LB/MIN", 0, {5}, "5LB/MIN"},
+        {"unit text", 101, "DEGF", 0, {0x2C, 1}, "300 ºF"},
+        {"raw unit key", 102, "LB/MIN", 0, {5}, "5 LB/MIN"},
         {"seconds", 103, "tSEC", 0, {0x10, 0x0E}, "   1:00:00"},
         {"time", 186, "tSEC", 10, {2, 1, 30, 45}, " 257:30:45"},
         {"minutes", 104, "tMIN", 0, {125}, "   2:05"},
@@ -127,7 +127,7 @@ TEST_F(GroupsTest, CellsAreUsedAgainAndGoWithTheirScreen) {
     EXPECT_EQ(screen->cellAt({0, 0}), before);
     receive(110, {9});
     platform.loop.runFor(500ms);
-    EXPECT_EQ(screen->cellAt({0, 0})->detailText(), "9PSI");
+    EXPECT_EQ(screen->cellAt({0, 0})->detailText(), "9 PSI");
     QPointer<QObject> cell{screen->cellAt({0, 0})};
     screen.reset();
     platform.loop.runFor(1000ms);

@@ -53,7 +53,7 @@ TEST_F(WindowTest, TheGearLeadsToTheMenuAndTheLiveListAndCloseBack) {
     auto* const cell = list->cellAt({0, 0});
     ASSERT_TRUE(app->waitUntil([&] { return itemWithText(app->view()->contentItem(), cell->text()); }));
     ASSERT_TRUE(
-        app->waitUntil([&] { return cell->detailText().endsWith("RPM") && cell->detailText() != "0RPM"; }));
+        app->waitUntil([&] { return cell->detailText().endsWith("RPM") && cell->detailText() != "0 RPM"; }));
     menu->touchBack();
     ASSERT_TRUE(app->waitUntil([&] { return menu->depth() == 1; }));
     menu->topViewController()->leftBarButton()->touch();

@@ -20,7 +20,7 @@ std::string liveListText(const TorvAttribute& attribute, const AVFormatterData& 
         return hoursMinutesSeconds(intValue(data.value));
     }
     if (attribute.unit == "tMIN") return sixtiethsText(intValue(data.value));
-    return data.value + unit;
+    return unit.empty() ? data.value : data.value + " " + unit;
 }
 
 void CustomCell::initWithAttribute(const TorvAttribute& attribute) {

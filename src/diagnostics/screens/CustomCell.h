@@ -30,8 +30,8 @@ private:
     std::string m_unit;
 };
 
-/// What the live list shows for a decoded value: times by the attribute's unit key, all else as value and
-/// unit text with nothing between.
+/// What the live list shows for a decoded value: times by the attribute's unit key, all else as value, a
+/// blank and the unit text.
 [[nodiscard]] std::string liveListText(const TorvAttribute& attribute, const AVFormatterData& data,
                                        const std::string& unit);
 

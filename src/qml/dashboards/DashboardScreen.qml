@@ -12,7 +12,7 @@ Item {
 
     // Pixels for each point of a page 320 high, on which a stage 480 wide has its room.
     readonly property real u: Math.max(Math.min(width / 480, height / 320), 0.1)
-    readonly property list<int> keys: [Qt.Key_Left, Qt.Key_Right, Qt.Key_Down, Qt.Key_Plus, Qt.Key_Minus, Qt.Key_Space]
+    readonly property list<int> keys: [Qt.Key_Escape, Qt.Key_Left, Qt.Key_Right, Qt.Key_Down, Qt.Key_Plus, Qt.Key_Minus, Qt.Key_Space]
 
     focus: true
     Keys.onPressed: event => {
@@ -71,13 +71,16 @@ Item {
         }
 
         // The state of the link, over everything while it is not what it should be.
+        // In the left lower corner, where no dial is; over an open strip.
         OnDemand {
             z: 14
             x: 4 * page.u
-            y: page.screen.pageView.frame.y * page.u + (page.screen.pageView.expanded ? -20 : 14) * page.u
+            y: page.screen.pageView.expanded ? page.screen.pageView.frame.y * page.u - height - 2 * page.u
+                                             : parent.height - height - 4 * page.u
             shown: page.stage.status.missing ? page.stage.status : null
             look: "../dashboards/LinkPill.qml"
-            parameters: status => ({ "status": status, "u": Qt.binding(() => page.u) })
+            parameters: status => ({ "status": status, "u": Qt.binding(() => page.u),
+                                     "room": Qt.binding(() => (page.width / page.u - 480) / 2 + 75) })
         }
 
         OnDemand {
@@ -85,6 +88,46 @@ Item {
             shown: page.screen.touchingView
             look: "../dashboards/CarriedSensor.qml"
             parameters: view => ({ "view": view, "u": page.u })
+        }
+
+        // One line in the strip's style while nothing stands on the page.
+        Words {
+            z: 5
+            anchors.centerIn: parent
+            u: page.u
+            words: page.screen.advice
+        }
+
+        Words {
+            z: 14
+            anchors.horizontalCenter: parent.horizontalCenter
+            y: 4 * page.u
+            u: page.u
+            words: page.screen.notice
+            ink: Theme.alarm
+        }
+
+        // Which of the pages this is.
+        Row {
+            z: 13
+            anchors.right: parent.right
+            anchors.rightMargin: 8 * page.u
+            y: 8 * page.u
+            spacing: 3 * page.u
+            Accessible.role: Accessible.Indicator
+            Accessible.name: "Page " + page.screen.number + " of 3"
+
+            Repeater {
+                model: 3
+
+                Rectangle {
+                    required property int index
+
+                    width: Math.round(9 * page.u)
+                    height: Math.round(2.5 * page.u)
+                    color: index + 1 === page.screen.number ? Theme.accent : "#60808890"
+                }
+            }
         }
 
         OnDemand {

@@ -17,8 +17,9 @@ FocusScope {
 
     Rectangle {
         anchors.fill: parent
+        visible: !overlay.progress.inBackground
         color: "black"
-        opacity: 0.55
+        opacity: overlay.progress.swallowsTouches ? 0.55 : 0.15  // gauges stay bright enough to read
 
         MouseArea {
             anchors.fill: parent
@@ -27,6 +28,7 @@ FocusScope {
     }
 
     Rectangle {
+        visible: !overlay.progress.inBackground
         anchors.centerIn: parent
         width: Math.round(220 * overlay.u)
         height: Math.round(content.implicitHeight + 28 * overlay.u)
@@ -70,6 +72,52 @@ FocusScope {
 
             BarButton {
                 anchors.horizontalCenter: parent.horizontalCenter
+                visible: overlay.progress.cancellable
+                u: overlay.u
+                text: "Cancel"
+                onTouched: overlay.progress.touchCancel()
+            }
+
+            BarButton {
+                anchors.horizontalCenter: parent.horizontalCenter
+                visible: overlay.progress.backgroundOffered
+                u: overlay.u
+                text: "Continue in background"
+                onTouched: overlay.progress.touchBackground()
+            }
+        }
+    }
+
+    // In the background it is a pill with the same words.
+    Rectangle {
+        visible: overlay.progress.inBackground
+        anchors.horizontalCenter: parent.horizontalCenter
+        y: 6 * overlay.u
+        width: pill.width + 16 * overlay.u
+        height: Math.round((overlay.progress.cancellable ? Theme.touch : 30) * overlay.u)
+        radius: height / 2
+        color: Theme.row
+        border.width: Math.max(Math.round(overlay.u), 1)
+        border.color: Theme.line
+
+        Row {
+            id: pill
+
+            anchors.centerIn: parent
+            spacing: 8 * overlay.u
+
+            Spinner {
+                anchors.verticalCenter: parent.verticalCenter
+                u: overlay.u * 0.7
+            }
+            Text {
+                anchors.verticalCenter: parent.verticalCenter
+                textFormat: Text.PlainText
+                text: overlay.progress.labelText + " · " + overlay.progress.detailsLabelText
+                color: Theme.text
+                font.pixelSize: Math.max(Math.round(11 * overlay.u), 1)
+            }
+            BarButton {
                 visible: overlay.progress.cancellable
                 u: overlay.u
                 text: "Cancel"
