@@ -40,6 +40,8 @@ void ConnectionStatus::look() {
     m_looksInVain = connected ? 0 : std::min(m_looksInVain + 1, looksUntilAdvice + 1);
     const bool advice = m_looksInVain == looksUntilAdvice;
     if (std::exchange(m_looked, true) && connected == m_connected && !advice) return;
+    // A screen that nobody touches may go dark only when there is nothing to see.
+    if (connected != m_connected) Platform::current().setIdleTimerDisabled(connected);
     m_connected = connected;
     m_wasConnected = m_wasConnected || connected;
     emit changed();

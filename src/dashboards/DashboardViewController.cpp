@@ -57,7 +57,6 @@ DashboardViewController::~DashboardViewController() {
 }
 
 void DashboardViewController::viewDidLoad() {
-    Platform::current().setIdleTimerDisabled();
     m_pageView = std::make_unique<PageView>(onStage(pickerFrame), *this);
     m_pageView->setNumberOfComponentsPerPage(indicatorsPerPage);
     m_pageView->setExpanded(false);

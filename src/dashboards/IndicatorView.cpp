@@ -59,6 +59,7 @@ bool IndicatorView::isValueAboveWarningMark(double value) const {
 
 void IndicatorView::updateWarningIcons() {
     const bool warning = isValueAboveWarningMark(m_value);
+    if (std::exchange(m_inWarning, warning) != warning) emit warningChanged();
     const auto& icon = warning ? m_warningIconImage : m_iconImage;
     if (m_icon != icon) {
         m_icon = icon;

@@ -40,8 +40,10 @@ class IndicatorView final : public torv::CarriedView,
     QML_UNCREATABLE("made by the logic")
     Q_PROPERTY(QString icon READ icon NOTIFY iconChanged)
     Q_PROPERTY(QRectF iconFrame READ iconFrame CONSTANT)
+    Q_PROPERTY(QString name READ name CONSTANT)
     Q_PROPERTY(torv::DigitalDisplayView* digitalDisplayView READ digitalDisplayViewObject CONSTANT)
     Q_PROPERTY(QString unit READ unit NOTIFY unitChanged)
+    Q_PROPERTY(bool inWarning READ inWarning NOTIFY warningChanged)
     Q_PROPERTY(QRectF unitFrame READ unitFrame NOTIFY unitChanged)
     Q_PROPERTY(QSizeF unitSize READ unitSize NOTIFY unitChanged)
     Q_PROPERTY(bool old READ isOld NOTIFY oldChanged)
@@ -82,6 +84,9 @@ public:
     [[nodiscard]] std::shared_ptr<IndicatorView> copy() const;
 
     [[nodiscard]] QString icon() const { return m_icon.source; }
+    [[nodiscard]] QString name() const {
+        return m_attribute ? QString::fromStdString(m_attribute->name.value_or(std::string{})) : QString{};
+    }
     [[nodiscard]] QRectF iconFrame() const { return {2, 2, 30, 30}; }
     [[nodiscard]] DigitalDisplayView& digitalDisplayView() const { return *m_digitalDisplayView; }
     [[nodiscard]] DigitalDisplayView* digitalDisplayViewObject() const { return m_digitalDisplayView.get(); }
@@ -89,6 +94,7 @@ public:
     /// Of size zero for a unit that is not among those with a width of their own: such a unit does not show.
     [[nodiscard]] QRectF unitFrame() const;
     [[nodiscard]] QSizeF unitSize() const { return m_unitImage.size; }
+    [[nodiscard]] bool inWarning() const { return m_inWarning; }
     [[nodiscard]] bool isOld() const { return m_old; }
     void dim() override { setOld(true); }
     [[nodiscard]] AID shownAID() const override {
@@ -98,6 +104,7 @@ public:
     [[nodiscard]] std::optional<RunLoop::Clock::time_point> shownSince() const override { return m_since; }
 
 signals:
+    void warningChanged();
     void iconChanged();
     void unitChanged();
     void oldChanged();
@@ -113,6 +120,7 @@ private:
     Image m_iconImage;
     Image m_warningIconImage;
     double m_value = 0;
+    bool m_inWarning = false;  // for the look alone
     IndicatorViewDelegate* m_delegate = nullptr;
     std::atomic<std::int32_t> m_priority{0};
     SampleSink m_sampleSink;

@@ -7,8 +7,8 @@
 namespace torv {
 namespace {
 
-constexpr double indicatorUnitSize = 10.8;
-constexpr double gaugeUnitSize = 13.2;
+constexpr double indicatorUnitSize = 12;
+constexpr double gaugeUnitSize = 14.5;
 constexpr int longestUnit = 40;  // of a downloaded profile; a gauge has no room for half of it
 constexpr QRectF indicatorFrame{0, 0, 90, 40};
 constexpr QRectF gaugeFrame{0, 0, 337, 334};

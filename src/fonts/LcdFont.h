@@ -1,5 +1,5 @@
-// The font "LcdD": letters and digits of fourteen segments from the DSEG family, somewhat condensed, and from
-// DejaVu what that lacks. Any thread.
+// The font "LcdD": digits of seven segments from the DSEG family for read-outs, and a plain narrow face from
+// DejaVu for words, which can't be read at arm's length in segments. Any thread.
 #pragma once
 
 #include <QPainterPath>

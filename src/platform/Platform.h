@@ -38,8 +38,8 @@ public:
     [[nodiscard]] virtual MailComposer& mailComposer() = 0;
     /// `name` is what the system shows for the thread, 15 characters at the most.
     [[nodiscard]] virtual std::unique_ptr<WorkQueue> makeWorkQueue(const std::string& name) = 0;
-    /// Whether the screen stays on though nobody touches it. Once disabled the idle timer stays so.
-    virtual void setIdleTimerDisabled() = 0;
+    /// Whether the screen stays on though nobody touches it. Main thread.
+    virtual void setIdleTimerDisabled(bool disabled) = 0;
     [[nodiscard]] NotificationCenter& notificationCenter() { return m_notificationCenter; }
 
 private:

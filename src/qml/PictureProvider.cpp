@@ -18,8 +18,8 @@ namespace torv {
 namespace {
 
 constexpr int largestScale = 3;
-constexpr double labelFontSize = 0.9;  // of the box's height
-constexpr double smallest = 0.55;      // of that; smaller letters can't be read
+constexpr double labelFontSize = 0.74;  // of the box's height
+constexpr double smallest = 0.55;       // of that; smaller letters can't be read
 constexpr int longestLabel = 200;
 
 QImage pictureFromFile(const QString& name, QSize size) {

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "attributes/AVVehicleSpeedFormatter.h"
+#include "control/ConnectionStatus.h"
 #include "control/iTorvAppDelegate.h"
 #include "fakes/FakePlatform.h"
 #include "fakes/FreshEngine.h"
@@ -248,6 +249,26 @@ TEST_F(AppDelegateTest, AMemoryWarningClearsTheLog) {
     app->dataLoggingDict().emplace().record(78, 600, {});
     app->applicationDidReceiveMemoryWarning();
     EXPECT_TRUE(app->dataLoggingDict()->empty());
+}
+
+TEST_F(AppDelegateTest, TheStatusTellsWhereTheModuleIsLookedForAndKeepsTheScreenOnWhileThereIsOne) {
+    launch(truck("Truck", {}));
+    ConnectionStatus status{app->feeder()};
+    EXPECT_FALSE(status.missing());
+    platform.loop.runFor(1s);
+    EXPECT_TRUE(status.missing());
+    EXPECT_EQ(status.text(), "Looking for the module");
+    EXPECT_EQ(status.hint(), "at 1.2.3.4, port 2000");
+    platform.loop.runFor(9s);
+    EXPECT_TRUE(status.hint().contains("Wi-Fi"));
+    connect();
+    platform.loop.runFor(1s);
+    EXPECT_EQ(status.text() + status.hint(), "Connected");
+    EXPECT_TRUE(platform.idleTimerDisabled);
+    platform.stream().lose();
+    platform.loop.runFor(1s);
+    EXPECT_EQ(status.text(), "Connection lost");
+    EXPECT_FALSE(platform.idleTimerDisabled);
 }
 
 }  // namespace

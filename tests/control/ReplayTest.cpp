@@ -144,4 +144,32 @@ TEST_F(ReplayTest, AConnectMeanwhileStartsItOverAndNotAnotherInside) {
     EXPECT_EQ(updates, 1);
 }
 
+TEST_F(ReplayTest, AReplayThatIsLeftEndsAndNeverStartsAgain) {
+    storeProfile("Tow", {31, 32, 33});
+    onWords = [this](ProgressHUD&) {
+        EXPECT_TRUE(app->isPassUnderWay());
+        if (words.size() == 2) replay->end();
+    };
+    fakes::connectModule(platform, writes);
+    platform.loop.runFor(2s);
+    EXPECT_EQ(written(33), 0);
+    EXPECT_FALSE(app->isPassUnderWay());
+    writes.clear();
+    replay->run();
+    EXPECT_EQ(written(31), 0);
+}
+
+TEST_F(ReplayTest, AfterFiveSecondsTheOverlayMayGoIntoTheBackground) {
+    ProgressHUD hud{nullptr};
+    hud.touchBackground();
+    platform.loop.runFor(4900ms);
+    EXPECT_FALSE(hud.backgroundOffered() || hud.inBackground());
+    platform.loop.runFor(200ms);
+    EXPECT_TRUE(hud.backgroundOffered());
+    hud.touchBackground();
+    platform.loop.runWork();
+    EXPECT_TRUE(hud.inBackground());
+    EXPECT_FALSE(hud.backgroundOffered());
+}
+
 }  // namespace

@@ -82,7 +82,6 @@ TEST_F(PageTest, WhatIsStoredByHandOrForSensorsThatAreGoneIsPassedOver) {
     defaults.setObjectForKey(Number::fromInteger(-1), "Truck_0_KEY");
     open();
     EXPECT_EQ(placed(), (std::vector<AID>{8, 0, 0, 0, 0}));
-    EXPECT_TRUE(platform.idleTimerDisabled);
     EXPECT_EQ(stored("Truck_4_KEY"), 77);  // until something is dropped there
 }
 

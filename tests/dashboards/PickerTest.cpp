@@ -229,6 +229,39 @@ TEST_F(PickerTest, AMovementScrollsAPageAndTheDotsFollow) {
     EXPECT_EQ(picker().pageControl().currentPage(), 0);
 }
 
+TEST_F(PickerTest, JitterHoldsAFlickTurnsASlowDragTurnsAtMostOnePage) {
+    openPicker();
+    auto& strip = picker().scrollView();
+    const auto begin = middleOf(11);
+    press(begin);
+    for (const auto shift : {QPointF{7, 0}, {-5, 5}, {0, -7}, {3, 3}})
+        move(begin + shift);
+    loop.runFor(500ms);
+    EXPECT_TRUE(strip.dragging());  // a finger on a bumpy road holds still enough
+    release(begin);
+    const auto drag = [&](double way, std::chrono::milliseconds time) {
+        press(begin);
+        move(begin - QPointF{way / 2, 0});
+        loop.runFor(time);
+        move(begin - QPointF{way, 0});
+        release(begin - QPointF{way, 0});
+        return picker().pageControl().currentPage();
+    };
+    EXPECT_EQ(drag(20, 100ms), 1);
+    EXPECT_EQ(drag(-30, 900ms), 1);
+    EXPECT_EQ(drag(-180, 900ms), 0);
+}
+
+TEST_F(PickerTest, ATapOnTheHandleOpensAndClosesTheStrip) {
+    for (const bool open : {true, false}) {
+        const auto handle = picker().frame().topLeft() + QPointF{240, -10};
+        press(handle);
+        release(handle);
+        loop.runFor(500ms);
+        EXPECT_EQ(picker().expanded(), open);
+    }
+}
+
 TEST_F(PickerTest, DotsOpenCloseAndTurnPages) {
     const QPointF dots{240, 300};
     const auto swipe = [&](QPointF from, QPointF way) {

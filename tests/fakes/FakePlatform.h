@@ -95,7 +95,7 @@ public:
         return std::make_unique<LoopWorkQueue>(loop);
     }
 
-    void setIdleTimerDisabled() override { idleTimerDisabled = true; }
+    void setIdleTimerDisabled(bool disabled) override { idleTimerDisabled = disabled; }
 
     /// The stream opened last.
     [[nodiscard]] ScriptedStream& stream() { return *opened.back(); }

@@ -2,17 +2,49 @@
 
 #include <QDBusConnection>
 #include <QDBusMessage>
+#include <QDBusPendingCallWatcher>
+#include <QDBusPendingReply>
+#include <memory>
+#include <utility>
 
 namespace torv {
+namespace {
 
-void inhibitIdle() {
-    // Without an address Qt would start a bus of its own.
-    if (!qEnvironmentVariableIsSet("DBUS_SESSION_BUS_ADDRESS")) return;
-    auto inhibit = QDBusMessage::createMethodCall(
+QDBusMessage call(const char* method) {
+    return QDBusMessage::createMethodCall(
         QStringLiteral("org.freedesktop.ScreenSaver"), QStringLiteral("/org/freedesktop/ScreenSaver"),
-        QStringLiteral("org.freedesktop.ScreenSaver"), QStringLiteral("Inhibit"));
+        QStringLiteral("org.freedesktop.ScreenSaver"), QString::fromLatin1(method));
+}
+
+}  // namespace
+
+void IdleInhibitor::setInhibited(bool inhibited) {
+    // Without an address Qt would start a bus of its own.
+    if (m_inhibited == inhibited || !qEnvironmentVariableIsSet("DBUS_SESSION_BUS_ADDRESS")) return;
+    m_inhibited = inhibited;
+    if (!inhibited) return release();
+    if (m_asking || m_cookie) return;
+    auto inhibit = call("Inhibit");
     inhibit << QStringLiteral("iTorv") << QStringLiteral("Live gauges are shown");
-    QDBusConnection::sessionBus().send(inhibit);
+    m_asking = true;
+    auto* const watcher =
+        std::make_unique<QDBusPendingCallWatcher>(QDBusConnection::sessionBus().asyncCall(inhibit), this)
+            .release();
+    connect(watcher, &QDBusPendingCallWatcher::finished, this, [this](QDBusPendingCallWatcher* answered) {
+        const QDBusPendingReply<unsigned int> reply = *answered;
+        answered->deleteLater();
+        m_asking = false;
+        if (reply.isValid()) m_cookie = reply.value();
+        if (!m_inhibited) release();
+    });
+}
+
+void IdleInhibitor::release() {
+    const auto cookie = std::exchange(m_cookie, std::nullopt);
+    if (!cookie) return;
+    auto release = call("UnInhibit");
+    release << *cookie;
+    QDBusConnection::sessionBus().send(release);
 }
 
 }  // namespace torv

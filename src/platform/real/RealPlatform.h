@@ -34,9 +34,7 @@ public:
     [[nodiscard]] std::unique_ptr<WorkQueue> makeWorkQueue(const std::string& name) override {
         return std::make_unique<ThreadWorkQueue>(name);
     }
-    void setIdleTimerDisabled() override {
-        if (!std::exchange(m_idleTimerDisabled, true)) inhibitIdle();
-    }
+    void setIdleTimerDisabled(bool disabled) override { m_idleInhibitor.setInhibited(disabled); }
 
 private:
     class Streams final : public ByteStreamFactory {
@@ -50,7 +48,7 @@ private:
         RunLoop& m_loop;
     };
 
-    bool m_idleTimerDisabled = false;
+    IdleInhibitor m_idleInhibitor;
     QtRunLoop m_loop;
     StandardResources m_resources;
     SqliteUserDefaults m_defaults;

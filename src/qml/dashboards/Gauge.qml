@@ -48,6 +48,15 @@ Item {
         opacity: root.dim
     }
 
+    // Not the colour alone says it: beside the unit, or in a tile's corner.
+    Picture {
+        u: root.u
+        frame: root.gauge.tile ? Qt.rect(root.width / root.u - 19, root.height / root.u - 19, 14, 14)
+                               : Qt.rect(root.gauge.unitFrame.x - 16, root.gauge.unitFrame.y, 14, 14)
+        name: root.gauge.inWarning ? "picture/ICON_WARNING.png" : ""
+        opacity: root.dim
+    }
+
     Picture {
         id: needle
 

@@ -40,4 +40,25 @@ Item {
         name: factor > 0 ? root.indicator.unit : ""
         opacity: root.indicator.old ? 0.35 : 1
     }
+
+    // Many glyphs are alike.
+    Text {
+        x: 2 * root.u
+        y: 32 * root.u
+        width: root.width - 4 * root.u
+        elide: Text.ElideRight
+        textFormat: Text.PlainText
+        text: root.indicator.name
+        color: Theme.faint
+        font.pixelSize: Math.max(Math.round(7.5 * root.u), 1)
+        Accessible.role: Accessible.StaticText
+        Accessible.name: text
+    }
+
+    // Not the colour alone says it.
+    Picture {
+        u: root.u
+        frame: Qt.rect(22, 1, 12, 12)
+        name: root.indicator.inWarning ? "picture/ICON_WARNING.png" : ""
+    }
 }
