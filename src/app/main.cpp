@@ -43,6 +43,8 @@ struct Options {
     QString screenshot;
     std::chrono::milliseconds after{2000};
     std::optional<QSize> size;
+    Turn turn = Turn::automatic;
+    bool fullScreen = false;
     bool logTimes = false;
 };
 
@@ -98,6 +100,9 @@ std::optional<std::string> readArguments(const QCoreApplication& application, Op
     parser.addOptions({
         {"offscreen", "Show no window; for pictures and tests."},
         {"size", "Size of the window in pixels (1136x640).", "WIDTHxHEIGHT"},
+        {"turn", "Show landscape screens turned in an upright window: auto, left, right or never (auto).",
+         "WHICH", "auto"},
+        {"full-screen", "Fill the screen."},
         {"screenshot", "Save a picture of the window (PNG) and end.", "FILE"},
         {"after", "Seconds until that picture is taken (2).", "SECONDS", "2"},
         {"log-times", "Log how long the first frame and the first value took."},
@@ -116,6 +121,10 @@ std::optional<std::string> readArguments(const QCoreApplication& application, Op
     if (auto why = options.common.read(parser, CurlURLLoader{})) return why;
     options.screenshot = parser.value("screenshot");
     options.logTimes = parser.isSet("log-times");
+    options.fullScreen = parser.isSet("full-screen");
+    const auto turn = turnFromText(parser.value("turn"));
+    if (!turn) return "--turn takes auto, left, right or never";
+    options.turn = *turn;
     bool isNumber = false;
     const double seconds = parser.value("after").toDouble(&isNumber);
     if (!isNumber || !(seconds >= 0) || seconds > 86400)
@@ -212,6 +221,8 @@ int main(int argc, char** argv) {
     auto* window = mainWindow->window();
     if (!window) return refuse("the window could not be made");
     if (options.size) window->resize(*options.size);
+    if (options.fullScreen) window->showFullScreen();
+    mainWindow->setTurn(options.turn);
     std::optional<StartTimes> times;
     if (options.logTimes) {
         times.emplace(begin, *window, control->feeder(),

@@ -19,14 +19,15 @@ constexpr double wheelStep = 120;       // eighths of a degree: one notch of a w
 struct PowerButton {
     const char* name;
     const char* image;
+    const char* label;
     double left;     // of the picture, on the stage
     double hitLeft;  // of what can be touched
 };
 constexpr double powerTop = 278;
 constexpr double powerHitTop = 270;
 constexpr double powerHitExtra = 50;
-constexpr PowerButton minus{"minus", "BTN_POWER_MINUS.png", 75, 60};
-constexpr PowerButton plus{"plus", "BTN_POWER_PLUS.png", 380, 368};
+constexpr PowerButton minus{"minus", "BTN_POWER_MINUS.png", "Less power", 75, 60};
+constexpr PowerButton plus{"plus", "BTN_POWER_PLUS.png", "More power", 380, 368};
 
 Image powerImage(const PowerButton& button) {
     return imageNamed(QString::fromLatin1(button.image));
@@ -36,6 +37,7 @@ PagePicture powerPicture(const PowerButton& button, double stageLeft) {
     const auto image = powerImage(button);
     return {.name = QString::fromLatin1(button.name),
             .image = image.source,
+            .label = QString::fromLatin1(button.label),
             .frame = {QPointF{stageLeft + button.left, powerTop}, image.size}};
 }
 
@@ -76,6 +78,7 @@ QVariantList DashboardViewController::placeObjects() const {
 QList<PagePicture> DashboardViewController::buttonImages() const {
     QList<PagePicture> all{{.name = QStringLiteral("gear"),
                             .image = imageNamed(QStringLiteral("BTN_GEAR.png")).source,
+                            .label = QStringLiteral("Menu"),
                             .frame = gearFrame()}};
     if (m_traits.hasControls) {
         all.push_back(powerPicture(minus, stageLeft()));
@@ -147,6 +150,12 @@ void DashboardViewController::touchMoved(int finger, double x, double y) {
 
 void DashboardViewController::touchEnded(int finger, double x, double y) {
     touch(&PageTouches::ended, finger, x, y);
+}
+
+void DashboardViewController::pressAt(double x, double y) {
+    constexpr int assistant = -1;  // the number of no finger
+    touchBegan(assistant, x, y);
+    touchEnded(assistant, x, y);
 }
 
 void DashboardViewController::touchCancelled() {

@@ -170,6 +170,8 @@ public:
     Q_INVOKABLE void touchMoved(int finger, double x, double y);
     Q_INVOKABLE void touchEnded(int finger, double x, double y);
     Q_INVOKABLE void touchCancelled();
+    /// A whole touch, as assistive programs ask for it.
+    Q_INVOKABLE void pressAt(double x, double y);
     Q_INVOKABLE void touchKey(int key);
     Q_INVOKABLE void touchWheel(double angle);
 

@@ -65,6 +65,7 @@ class DigitalDisplayView final : public torv::View {
     QML_ELEMENT
     QML_UNCREATABLE("made by the logic")
     Q_PROPERTY(QStringList glyphs READ glyphs NOTIFY glyphsChanged)
+    Q_PROPERTY(double value READ value NOTIFY glyphsChanged)
     Q_PROPERTY(QList<double> offsets READ offsets NOTIFY layoutChanged)
     Q_PROPERTY(QSizeF cellSize READ cellSize NOTIFY layoutChanged)
     Q_PROPERTY(QSizeF glyphSize READ glyphSize NOTIFY layoutChanged)

@@ -165,9 +165,12 @@ void GaugeView::updateWarningIcons() {
     emit iconChanged();
 }
 
+QString GaugeView::sensorName() const {
+    return m_attribute ? QString::fromStdString(m_attribute->name.value_or(std::string{})) : QString{};
+}
+
 QString GaugeView::name() const {
-    return isTile() && m_attribute ? QString::fromStdString(m_attribute->name.value_or(std::string{}))
-                                   : QString{};
+    return isTile() ? sensorName() : QString{};
 }
 
 QRectF GaugeView::nameFrame() const {

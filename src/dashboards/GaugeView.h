@@ -41,6 +41,7 @@ class GaugeView final : public torv::View,
     Q_PROPERTY(QString unit READ unit NOTIFY faceChanged)
     Q_PROPERTY(QRectF unitFrame READ unitFrame NOTIFY faceChanged)
     Q_PROPERTY(QString name READ name NOTIFY faceChanged)
+    Q_PROPERTY(QString sensorName READ sensorName NOTIFY faceChanged)
     Q_PROPERTY(QRectF nameFrame READ nameFrame NOTIFY faceChanged)
     Q_PROPERTY(QString icon READ icon NOTIFY iconChanged)
     Q_PROPERTY(QRectF iconFrame READ iconFrame NOTIFY iconChanged)
@@ -94,7 +95,8 @@ public:
     [[nodiscard]] QRectF needleFrame() const { return m_pointerFrame; }
     [[nodiscard]] QString unit() const { return m_unitImage.source; }
     [[nodiscard]] QRectF unitFrame() const { return m_unitFrame; }
-    /// On a tile; empty on a dial.
+    [[nodiscard]] QString sensorName() const;
+    /// The same on a tile; empty on a dial.
     [[nodiscard]] QString name() const;
     [[nodiscard]] QRectF nameFrame() const;
     [[nodiscard]] QString icon() const { return isTile() ? QString{} : m_icon.source; }

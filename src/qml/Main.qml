@@ -8,6 +8,7 @@ Window {
     // None at first: the first frame is the bare ground, which is there long before a page.
     property Stage stage: null
     // Pixels for each point of what is no dashboard: a stage 320 high, or 320 wide where it stands upright.
+    property int turn: 0  // degrees
     readonly property real u: Math.max(Math.min(width, height), 1) / 320
 
     width: 1136
@@ -20,49 +21,59 @@ Window {
 
     onStageChanged: content.show()
 
-    Loader {
-        id: content
+    // Turned by a quarter where an upright window shows a landscape screen; touches turn with it.
+    Item {
+        id: room
 
-        anchors.fill: parent
-        focus: true
+        anchors.centerIn: parent
+        width: window.turn === 0 ? window.width : window.height
+        height: window.turn === 0 ? window.height : window.width
+        rotation: window.turn
 
-        function show() {
-            const top = window.stage.top;
-            setSource(top.look, { "screen": top, "stage": window.stage });
+        Loader {
+            id: content
+
+            anchors.fill: parent
+            focus: true
+
+            function show() {
+                const top = window.stage.top;
+                setSource(top.look, { "screen": top, "stage": window.stage });
+            }
+            function dissolve() {
+                show();
+                appearing.restart();
+            }
+
+            NumberAnimation {
+                id: appearing
+
+                target: content
+                property: "opacity"
+                from: 0
+                to: 1
+                duration: 200
+            }
+            Connections {
+                target: window.stage
+                function onTopChanged() { content.dissolve(); }
+            }
         }
-        function dissolve() {
-            show();
-            appearing.restart();
+
+        OnDemand {
+            anchors.fill: parent
+            shown: window.stage ? window.stage.progress : null
+            look: "../screens/ProgressOverlay.qml"
+            parameters: progress => ({ "progress": progress, "u": Qt.binding(() => window.u) })
+            onGone: content.forceActiveFocus()
         }
 
-        NumberAnimation {
-            id: appearing
-
-            target: content
-            property: "opacity"
-            from: 0
-            to: 1
-            duration: 200
+        OnDemand {
+            anchors.fill: parent
+            shown: window.stage ? window.stage.alert : null
+            look: "../screens/AlertOverlay.qml"
+            parameters: alert => ({ "alert": alert, "u": Qt.binding(() => window.u) })
+            onGone: content.forceActiveFocus()
         }
-        Connections {
-            target: window.stage
-            function onTopChanged() { content.dissolve(); }
-        }
-    }
-
-    OnDemand {
-        anchors.fill: parent
-        shown: window.stage ? window.stage.progress : null
-        look: "../screens/ProgressOverlay.qml"
-        parameters: progress => ({ "progress": progress, "u": Qt.binding(() => window.u) })
-        onGone: content.forceActiveFocus()
-    }
-
-    OnDemand {
-        anchors.fill: parent
-        shown: window.stage ? window.stage.alert : null
-        look: "../screens/AlertOverlay.qml"
-        parameters: alert => ({ "alert": alert, "u": Qt.binding(() => window.u) })
-        onGone: content.forceActiveFocus()
     }
 }

@@ -53,9 +53,33 @@ void MainWindow::painted() {
 void MainWindow::show(Stage& stage) {
     auto* shown = window();
     if (!shown) return;
+    m_stage = &stage;
+    const auto look = [this] { lookAtTurn(); };
+    QObject::connect(&stage, &Stage::portraitChanged, shown, look);
+    QObject::connect(shown, &QQuickWindow::widthChanged, shown, look);
+    QObject::connect(shown, &QQuickWindow::heightChanged, shown, look);
+    QObject::connect(shown, &QQuickWindow::visibilityChanged, shown, look);
+    lookAtTurn();
     shown->setProperty("stage", QVariant::fromValue<QObject*>(&stage));
     const auto icon = PictureProvider{}.requestImage(QStringLiteral("picture/itorv.png"), nullptr, iconSize);
     shown->setIcon(QIcon{QPixmap::fromImage(icon)});
+}
+
+void MainWindow::setTurn(Turn turn) {
+    m_turn = turn;
+    lookAtTurn();
+}
+
+void MainWindow::lookAtTurn() {
+    auto* shown = window();
+    if (!shown || !m_stage) return;
+    // A shell that turns the screen for it makes the window wide; then there is nothing left to turn.
+    shown->reportContentOrientationChange(m_stage->portrait() ? Qt::PortraitOrientation
+                                                              : Qt::LandscapeOrientation);
+    const WindowState state{.fullScreen = shown->visibility() == QWindow::FullScreen,
+                            .upright = shown->height() > shown->width(),
+                            .portraitScreen = m_stage->portrait()};
+    shown->setProperty("turn", turnOf(m_turn, state));
 }
 
 QQuickWindow* MainWindow::window() const {

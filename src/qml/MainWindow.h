@@ -1,11 +1,13 @@
 #pragma once
 
+#include <QPointer>
 #include <QQmlApplicationEngine>
 #include <QQuickWindow>
 #include <functional>
 #include <memory>
 
 #include "platform/Timer.h"
+#include "qml/WindowTurn.h"
 #include "screens/Stage.h"
 
 namespace torv {
@@ -24,16 +26,20 @@ public:
     void whenPainted(std::function<void()> action);
     /// The stage is not owned.
     void show(Stage& stage);
+    void setTurn(Turn turn);
 
     /// Null when the window could not be made.
     [[nodiscard]] QQuickWindow* window() const;
 
 private:
     void painted();
+    void lookAtTurn();
 
     QQmlApplicationEngine m_engine;
     std::function<void()> m_whenPainted;
     std::shared_ptr<Timer> m_timer;
+    QPointer<Stage> m_stage;
+    Turn m_turn = Turn::automatic;
 };
 
 }  // namespace torv

@@ -32,9 +32,13 @@ void Stage::look() {
         if (below->progress() && below->progress()->inBackground()) progress = below->progress();
     }
     // Listeners may look at any of them, so all are known before the first is told.
+    const bool portrait = (stack ? stack->topViewController() : screen)->orientations() ==
+                          ViewController::Orientations::portrait;
+    const bool portraitIsNew = std::exchange(m_portrait, portrait) != portrait;
     const bool topIsNew = std::exchange(m_top, screen) != screen;
     const bool progressIsNew = std::exchange(m_progress, progress) != progress;
     const bool alertIsNew = std::exchange(m_alert, m_root->alert()) != m_root->alert();
+    if (portraitIsNew) emit portraitChanged();
     if (topIsNew) emit topChanged();
     if (progressIsNew) emit progressChanged();
     if (alertIsNew) emit alertChanged();

@@ -18,6 +18,7 @@ class Stage final : public QObject {
     Q_PROPERTY(torv::ViewController* top READ top NOTIFY topChanged)
     Q_PROPERTY(QSizeF viewSize READ viewSize WRITE setViewSize NOTIFY viewSizeChanged)
     Q_PROPERTY(torv::LinkStatus* status READ status CONSTANT)
+    Q_PROPERTY(bool portrait READ portrait NOTIFY portraitChanged)
     Q_PROPERTY(torv::AlertView* alert READ alert NOTIFY alertChanged)
     Q_PROPERTY(torv::ProgressHUD* progress READ progress NOTIFY progressChanged)
 
@@ -32,6 +33,8 @@ public:
     [[nodiscard]] QSizeF viewSize() const { return m_root->viewSize(); }
     void setViewSize(QSizeF size);
     [[nodiscard]] LinkStatus* status() const { return m_status; }
+    /// The screen that is shown wants to stand upright.
+    [[nodiscard]] bool portrait() const { return m_portrait; }
     /// Null when there is none.
     [[nodiscard]] AlertView* alert() const { return m_alert; }
     [[nodiscard]] ProgressHUD* progress() const { return m_progress; }
@@ -39,6 +42,7 @@ public:
 signals:
     void topChanged();
     void viewSizeChanged();
+    void portraitChanged();
     void alertChanged();
     void progressChanged();
 
@@ -50,6 +54,7 @@ private:
     ViewController* m_top = nullptr;
     AlertView* m_alert = nullptr;
     ProgressHUD* m_progress = nullptr;
+    bool m_portrait = false;
 };
 
 }  // namespace torv

@@ -29,6 +29,7 @@ class ViewController : public QObject, public std::enable_shared_from_this<ViewC
     Q_PROPERTY(QString title READ title NOTIFY titleChanged)
     Q_PROPERTY(QString look READ look CONSTANT)
     Q_PROPERTY(QString backButtonTitle READ backButtonTitle CONSTANT)
+    Q_PROPERTY(bool portrait READ isPortrait CONSTANT)
     Q_PROPERTY(QSizeF viewSize READ viewSize NOTIFY viewSizeChanged)
     Q_PROPERTY(torv::BarButtonItem* leftBarButton READ leftBarButton NOTIFY barButtonsChanged)
     Q_PROPERTY(torv::BarButtonItem* rightBarButton READ rightBarButton NOTIFY barButtonsChanged)
@@ -55,6 +56,7 @@ public:
     void setToolbarItems(std::vector<std::unique_ptr<BarButtonItem>> items);
 
     [[nodiscard]] virtual Orientations orientations() const { return Orientations::landscape; }
+    [[nodiscard]] bool isPortrait() const { return orientations() == Orientations::portrait; }
     [[nodiscard]] NavigationController* navigationController() const { return m_navigationController; }
 
     [[nodiscard]] QSizeF viewSize() const { return m_viewSize; }

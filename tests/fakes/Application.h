@@ -130,7 +130,7 @@ private:
     [[nodiscard]] QPoint pixel(QPointF point) const {
         const QSizeF size = view()->size();
         const double u = std::min(size.width() / torv::stageWidth, size.height() / torv::pageHeight);
-        return (point * u + QPointF{0, size.height() - torv::pageHeight * u}).toPoint();
+        return (point * u + QPointF{0, (size.height() - torv::pageHeight * u) / 2}).toPoint();
     }
 };
 

@@ -14,6 +14,8 @@ Item {
         model: root.screen.places
 
         Picture {
+            id: clear
+
             required property DroppableView modelData
 
             u: root.u
@@ -21,6 +23,10 @@ Item {
                            modelData.frame.y + modelData.clearButtonFrame.y,
                            modelData.clearButtonFrame.width, modelData.clearButtonFrame.height)
             name: modelData.clearButtonShown ? "picture/CLOSE.png" : ""
+            Accessible.role: Accessible.Button
+            Accessible.name: "Clear " + (modelData.gauge ? modelData.gauge.sensorName : "")
+            Accessible.ignored: !modelData.clearButtonShown
+            Accessible.onPressAction: root.screen.pressAt(clear.frame.x + 22, clear.frame.y + 22)
         }
     }
 
@@ -34,17 +40,24 @@ Item {
         model: root.screen.buttons
 
         Picture {
+            id: button
+
             required property var modelData
 
             u: root.u
             frame: modelData.frame
             name: modelData.image
             opacity: root.screen.pressedButton === modelData.name ? 0.6 : 1
+            Accessible.role: Accessible.Button
+            Accessible.name: modelData.label
+            Accessible.onPressAction: root.screen.pressAt(button.frame.x + button.frame.width / 2,
+                                                          button.frame.y + button.frame.height / 2)
         }
     }
 
     Picker {
         u: root.u
+        screen: root.screen
         picker: root.screen.pageView
         pressed: root.screen.pressedButton
     }

@@ -34,7 +34,7 @@ Item {
     Item {
         id: view
 
-        y: page.height - height  // the drawer comes out of the window's edge
+        y: Math.round((page.height - height) / 2)
         width: page.width
         height: 320 * page.u
         clip: page.height > height + 1

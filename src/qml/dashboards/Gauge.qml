@@ -13,6 +13,10 @@ Item {
 
     clip: true
 
+    Accessible.role: Accessible.StaticText
+    Accessible.name: gauge.sensorName + (gauge.inWarning ? ", warning" : "")
+    Accessible.description: gauge.old ? "no live value" : String(gauge.valueView.value)
+
     GaugeScaleItem {
         anchors.fill: parent
         visible: !root.gauge.tile

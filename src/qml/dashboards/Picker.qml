@@ -6,6 +6,7 @@ import iTorv.Dashboards
 Item {
     id: root
 
+    required property DashboardViewController screen
     required property PageView picker
     property real u: 1
     property string pressed
@@ -72,13 +73,31 @@ Item {
         }
     }
 
+    function press(frame: rect) {
+        screen.pressAt(picker.frame.x + frame.x + frame.width / 2, picker.frame.y + frame.y + frame.height / 2);
+    }
+
+    Item {
+        // The handle on the tab.
+        Accessible.role: Accessible.Button
+        Accessible.name: root.picker.expanded ? "Close the strip of sensors" : "Open the strip of sensors"
+        Accessible.onPressAction: root.press(Qt.rect(230, 0, 20, 4))
+    }
     Picture {
+        Accessible.role: Accessible.Button
+        Accessible.name: "Previous sensors"
+        Accessible.ignored: !root.picker.expanded
+        Accessible.onPressAction: root.press(frame)
         u: root.u
         frame: root.picker.previousButtonFrame
         name: "picture/PREVIOUS_IMAGE.png"
         opacity: root.picker.pageControl.currentPage === 0 ? 0.25 : root.pressed === "previous" ? 0.6 : 1
     }
     Picture {
+        Accessible.role: Accessible.Button
+        Accessible.name: "Next sensors"
+        Accessible.ignored: !root.picker.expanded
+        Accessible.onPressAction: root.press(frame)
         u: root.u
         frame: root.picker.nextButtonFrame
         name: "picture/NEXT_IMAGE.png"

@@ -21,8 +21,11 @@ FocusScope {
 
         property bool keysUsed: false  // since the last touch
 
+        // A screen that stands upright is a column in the middle of a wide window.
+        readonly property real column: table.screen.portrait ? Math.min(table.width, 320 * table.u) : table.width
+
         anchors.fill: parent
-        anchors.leftMargin: Math.round(12 * table.u)
+        anchors.leftMargin: Math.round((table.width - column) / 2 + 12 * table.u)
         anchors.rightMargin: anchors.leftMargin
         clip: true
         focus: true
