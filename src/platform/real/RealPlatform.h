@@ -51,12 +51,12 @@ private:
     };
 
     bool m_idleTimerDisabled = false;
-    QtRunLoop m_loop;
     StandardResources m_resources;
     SqliteUserDefaults m_defaults;
     SystemNetworkInterfaces m_interfaces;
     CurlURLLoader m_loader;
     DesktopMailComposer m_mail;
+    QtRunLoop m_loop;  // behind what its timers may own the users of
     Streams m_streams;
 };
 
