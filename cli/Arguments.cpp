@@ -16,7 +16,8 @@ constexpr auto description =
     "Commands:\n"
     "  watch           show all sensors live: a table on a terminal, else a line for each update\n"
     "  get AID         ask the module for one value and show it\n"
-    "  set AID VALUE   write one value, in the attribute's own unit, and say whether it was acknowledged\n"
+    "  set AID VALUE   write one setting or tuning item, in its own unit, and say whether it was "
+    "acknowledged\n"
     "  frames          show every frame in both directions, decoded\n"
     "  vehicles        list the current, stored and remote vehicle profiles\n"
     "  vehicles use NAME\n"
@@ -28,7 +29,12 @@ constexpr auto description =
     "  defaults set KEY VALUE\n"
     "                  show one of them as text\n"
     "\n"
-    "Exit codes: 0 done, 1 the module did not answer, 2 bad arguments or profile, 3 no connection.\n"
+    "What set writes lasts until itorv connects the next time: that brings back what it has stored.\n"
+    "With --store a setting is stored too, and a tuning item in the active tuning profile. The default\n"
+    "profile holds no values, so that nothing can be stored in it.\n"
+    "\n"
+    "Exit codes: 0 done, 1 the module did not answer, or something could not be stored, 2 bad arguments\n"
+    "or profile, 3 no connection, 4 the update server could not be asked.\n"
     "\n"
     "Examples:\n"
     "  itorvctl watch --module 127.0.0.1:2000\n"
@@ -53,6 +59,19 @@ constexpr std::array<CommandRow, 10> commands{{
     {"defaults", "get", Command::defaults, 1},
     {"defaults", "set", Command::defaults, 2},
     {"defaults", nullptr, Command::defaults, 0},
+}};
+
+/// Options that only some commands take.
+struct OptionRow {
+    const char* name;
+    bool (*goesWith)(Command);
+};
+constexpr std::array<OptionRow, 5> someOptions{{
+    {"json", [](Command c) { return c != Command::defaults; }},
+    {"for", [](Command c) { return c == Command::watch || c == Command::frames; }},
+    {"flags", [](Command c) { return c == Command::set; }},
+    {"force", [](Command c) { return c == Command::set; }},
+    {"store", [](Command c) { return c == Command::set; }},
 }};
 
 bool fits(const CommandRow& row, const QStringList& words) {
@@ -92,11 +111,13 @@ std::optional<Arguments> readArguments(const QStringList& arguments, std::string
     parser.addPositionalArgument("command", "see above", "COMMAND [...]");
     torv::CommonOptions::addTo(parser, "Use this vehicle profile document.");
     parser.addOptions({
-        {"json", "One JSON object a line (watch, get and frames)."},
+        {"json", "One JSON object a line; all commands but defaults."},
         {"timeout", "Seconds to wait for the module (10).", "SECONDS", "10"},
         {"for", "End so many seconds after the module was found; watch and frames go on without.", "SECONDS"},
         {"flags", "State bits to write with the value (set): 1 off, 2 on, 4 third, 8/16 second off/on.",
          "NUMBER"},
+        {"force", "Write (set) what the profile tells of and is neither a setting nor a tuning item."},
+        {"store", "Store what was written (set), so that itorv brings it back."},
         {"verbose", "Say on the standard error stream what goes on."},
     });
     auto passed = arguments;
@@ -120,6 +141,11 @@ std::optional<Arguments> readArguments(const QStringList& arguments, std::string
                       "; see --help");
     }
 
+    for (const auto& option : someOptions) {
+        if (parser.isSet(option.name) && !option.goesWith(row->command))
+            return refuse(std::string{row->name} + " takes no --" + option.name + "; see --help");
+    }
+
     Arguments result;
     result.command = row->command;
     for (const auto& word : words.mid(1))
@@ -127,6 +153,8 @@ std::optional<Arguments> readArguments(const QStringList& arguments, std::string
     if (auto why = result.common.read(parser, torv::CurlURLLoader{})) return refuse(std::move(*why));
     result.json = parser.isSet("json");
     result.verbose = parser.isSet("verbose");
+    result.force = parser.isSet("force");
+    result.store = parser.isSet("store");
     const auto timeout = seconds(parser.value("timeout"));
     if (!timeout) return refuse("--timeout takes a number of seconds");
     result.timeout = *timeout;

@@ -17,6 +17,7 @@ enum ExitCode : int {
     noAnswer = 1,      ///< the module did not acknowledge or respond
     badArguments = 2,  ///< or a profile that can't be used
     noConnection = 3,  ///< no session within the time limit
+    noServer = 4,      ///< the update server could not be asked
 };
 
 enum class Command { watch, get, set, frames, vehicles, defaults };
@@ -25,6 +26,8 @@ struct Arguments {
     Command command = Command::watch;
     torv::CommonOptions common;
     bool json = false;
+    bool force = false;  ///< `set` writes what is no setting and no tuning item too
+    bool store = false;  ///< `set` stores what it has written
     bool verbose = false;
     std::chrono::milliseconds timeout{10000};           ///< to wait for a session
     std::optional<std::chrono::milliseconds> duration;  ///< then `watch` and `frames` end

@@ -18,6 +18,7 @@ namespace itorvctl {
 
 /// One line on the standard error stream.
 void complain(const std::string& why);
-[[nodiscard]] int notConnected();
+/// The same, with what is known of why.
+[[nodiscard]] int notConnected(const Handset& handset);
 
 }  // namespace itorvctl

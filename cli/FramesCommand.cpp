@@ -89,7 +89,7 @@ private:
 
 int frames(Handset& handset, const Arguments& arguments) {
     handset.feeder().driver().setMonitor(std::make_shared<FramePrinter>(handset, arguments.json));
-    if (!handset.connect()) return notConnected();
+    if (!handset.connect()) return notConnected(handset);
     handset.run();
     return success;
 }

@@ -14,6 +14,13 @@ namespace itorvctl {
 
 using namespace torv;
 
+namespace {
+
+/// A handset that has just gone may still count, so that the first is not enough.
+constexpr int mostCloses = 2;
+
+}  // namespace
+
 Handset::Handset(const Arguments& arguments, Vehicle vehicle)
     : m_arguments(arguments),
       m_vehicle(std::move(vehicle)),
@@ -27,10 +34,35 @@ bool Handset::connect() {
     m_feeder->start();
     const auto timer =
         loop.scheduleTimer(m_arguments.timeout, false, [&timeIsOver](Timer&) { timeIsOver = true; });
-    while (!m_feeder->driver().connected() && !timeIsOver && loop.runOnce()) {
+    const auto& driver = m_feeder->driver();
+    int closes = 0;
+    std::shared_ptr<ByteStream> closed;
+    while (!driver.connected() && !timeIsOver && closes < mostCloses && loop.runOnce()) {
+        const auto stream = driver.readStream();
+        const bool isClosed = stream && stream->reach() == ByteStream::Reach::closed;
+        if (isClosed && std::exchange(closed, stream) != stream) ++closes;
     }
     timer->invalidate();
-    return m_feeder->driver().connected();
+    return driver.connected();
+}
+
+std::string Handset::whyNotConnected() const {
+    const auto& driver = m_feeder->driver();
+    const auto place = driver.endpoint().host + ":" + std::to_string(driver.endpoint().port);
+    switch (driver.reach()) {
+        case ByteStream::Reach::unreachable:
+            return "there is no way to " + place + "; is the handset on the module's network?";
+        case ByteStream::Reach::refused:
+            return place + " refuses the connection; is it the module, and is it ready?";
+        case ByteStream::Reach::open:
+            return "the module at " + place + " answers, and sends no values";
+        case ByteStream::Reach::closed:
+            return "the module at " + place +
+                   " answers and closes the connection; another handset may have it";
+        case ByteStream::Reach::noAnswer:
+            break;
+    }
+    return "no module answers at " + place + "; is the handset on the module's network?";
 }
 
 void Handset::run() {

@@ -19,8 +19,11 @@ public:
 
     [[nodiscard]] const torv::Vehicle& vehicle() const { return m_vehicle; }
     [[nodiscard]] torv::iTorvFeeder& feeder() { return *m_feeder; }
+    /// Why `connect` gave up, in one sentence.
+    [[nodiscard]] std::string whyNotConnected() const;
 
-    /// Starts the link and waits for a session; false when the time is over or the program is to end.
+    /// Starts the link and waits for a session. False when the time is over, the program is to end, or the
+    /// module has twice closed the connection: each attempt more would take it from another handset.
     [[nodiscard]] bool connect();
     /// Turns the loop until the command's time is over or the program is to end.
     void run();

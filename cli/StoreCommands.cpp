@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <cstdio>
 #include <string>
+#include <tuple>
 #include <vector>
 
 #include "Commands.h"
@@ -16,20 +17,36 @@ using namespace torv;
 
 namespace {
 
-void print(const char* place, const Vehicle& vehicle) {
-    const auto* state = vehicle.updateAvailable() ? "  update available"
-                        : vehicle.info().empty()  ? "  not downloaded"
-                                                  : "";
-    std::printf("%-8s  %s  version %s%s\n", place, printable(vehicle.name().value_or("(no name)")).c_str(),
-                printable(vehicle.version().value_or("(none)")).c_str(), state);
+void print(const char* place, const Vehicle& vehicle, bool json) {
+    const auto name = vehicle.name().value_or(json ? "" : "(no name)");
+    const auto version = vehicle.version().value_or(json ? "" : "(none)");
+    const std::string state = vehicle.updateAvailable() ? "update available"
+                              : vehicle.info().empty()  ? "not downloaded"
+                                                        : "";
+    if (json) {
+        const Dictionary line{{"place", place}, {"name", name}, {"version", version}, {"state", state}};
+        std::puts(SBJsonWriter{}.stringWithObject(line).value_or("{}").c_str());
+    } else {
+        std::printf("%-8s  %s  version %s%s%s\n", place, printable(name).c_str(), printable(version).c_str(),
+                    state.empty() ? "" : "  ", state.c_str());
+    }
 }
 
-int list() {
-    print("current", VehicleDataSource::currentVehicle());
+int serverIsSilent() {
+    complain("the update server " + VehicleDataSource::updateServer() +
+             " could not be asked; --verbose tells why");
+    return noServer;
+}
+
+int list(bool json) {
+    print("current", VehicleDataSource::currentVehicle(), json);
     for (const auto& vehicle : VehicleDataSource::storedVehicles())
-        print("stored", vehicle);
-    for (const auto& vehicle : VehicleDataSource::remoteVehicles())
-        print("remote", vehicle);
+        print("stored", vehicle, json);
+    std::fflush(stdout);  // asking the server takes a while
+    const auto remote = VehicleDataSource::vehiclesOfServer();
+    if (!remote) return serverIsSilent();
+    for (const auto& vehicle : *remote)
+        print("remote", vehicle, json);
     return success;
 }
 
@@ -46,7 +63,7 @@ bool isKept() {
     return kept;
 }
 
-int use(const std::string& name) {
+int use(const std::string& name, bool json) {
     const auto vehicle = named(VehicleDataSource::storedVehicles(), name);
     if (!vehicle) {
         complain("no vehicle \"" + name + "\" is stored");
@@ -58,19 +75,27 @@ int use(const std::string& name) {
     }
     VehicleDataSource::setCurrentVehicle(*vehicle);
     if (!isKept()) return noAnswer;
-    std::printf("%s is the current vehicle\n", name.c_str());
+    if (json) {
+        print("current", *vehicle, json);
+    } else {
+        std::printf("%s is the current vehicle\n", printable(name).c_str());
+    }
     return success;
 }
 
-int update(const std::string& name) {
-    auto vehicle = named(VehicleDataSource::vehicles(), name);
-    // Without a way to the internet the server isn't asked above; it may stand on this very network.
-    if (!vehicle) vehicle = named(VehicleDataSource::remoteVehicles(), name);
+int update(const std::string& name, bool json) {
+    // Asked first: without a way to the internet `vehicles` doesn't, and the server may stand on this very
+    // network.
+    const auto remote = VehicleDataSource::vehiclesOfServer();
+    auto vehicle = named(remote ? VehicleDataSource::vehicles() : VehicleDataSource::storedVehicles(), name);
+    if (!vehicle && remote) vehicle = named(*remote, name);
+    if (!vehicle && !remote) return serverIsSilent();
     if (!vehicle) {
         complain("there is no vehicle \"" + name + "\", neither stored nor on the update server");
         return badArguments;
     }
     if (!VehicleDataSource::updateVehicle(*vehicle)) {
+        if (!remote) return serverIsSilent();
         complain("\"" + name + "\" could not be downloaded; --verbose tells why");
         return noAnswer;
     }
@@ -81,7 +106,7 @@ int update(const std::string& name) {
     // The current vehicle is stored beside the list.
     if (vehicle->isEqual(VehicleDataSource::currentVehicle())) VehicleDataSource::setCurrentVehicle(*vehicle);
     if (!isKept()) return noAnswer;
-    print("stored", *vehicle);
+    print("stored", *vehicle, json);
     return success;
 }
 
@@ -114,8 +139,9 @@ int tellTrouble(const UserDefaults& store, const std::vector<std::string>& keys)
 }  // namespace
 
 int vehicles(const Arguments& arguments) {
-    if (arguments.words.empty()) return list();
-    return arguments.words[0] == "use" ? use(arguments.words[1]) : update(arguments.words[1]);
+    if (arguments.words.empty()) return list(arguments.json);
+    const auto& [verb, name] = std::tie(arguments.words[0], arguments.words[1]);
+    return verb == "use" ? use(name, arguments.json) : update(name, arguments.json);
 }
 
 int defaults(const Arguments& arguments) {

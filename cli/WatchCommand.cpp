@@ -123,7 +123,7 @@ int watch(Handset& handset, const Arguments& arguments) {
         complain("the profile names no sensors");
         return badArguments;
     }
-    if (!handset.connect()) return notConnected();
+    if (!handset.connect()) return notConnected(handset);
     std::shared_ptr<Display> display;
     if (arguments.json || ::isatty(STDOUT_FILENO) == 0) {
         display = std::make_shared<LineDisplay>(arguments.json);

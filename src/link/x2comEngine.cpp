@@ -119,8 +119,8 @@ void buildAndSend(std::uint32_t type, x2comAIDList& list) {
 
 x2comTxResult sendAck() {
     auto& e = engine();
+    e.ackOwed = false;  // first: the loop may turn while the frame leaves, and bring the next one to owe
     buildAndSend(x2comFrameAck, e.ackOwedList);
-    e.ackOwed = false;
     return x2comTxAckSent;
 }
 

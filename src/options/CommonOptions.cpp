@@ -1,5 +1,7 @@
 #include "options/CommonOptions.h"
 
+#include <net/if.h>
+
 #include "vehicles/VehicleDataSource.h"
 
 namespace torv {
@@ -16,6 +18,9 @@ void CommonOptions::addTo(QCommandLineParser& parser, const QString& profileHelp
 
 std::optional<std::string> CommonOptions::read(const QCommandLineParser& parser, const URLLoader& loader) {
     connection.interface = parser.value("interface").toStdString();
+    // The one that is looked at by itself need not be there: most handsets have none of that name.
+    if (parser.isSet("interface") && ::if_nametoindex(connection.interface.c_str()) == 0)
+        return "there is no network interface \"" + connection.interface + "\"";
     profile = parser.value("profile").toStdString();
     if (parser.isSet("module")) {
         connection.module = endpointFromText(parser.value("module").toStdString());

@@ -14,6 +14,14 @@ class ByteStream {
 public:
     enum class Event : std::uint8_t { bytesAvailable = 2, error = 8, end = 16 };
     using Client = std::function<void(Event)>;
+    /// How far a connection has come, or how it ended.
+    enum class Reach : std::uint8_t {
+        noAnswer,     ///< nobody has answered, yet
+        unreachable,  ///< there is no way to that address
+        refused,
+        open,
+        closed  ///< the other end took the connection and has closed it, or it broke
+    };
 
     ByteStream() = default;
     ByteStream(const ByteStream&) = delete;
@@ -34,8 +42,11 @@ public:
     virtual void rearm() = 0;
     /// How many of the bytes were taken; less than 0 on failure. Main thread.
     virtual std::ptrdiff_t write(std::span<const std::uint8_t> bytes) = 0;
-    /// Main thread. When the answer is no and a yes may follow, the main loop is woken then.
+    /// Main thread. When the answer is no and a yes may follow, the main loop is woken then. Never again
+    /// once the connection was refused or has ended.
     [[nodiscard]] virtual bool canAcceptBytes() = 0;
+    /// Main thread. Known before the client hears of an error or the end.
+    [[nodiscard]] virtual Reach reach() const = 0;
 };
 
 /// Where a stream leads: a dotted address (IPv4) and a port.

@@ -95,7 +95,14 @@ void ZephrelaneDriver::openSockets() {
 }
 
 void ZephrelaneDriver::closeSockets() {
-    if (const auto stream = std::exchange(m_stream, nullptr)) stream->close();
+    if (!m_stream) return;
+    m_lastReach = m_stream->reach();
+    std::exchange(m_stream, nullptr)->close();
+}
+
+ByteStream::Reach ZephrelaneDriver::reach() const {
+    const auto now = m_stream ? m_stream->reach() : ByteStream::Reach::noAnswer;
+    return now == ByteStream::Reach::noAnswer ? m_lastReach : now;
 }
 
 void ZephrelaneDriver::streamEvent(ByteStream::Event event) {
@@ -186,8 +193,12 @@ void ZephrelaneDriver::handleAIDsUpdateCount(std::span<const std::uint8_t> aids)
     if (m_delegate) m_delegate->zephrelaneDriverDidReceiveMessage(*this, message);
 }
 
+bool ZephrelaneDriver::mayExchange(std::int32_t aid) const {
+    return isUsable(aid) && m_platform.runLoop().isMainThread();
+}
+
 bool ZephrelaneDriver::writeValueForAID(const AV& value, std::int32_t aid) {
-    if (!isUsable(aid)) return false;
+    if (!mayExchange(aid)) return false;
     {
         const std::scoped_lock lock{avStoreMutex()};
         const auto bytes = value.bytes();
@@ -208,14 +219,13 @@ bool ZephrelaneDriver::writeAV(const Message& message) {
 }
 
 bool ZephrelaneDriver::requestValueForAID(std::int32_t aid) {
-    if (!isUsable(aid)) return false;
+    if (!mayExchange(aid)) return false;
     return runExchange(&x2comRequestRead, aid, m_readDone, m_readTimedOut);
 }
 
 bool ZephrelaneDriver::runExchange(RequestExchange request, std::int32_t aid, std::atomic<bool>& done,
                                    std::atomic<bool>& timedOut) {
     auto& loop = m_platform.runLoop();
-    if (!loop.isMainThread()) return false;
     const std::array<std::uint8_t, 1> aids{static_cast<std::uint8_t>(aid)};
     const auto accepted = [&] {
         const std::scoped_lock lock{m_exchangeMutex};

@@ -73,6 +73,13 @@ public:
     void handleAIDsUpdateCount(std::span<const std::uint8_t> aids);
     void connectionEstablished();
 
+    /// How far the way to the module is open: by this attempt, or by the one before as long as nobody has
+    /// answered this one. A module that serves another handset may go on between `open` and `closed`; of a
+    /// session only `connected` tells. Main thread.
+    [[nodiscard]] ByteStream::Reach reach() const;
+    /// Where the module was last looked for. Main thread.
+    [[nodiscard]] const Endpoint& endpoint() const { return m_endpoint; }
+
     /// The dotted address of the interface that decides, or "error".
     [[nodiscard]] std::string getIPAddress() const;
     void openSockets();
@@ -111,6 +118,7 @@ private:
     void streamEvent(ByteStream::Event event);
     void dataAvailable();
     void streamLost();
+    [[nodiscard]] bool mayExchange(std::int32_t aid) const;
     bool runExchange(RequestExchange request, std::int32_t aid, std::atomic<bool>& done,
                      std::atomic<bool>& timedOut);
     void transmit();
@@ -131,6 +139,8 @@ private:
     ArrivalTimes m_arrivals;
     Endpoint m_endpoint;
     std::shared_ptr<ByteStream> m_stream;  // null while closed
+    Endpoint m_endpoint;
+    ByteStream::Reach m_lastReach = ByteStream::Reach::noAnswer;  // of the attempt before this one
     ReconnectChain m_chain;
     Heartbeat m_heartbeat;
 

@@ -117,15 +117,15 @@ std::vector<Vehicle> VehicleDataSource::storedVehicles() {
     return vehicles;
 }
 
-std::vector<Vehicle> VehicleDataSource::remoteVehicles() {
+std::optional<std::vector<Vehicle>> VehicleDataSource::vehiclesOfServer() {
     const auto url = updateServer() + manifestPath;
     const auto data = dataOfURL(url);
-    if (!data) return {};
+    if (!data) return std::nullopt;
     const auto text = utf8Text(*data);
     const auto manifest = vehicleInfo(text);
     if (!manifest || !manifest->array()) {
         logLine(url + (text ? " is no list of vehicles" : " is not UTF-8"));
-        return {};
+        return std::nullopt;
     }
     std::vector<Vehicle> vehicles;
     for (const auto& element : manifest->elements()) {
@@ -139,6 +139,10 @@ std::vector<Vehicle> VehicleDataSource::remoteVehicles() {
         }
     }
     return vehicles;
+}
+
+std::vector<Vehicle> VehicleDataSource::remoteVehicles() {
+    return vehiclesOfServer().value_or(std::vector<Vehicle>{});
 }
 
 std::vector<Vehicle> VehicleDataSource::vehicles() {

@@ -33,7 +33,9 @@ public:
     static void setCurrentVehicle(const Vehicle& vehicle);
     /// The current one alone, at the first use; none where even that one is missing.
     [[nodiscard]] static std::vector<Vehicle> storedVehicles();
-    /// Without documents; empty when the manifest can't be had.
+    /// Without documents; nothing when the manifest can't be had.
+    [[nodiscard]] static std::optional<std::vector<Vehicle>> vehiclesOfServer();
+    /// The same; none when the manifest can't be had.
     [[nodiscard]] static std::vector<Vehicle> remoteVehicles();
     /// Stored and remote vehicles in one list, by name. Without a network the stored ones, and nothing is
     /// written. A stored vehicle whose version on the server is newer takes the address from there, and an

@@ -19,6 +19,9 @@
 #include <string>
 
 #include "bench/Bench.h"
+#include "platform/StoredKeys.h"
+#include "platform/real/SqliteUserDefaults.h"
+#include "vehicles/SettingValueStore.h"
 
 namespace {
 
@@ -64,6 +67,14 @@ TEST(Programs, BadArgumentsGetOneLineAndTheCodeTwo) {
         {"itorvctl", {"set", "95", "-5"}},
         {"itorvctl", {"set", "4", "3"}},
         {"itorvctl", {"set", "2", "3"}},
+        {"itorvctl", {"set", "78", "700"}},
+        {"itorvctl", {"set", "4", "3", "--force"}},
+        {"itorvctl", {"set", "0", "3", "--force"}},
+        {"itorvctl", {"set", "78", "700", "--force", "--store"}},
+        {"itorvctl", {"set", "42", "100", "--store"}},
+        {"itorvctl", {"get", "42", "--store"}},
+        {"itorvctl", {"defaults", "--json"}},
+        {"itorvctl", {"watch", "--interface", "nowhere"}},
         {"itorvctl", {"watch", "--module", "127.0.0.1:70000"}},
         {"itorvctl", {"watch", "--module", "nowhere"}},
         {"itorvctl", {"watch", "--timeout", "soon"}},
@@ -75,6 +86,7 @@ TEST(Programs, BadArgumentsGetOneLineAndTheCodeTwo) {
         {"itorvctl", {"--sing"}},
         {"itorv", {"--offscreen", "--module", "1.2.3.4:0"}},
         {"itorv", {"--offscreen", "--after", "never"}},
+        {"itorv", {"--offscreen", "--interface", "nowhere"}},
         {"itorv", {"--offscreen", "--size", "0x0"}},
         {"itorv", {"--offscreen", "--profile", broken}},
         {"itorv", {"--offscreen", "what", "else"}},
@@ -103,6 +115,7 @@ TEST(Programs, VehiclesAreListedUpdatedAndUsed) {
     QFile::copy(ITORV_RESOURCE_DIR "/profiles/diesel-van.json", served.filePath("van.json"));
     ASSERT_EQ(run("itorv-profiles", {served.path(), "--base-url", address + "/itorvv2"}).error, "");
     const QString van = "Diesel Van 2.8L";
+    const QString silent = "http://127.0.0.1:1";
     const struct {
         QStringList words;
         QString home;
@@ -110,6 +123,12 @@ TEST(Programs, VehiclesAreListedUpdatedAndUsed) {
         const char* output;  ///< is somewhere in it, or in the one line of the error
     } rows[]{
         {{"vehicles"}, home.path(), 0, "remote    Diesel Van 2.8L  version 1.0  not downloaded"},
+        {{"vehicles", "--json"},
+         home.path(),
+         0,
+         R"({"place":"remote","name":"Diesel Van 2.8L","version":"1)"},
+        {{"vehicles", "--update-server", silent}, home.path(), 4, "could not be asked"},
+        {{"vehicles", "update", van, "--update-server", silent}, home.path(), 4, "could not be asked"},
         {{"vehicles", "use", van}, home.path(), 2, "no vehicle \"Diesel Van 2.8L\" is stored"},
         {{"vehicles", "update", "Nobody"}, home.path(), 2, "there is no vehicle \"Nobody\""},
         {{"vehicles", "update", van}, "/proc/nowhere", 1, "could not be stored"},
@@ -191,7 +210,67 @@ TEST_F(ProgramsWithModule, GetSetWatchAndFrames) {
     EXPECT_EQ(run("itorvctl", {"set", "95", "3300", "--module", address}).code, 1);
     module->setFault(bench::Fault::mute, {.probability = 1});
     module->dropConnections();
-    EXPECT_EQ(run("itorvctl", {"get", "95", "--timeout", "0.5", "--module", address}).code, 3);
+    const auto mute = run("itorvctl", {"get", "95", "--timeout", "0.5", "--module", address});
+    EXPECT_EQ(mute.code, 3);
+    EXPECT_NE(mute.error.find("answers, and sends no values"), std::string::npos) << mute.error;
+    module->stop();
+    const auto refused = run("itorvctl", {"get", "95", "--timeout", "0.5", "--module", address});
+    EXPECT_EQ(refused.code, 3);
+    EXPECT_NE(refused.error.find("refuses the connection"), std::string::npos) << refused.error;
+}
+
+TEST_F(ProgramsWithModule, SetSaysWhatBecomesOfItAndStoresWhatItIsTold) {
+    const QTemporaryDir home;
+    const auto file = home.path() + "/itorv/defaults.sqlite";
+    const auto set = [&](const QStringList& words) {
+        const auto result = run("itorvctl", QStringList{"set", "--module", address} + words, home.path());
+        EXPECT_EQ(result.code, 0) << result.error;
+        return result;
+    };
+    const auto cut = set({"95", "3250.5"});
+    EXPECT_EQ(cut.output, "Shift Light set to 3250 RPM (cut from 3250.5): acknowledged\n");
+    EXPECT_NE(cut.error.find("nothing is stored for this vehicle"), std::string::npos) << cut.error;
+    EXPECT_EQ(set({"95", "3300", "--store"}).error, "");
+    EXPECT_EQ(set({"95", "3300"}).error, "");
+    EXPECT_NE(set({"95", "3400"}).error.find("another value is stored"), std::string::npos);
+    EXPECT_NE(set({"42", "110", "--json"}).error.find("back to its own value"), std::string::npos);
+    EXPECT_EQ(set({"78", "700", "--force"}).error, "");
+    {
+        torv::SqliteUserDefaults store{file.toStdString()};
+        const torv::ProfileDictionary values{{42, torv::AV::forAID(42, bench::Bytes{120})}};
+        store.setObjectForKey("Tow", torv::activeProfileKey);
+        store.setObjectForKey(torv::archivedProfileDictionary(values), "Tow");
+    }
+    EXPECT_NE(set({"42", "110"}).error.find("another value is stored"), std::string::npos);
+    EXPECT_EQ(set({"42", "110", "--store"}).error, "");
+    EXPECT_EQ(set({"43", "90", "--store"}).error, "");
+    set({"42", "130"});
+    const QTemporaryDir pictures;
+    run("itorv",
+        {"--offscreen", "--screenshot", pictures.filePath("x.png"), "--after", "2", "--module", address},
+        home.path());
+    EXPECT_EQ(module->value(95), (bench::Bytes{3300 % 256, 3300 / 256}));
+    EXPECT_EQ(module->value(42), bench::Bytes{110});
+}
+
+TEST_F(ProgramsWithModule, BesideAnotherHandsetItLeavesTheModuleToThat) {
+    QProcess other;
+    other.setStandardOutputFile(QProcess::nullDevice());
+    other.start(QCoreApplication::applicationDirPath() + "/itorvctl", {"watch", "--module", address});
+    const auto runs = [&] {
+        const auto before = module->statistics().framesSent;
+        for (int i = 0; i < 1000 && module->statistics().framesSent < before + 50; ++i)
+            other.waitForFinished(10);
+        return other.state() == QProcess::Running && module->statistics().framesSent >= before + 50;
+    };
+    ASSERT_TRUE(runs());
+    const auto result = run("itorvctl", {"get", "95", "--timeout", "60", "--module", address});
+    EXPECT_EQ(result.code, 3);
+    EXPECT_NE(result.error.find("another handset may have it"), std::string::npos) << result.error;
+    EXPECT_TRUE(runs());
+    EXPECT_EQ(module->statistics().connections, 5U);  // each of the two in vain, and taken back
+    other.kill();
+    other.waitForFinished();
 }
 
 /// What can't be kept is said in one line, and the values run all the same.

@@ -47,6 +47,7 @@ public:
         return static_cast<std::ptrdiff_t>(bytes.size());
     }
     [[nodiscard]] bool canAcceptBytes() override { return !closed && accepts; }
+    [[nodiscard]] Reach reach() const override { return reached; }
 
     void feed(Bytes chunk) {
         m_chunks.push_back(std::move(chunk));
@@ -64,6 +65,7 @@ public:
     bool accepts = true;
     bool closed = false;
     int failingWrites = 0;
+    Reach reached = Reach::open;
     std::vector<Bytes> sent;
     std::function<void(const Bytes&)> onWrite;
 

@@ -7,6 +7,7 @@
 #include <sstream>
 #include <string>
 #include <tuple>
+#include <utility>
 #include <vector>
 
 #include "fakes/FakePlatform.h"
@@ -122,6 +123,9 @@ TEST_F(EngineTest, DispatchesByType) {
         {"push A", framed(1, {9, 3}), complete, {9}, 3, {idle}},
         {"push B", framed(3, {9, 4}), complete, {9}, 4, {idle}},
         {"request", framed(4, {9}), partial, {9}, 4, {respSent, idle}},
+        {"request of what has no width", framed(4, {255}), partial, {255}, 4, {respMore, respSent, idle}},
+        {"ack that nobody waits for", framed(2, {9}), good, {}, 4, {idle}},
+        {"response that nobody waits for", framed(5, {9, 5}), good, {}, 4, {idle}},
         {"type 15", framed(15, {9, 6}), good, {}, 4, {idle}},
         {"bad CRC", {0x13, 9, 7, 0}, badCrc, {}, 4, {idle}},
         {"length 0", {0, 9, 7, 0}, empty, {}, 4, {idle}}};
@@ -153,6 +157,24 @@ TEST_F(EngineTest, ServesInOrder) {
     for (const auto& frame : sink.sent)
         types.push_back(x2comFrameType(frame.data()));
     EXPECT_EQ(types, (Results{2, 5, 2, 5, 5, 0, 4, 0, 4}));
+}
+
+/// While a frame leaves, the loop may turn, and the module may write again.
+TEST_F(EngineTest, AnAckOwedWhileAnotherLeavesIsSentToo) {
+    struct Turning final : x2comSink {
+        void sendBytes(std::span<const std::uint8_t> frame) override {
+            if (std::exchange(acks, acks + 1) == 0) deliver(framed(0, {6, 1}));
+            last.assign(frame.begin(), frame.end());
+        }
+        [[nodiscard]] bool canSend() override { return true; }
+
+        int acks = 0;
+        Bytes last;
+    } turning;
+    x2comSetSink(&turning);
+    deliver(framed(0, {5, 1}));
+    EXPECT_EQ(transmitAll(), (Results{ackSent, ackSent, idle}));
+    EXPECT_EQ(turning.last, framed(2, {6}));
 }
 
 struct Channel {

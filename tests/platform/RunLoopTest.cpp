@@ -2,6 +2,10 @@
 
 #include <atomic>
 #include <chrono>
+#include <filesystem>
+#include <functional>
+#include <iterator>
+#include <memory>
 #include <thread>
 #include <vector>
 
@@ -72,6 +76,39 @@ TEST(RunLoop, TimersStopFromAnywhereEvenWithinThemselves) {
     EXPECT_EQ(repeated, 3);
     EXPECT_EQ(never, 0);
     EXPECT_EQ(self, nullptr);
+}
+
+/// What the program's timers and work own may have threads, which end only now and still hand over work.
+TEST(RunLoop, WhatItsTimersAndWorkOwnEndsWhileItStillTakesWork) {
+    const auto openFiles = [] {
+        const std::filesystem::directory_iterator files{"/proc/self/fd"};
+        return std::distance(begin(files), end(files));
+    };
+    auto loop = std::make_unique<QtRunLoop>();
+    const auto filesOfTheLoop = openFiles();
+    const auto handedOver = std::make_shared<int>(0);
+    struct Owner {
+        std::function<void()> atTheEnd;
+        ~Owner() { atTheEnd(); }
+    };
+    int ended = 0;
+    const auto own = [&] {
+        return std::make_shared<Owner>([&, loop = loop.get()] {
+            ThreadWorkQueue{"test"}.post([loop, handedOver] {
+                loop->performOnMainThread([handedOver] {});
+                loop->scheduleTimer(1ms, false, [handedOver](Timer&) {});
+            });
+            loop->scheduleTimer(1ms, false, [handedOver](Timer&) {});
+            EXPECT_EQ(openFiles(), filesOfTheLoop);
+            ++ended;
+        });
+    };
+    loop->scheduleTimer(1ms, false, [owner = own()](Timer&) {});
+    loop->scheduleTimer(1ms, true, [owner = own()](Timer&) {});
+    loop->performOnMainThread([owner = own()] {});
+    loop.reset();
+    EXPECT_EQ(ended, 3);
+    EXPECT_EQ(handedOver.use_count(), 1);
 }
 
 TEST(RunLoop, QuittingEndsEveryTurn) {

@@ -15,6 +15,7 @@
 #include <mutex>
 #include <random>
 #include <set>
+#include <thread>
 
 #include "bench/Bench.h"
 #include "fakes/FreshEngine.h"
@@ -139,6 +140,17 @@ TEST_F(LoopbackTest, WritesRequestsAndEchoes) {
     EXPECT_TRUE(feeder->setValueForAID(bench::Bytes{6, 2, 3, 0x3B, 1, 5}, 226));
     EXPECT_EQ(module->value(226), (bench::Bytes{6, 2, 3, 0x3B, 1, 5}));
     expectNothingWrong();
+}
+
+TEST_F(LoopbackTest, AnExchangeOfAnotherThreadFailsAndLeavesNoTrace) {
+    ASSERT_TRUE(connect());
+    ASSERT_TRUE(feeder->setValueForAID(bench::Bytes{7}, 33));
+    std::thread{[&] {
+        EXPECT_FALSE(feeder->setValueForAID(bench::Bytes{8}, 33));
+        EXPECT_FALSE(feeder->requestValueForAID(33));
+    }}.join();
+    const std::scoped_lock lock{avStoreMutex()};
+    EXPECT_EQ(*x2comSendSlot(33), 7);
 }
 
 TEST_F(LoopbackTest, ValuesFlowUnderEachFaultAndAfterIt) {

@@ -2,8 +2,10 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <atomic>
 #include <functional>
 #include <string>
+#include <thread>
 #include <vector>
 
 #include "fakes/FakePlatform.h"
@@ -243,6 +245,10 @@ TEST_F(SessionTest, WritesAreAcknowledgedOrGivenUpAfterTwentyOneAttempts) {
         EXPECT_FALSE(feeder->setValueForAID(Bytes{1}, bad));
         EXPECT_FALSE(feeder->requestValueForAID(bad));
     }
+    for (const AID edge : {0, 254}) {
+        EXPECT_TRUE(feeder->setValueForAID(Bytes{2, 1}, edge)) << edge;
+        EXPECT_TRUE(feeder->requestValueForAID(edge)) << edge;
+    }
 }
 
 TEST_F(SessionTest, OnlyTheLastEntryOfAMessageIsWritten) {
@@ -297,6 +303,37 @@ TEST_F(SessionTest, AFailedWriteOfTheStreamIsTriedAgain) {
     platform.loop.quit();
     EXPECT_FALSE(feeder->setValueForAID(Bytes{2}, 5));
     EXPECT_GT(platform.stream().failingWrites, 990);
+}
+
+TEST_F(SessionTest, AFrameThatCanNotLeaveIsGivenUpWithTheLink) {
+    connect();
+    const auto broken = platform.opened.back();
+    broken->failingWrites = 1000;
+    platform.loop.scheduleTimer(50ms, false, [&](Timer&) { broken->lose(); });
+    const auto begin = platform.loop.time();
+    EXPECT_FALSE(driver().writeValueForAID(AV::forAID(5, Bytes{1}), 5));
+    EXPECT_EQ(platform.loop.time() - begin, 150ms);  // the time of an answer, from the loss
+    EXPECT_GT(broken->failingWrites, 900);
+    EXPECT_NE(platform.opened.back(), broken);
+    EXPECT_TRUE(platform.stream().sent.empty());
+}
+
+TEST_F(SessionTest, TellsHowFarTheWayToTheModuleIsOpen) {
+    using Reach = ByteStream::Reach;
+    const auto attempt = [&](Reach reach) {
+        platform.stream().reached = reach;
+        return driver().reach();
+    };
+    start();
+    EXPECT_EQ(attempt(Reach::noAnswer), Reach::noAnswer);
+    EXPECT_EQ(attempt(Reach::refused), Reach::refused);
+    platform.loop.runFor(3s);
+    EXPECT_EQ(attempt(Reach::noAnswer), Reach::refused);  // until this attempt is over too
+    platform.loop.runFor(3s);
+    EXPECT_EQ(attempt(Reach::noAnswer), Reach::noAnswer);
+    EXPECT_EQ(attempt(Reach::open), Reach::open);
+    EXPECT_EQ(attempt(Reach::closed), Reach::closed);
+    EXPECT_EQ(driver().endpoint(), (Endpoint{"1.2.3.4", 2000}));
 }
 
 TEST_F(SessionTest, ARespTimerThatHasLostItsGuardEndsTheNextRequestEarly) {
@@ -401,6 +438,44 @@ TEST_F(FeederTest, ReadersAreFedByPriorityAndKey) {
     feeder->removeAllReaders();
     message(10);
     EXPECT_EQ(normal->reads.size(), 2U);
+}
+
+/// The reading thread delivers while screens come and go.
+TEST_F(FeederTest, ReadersChangeWhileMessagesFlood) {
+    struct Counter final : iTorvReader {
+        void readAid(std::span<std::uint8_t> bytes, AID) override { sum += bytes[0]; }
+        [[nodiscard]] std::int32_t priority() const override { return 0; }
+        std::atomic<int> sum = 0;
+    };
+    const auto first = std::make_shared<Counter>();
+    std::atomic<bool> ending = false;
+    feeder->addReaderForKey(first, "10");
+    std::thread flood{[&] {
+        while (!ending)
+            message(10);
+    }};
+    while (first->sum == 0)
+        std::this_thread::yield();
+    for (int screen = 0; screen < 500; ++screen) {
+        feeder->removeAllReaders();
+        for (const auto* key : {"10", "11", "10"})
+            feeder->addReaderForKey(std::make_shared<Counter>(), key);
+        if (screen % 50 == 0) feeder->enableTimedFeedMode();
+        if (screen % 50 == 25) feeder->disableTimedFeedMode();
+        feeder->setFeeding(screen % 7 != 0);
+    }
+    const auto last = std::make_shared<Counter>();
+    feeder->addReaderForKey(last, "10");
+    feeder->disableTimedFeedMode();
+    feeder->setFeeding(true);
+    while (last->sum == 0)
+        std::this_thread::yield();
+    ending = true;
+    flood.join();
+    const int before = last->sum;
+    message(10);
+    EXPECT_EQ(last->sum, before + 10);
+    EXPECT_EQ(first.use_count(), 1);
 }
 
 TEST_F(FeederTest, FeedModes) {

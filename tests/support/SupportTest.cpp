@@ -1,6 +1,8 @@
 #include <gtest/gtest.h>
 
 #include <limits>
+#include <memory>
+#include <optional>
 #include <tuple>
 
 #include "fakes/FakePlatform.h"
@@ -51,6 +53,18 @@ TEST(TextNumbers, ReadTheLeadingNumber) {
         EXPECT_EQ(boolValue(text), truth);
     }
     EXPECT_EQ(floatValue("16777217"), 16777216.0F);
+}
+
+/// Of one sign alone, in a place of its own: what lies behind it is nobody's, as the address sanitizer knows.
+TEST(TextNumbers, ReadNothingBehindTheEnd) {
+    for (const char sign : {'+', '-', '.', ' ', '0', 'e'}) {
+        const auto place = std::make_unique<char>(sign);
+        const std::string_view text{place.get(), 1};
+        EXPECT_EQ(intValue(text) + longLongValue(text), 0) << sign;
+        EXPECT_EQ(doubleValue(text) + floatValue(text), 0) << sign;
+        EXPECT_EQ(wholeTextFloatValue(text), sign == '0' ? std::optional{0.0F} : std::nullopt) << sign;
+        EXPECT_FALSE(boolValue(text)) << sign;
+    }
 }
 
 TEST(NumberTest, IsExact) {

@@ -7,6 +7,7 @@
 #include <sys/socket.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <chrono>
 #include <utility>
@@ -19,6 +20,12 @@ constexpr std::chrono::milliseconds userTimeout{3500};
 void setOption(int socket, int level, int name, int value) {
     // A kernel that refuses an option still carries the bytes.
     static_cast<void>(::setsockopt(socket, level, name, &value, sizeof value));
+}
+
+/// Of an attempt to connect.
+ByteStream::Reach reachOfError(int error) {
+    if (error == ECONNREFUSED) return ByteStream::Reach::refused;
+    return error == ETIMEDOUT ? ByteStream::Reach::noAnswer : ByteStream::Reach::unreachable;
 }
 
 }  // namespace
@@ -41,6 +48,7 @@ bool PosixByteStream::open() {
     setOption(socket, IPPROTO_TCP, TCP_USER_TIMEOUT, static_cast<int>(userTimeout.count()));
     const int result = ::connect(socket, reinterpret_cast<const sockaddr*>(&address), sizeof address);
     if (result != 0 && errno != EINPROGRESS) {
+        m_reach = reachOfError(errno);
         ::close(socket);
         return false;
     }
@@ -77,6 +85,12 @@ void PosixByteStream::close() {
     if (m_socket >= 0) ::close(std::exchange(m_socket, -1));
 }
 
+/// `error` is that of the attempt to connect, or 0.
+void PosixByteStream::end(Event event, int error) {
+    m_reach = error == 0 ? Reach::closed : reachOfError(error);
+    tell(event);
+}
+
 void PosixByteStream::tell(Event event) {
     if (const auto client = m_client) client(event);
 }
@@ -87,8 +101,9 @@ void PosixByteStream::becameWritable() {
     int error = 0;
     socklen_t size = sizeof error;
     if (::getsockopt(m_socket, SOL_SOCKET, SO_ERROR, &error, &size) != 0 || error != 0) {
-        tell(Event::error);
+        end(Event::error, error);
     } else {
+        m_reach = Reach::open;
         m_readable->setEnabled(true);
     }
 }
@@ -98,8 +113,8 @@ void PosixByteStream::becameReadable() {
     std::uint8_t first = 0;
     const auto count = ::recv(m_socket, &first, 1, MSG_PEEK | MSG_DONTWAIT);
     if (count > 0) return tell(Event::bytesAvailable);
-    if (count == 0) return tell(Event::end);
-    if (errno != EAGAIN && errno != EINTR) return tell(Event::error);
+    if (count == 0) return end(Event::end, 0);
+    if (errno != EAGAIN && errno != EINTR) return end(Event::error, 0);
     m_readable->setEnabled(true);
 }
 
@@ -119,7 +134,7 @@ std::ptrdiff_t PosixByteStream::write(std::span<const std::uint8_t> bytes) {
     if (m_socket < 0) return -1;
     if (hasVanished()) {
         m_loop.performOnMainThread([weak = weak_from_this()] {
-            if (const auto stream = weak.lock()) stream->tell(Event::error);
+            if (const auto stream = weak.lock()) stream->end(Event::error, 0);
         });
     }
     return ::send(m_socket, bytes.data(), bytes.size(), MSG_DONTWAIT | MSG_NOSIGNAL);
@@ -129,13 +144,17 @@ bool PosixByteStream::hasVanished() const {
     tcp_info info{};
     socklen_t size = sizeof info;
     return ::getsockopt(m_socket, IPPROTO_TCP, TCP_INFO, &info, &size) == 0 && info.tcpi_unacked > 0 &&
-           std::chrono::milliseconds{info.tcpi_last_ack_recv} > userTimeout;
+           std::chrono::milliseconds{std::min(info.tcpi_last_ack_recv, info.tcpi_last_data_recv)} >
+               userTimeout;
 }
 
 bool PosixByteStream::canAcceptBytes() {
-    if (m_socket < 0 || m_connecting) return false;
-    pollfd query{m_socket, POLLOUT, 0};
-    if (::poll(&query, 1, 0) > 0 && (query.revents & POLLOUT) != 0) return true;
+    if (m_socket < 0 || m_reach != Reach::open) return false;
+    pollfd query{m_socket, POLLOUT | POLLRDHUP, 0};
+    const bool answered = ::poll(&query, 1, 0) > 0;
+    // The end or the error is on its way to the client, and the socket would stay writable all the while.
+    if (answered && (query.revents & (POLLERR | POLLHUP | POLLRDHUP)) != 0) return false;
+    if (answered && (query.revents & POLLOUT) != 0) return true;
     m_writable->setEnabled(true);
     return false;
 }

@@ -13,7 +13,8 @@ namespace torv {
 ///
 /// Bytes leave at once (TCP_NODELAY), and a peer that has vanished becomes an error once sent bytes have
 /// stayed unacknowledged for 3.5 s (TCP_USER_TIMEOUT). The kernel looks at that only when it sends them
-/// again, which on a connection that was slow to come up may be 8 s later; so each write looks at it too.
+/// again, which on a connection that was slow to come up may be 8 s later; so each write looks at it too:
+/// a peer of which neither acks nor data have come for so long has vanished.
 class PosixByteStream final : public ByteStream, public std::enable_shared_from_this<PosixByteStream> {
 public:
     PosixByteStream(RunLoop& loop, Endpoint endpoint);
@@ -26,6 +27,7 @@ public:
     void rearm() override;
     std::ptrdiff_t write(std::span<const std::uint8_t> bytes) override;
     [[nodiscard]] bool canAcceptBytes() override;
+    [[nodiscard]] Reach reach() const override { return m_reach; }
 
 private:
     [[nodiscard]] std::unique_ptr<QSocketNotifier> watch(QSocketNotifier::Type type,
@@ -33,12 +35,14 @@ private:
     [[nodiscard]] bool hasVanished() const;
     void becameReadable();
     void becameWritable();
+    void end(Event event, int error);
     void tell(Event event);
 
     RunLoop& m_loop;
     const Endpoint m_endpoint;
     Client m_client;
     bool m_connecting = false;
+    Reach m_reach = Reach::noAnswer;
     std::unique_ptr<QSocketNotifier> m_readable;
     std::unique_ptr<QSocketNotifier> m_writable;
 

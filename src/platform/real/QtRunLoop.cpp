@@ -52,9 +52,15 @@ QtRunLoop::QtRunLoop()
 
 QtRunLoop::~QtRunLoop() {
     *m_alive = false;
-    // A handler may own what holds the loop's other timers, so nothing of the list is touched while it goes.
-    const auto timers = std::exchange(m_timers, {});
     m_wakeupNotifier.setEnabled(false);
+    // Handlers and work may own all the rest of the program, threads included, which may hand over work and
+    // schedule timers until they have ended. So they go while this loop can still take both, and nothing of
+    // the lists is touched while what they held goes.
+    while (true) {
+        const auto timers = std::exchange(m_timers, {});
+        const auto work = takeWork();
+        if (timers.empty() && work.empty()) break;
+    }
     ::close(m_wakeup);
 }
 
@@ -88,6 +94,11 @@ void QtRunLoop::timerEvent(QTimerEvent* event) {
     if (!timer->repeats()) end(*timer);
     if (timer->isValid()) timer->fire();
     if (!timer->repeats()) timer->invalidate();
+}
+
+std::deque<std::function<void()>> QtRunLoop::takeWork() {
+    const std::scoped_lock lock{m_workMutex};
+    return std::exchange(m_work, {});
 }
 
 void QtRunLoop::performOnMainThread(std::function<void()> work) {

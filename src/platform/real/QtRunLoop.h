@@ -16,6 +16,7 @@ namespace torv {
 class QtRunLoop final : public QObject, public RunLoop {
 public:
     QtRunLoop();
+    /// Lets go of all timers and work, and of what they own, before anything of the loop goes.
     ~QtRunLoop() override;
 
     std::shared_ptr<Timer> scheduleTimer(std::chrono::milliseconds interval, bool repeats,
@@ -36,6 +37,7 @@ private:
     void begin(const std::shared_ptr<LoopTimer>& timer);
     void end(LoopTimer& timer);
     void runWork();
+    [[nodiscard]] std::deque<std::function<void()>> takeWork();
     void wake() const;
 
     // Timers are events of this one object and no objects of their own: one that is stopped within its own

@@ -49,12 +49,12 @@ private:
     };
 
     IdleInhibitor m_idleInhibitor;
-    QtRunLoop m_loop;
     StandardResources m_resources;
     SqliteUserDefaults m_defaults;
     SystemNetworkInterfaces m_interfaces;
     CurlURLLoader m_loader;
     DesktopMailComposer m_mail;
+    QtRunLoop m_loop;  // behind what its timers may own the users of
     Streams m_streams;
 };
 
