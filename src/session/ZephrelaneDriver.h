@@ -85,8 +85,6 @@ public:
     void openSockets();
     void closeSockets();
 
-    /// Where the last connection was tried.
-    [[nodiscard]] const Endpoint& endpoint() const { return m_endpoint; }
     [[nodiscard]] std::shared_ptr<ByteStream> readStream() const { return m_stream; }
     [[nodiscard]] std::shared_ptr<ByteStream> writeStream() const { return m_stream; }
     [[nodiscard]] bool connected() const { return m_connected; }
@@ -137,7 +135,6 @@ private:
     std::vector<std::uint8_t> m_sent;  // by the running `transmit`; main thread
 
     ArrivalTimes m_arrivals;
-    Endpoint m_endpoint;
     std::shared_ptr<ByteStream> m_stream;  // null while closed
     Endpoint m_endpoint;
     ByteStream::Reach m_lastReach = ByteStream::Reach::noAnswer;  // of the attempt before this one
