@@ -440,6 +440,12 @@ TEST_F(FeederTest, ReadersAreFedByPriorityAndKey) {
     EXPECT_EQ(normal->reads.size(), 2U);
 }
 
+TEST_F(FeederTest, TakesItsTimerAlong) {
+    feeder->enableTimedFeedMode();
+    feeder.reset();
+    EXPECT_FALSE(platform.loop.runOnce());  // there is none left
+}
+
 /// The reading thread delivers while screens come and go.
 TEST_F(FeederTest, ReadersChangeWhileMessagesFlood) {
     struct Counter final : iTorvReader {
