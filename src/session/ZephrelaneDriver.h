@@ -46,7 +46,8 @@ public:
     [[nodiscard]] ZephrelaneDriverDelegate* delegate() const { return m_delegate; }
     void setDelegate(ZephrelaneDriverDelegate* delegate) { m_delegate = delegate; }
 
-    /// Once. The blocking calls below are for the main thread; elsewhere they fail at once.
+    /// Once. The blocking calls below are for the main thread; elsewhere they fail at once, and change
+    /// nothing.
     void start();
     /// Does nothing while connected. Otherwise closes, opens and comes again in 3.0 s, without end.
     void reconnect() { m_chain.attemptNow(); }

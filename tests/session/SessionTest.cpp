@@ -1,103 +1,13 @@
 // A session's life in virtual time: every row of what can go wrong between handset and module.
-#include <gtest/gtest.h>
-
-#include <algorithm>
-#include <atomic>
-#include <functional>
-#include <string>
-#include <thread>
-#include <vector>
-
-#include "fakes/FakePlatform.h"
-#include "fakes/Frames.h"
-#include "fakes/FreshEngine.h"
-#include "platform/NotificationNames.h"
-#include "session/iTorvFeeder.h"
+#include "Session.h"
 
 namespace {
 
 using namespace torv;
 using namespace std::chrono_literals;
+using namespace session_test;
 using fakes::Bytes;
 using fakes::frame;
-
-const Bytes push = frame({0x13, 10, 0x2A});              // AID 10 is 42
-const Bytes otherPush = frame({0x14, 100, 0x12, 0x34});  // AID 100 is 0x3412
-const Bytes ackOf5 = frame({0x22, 5});
-const Bytes ignored = frame({0x62, 1});
-
-struct Listener final : iTorvConnectionListener {
-    void iTorvFeederDidEstablishConnection(iTorvFeeder& feeder) override {
-        ++established;
-        if (onEstablished) onEstablished(feeder);
-    }
-    void iTorvFeederDidFailToConnect(iTorvFeeder&) override { failedAt.push_back(loop->time().count()); }
-
-    fakes::VirtualRunLoop* loop = nullptr;
-    int established = 0;
-    std::vector<std::int64_t> failedAt;
-    std::function<void(iTorvFeeder&)> onEstablished;
-};
-
-struct Reader final : iTorvReader {
-    explicit Reader(std::int32_t p) : current(p) {}
-    void readAid(std::span<std::uint8_t> bytes, AID aid) override {
-        reads.push_back({aid, {bytes.begin(), bytes.end()}});
-        if (onRead) onRead();
-    }
-    [[nodiscard]] std::int32_t priority() const override { return current; }
-    void setPriority(std::int32_t p) override { current = p; }
-
-    std::int32_t current;
-    std::vector<std::pair<AID, Bytes>> reads;
-    std::function<void()> onRead;
-};
-
-class SessionTest : public testing::Test {
-protected:
-    SessionTest() {
-        fakes::freshenEngine();
-        listener->loop = &platform.loop;
-        feeder = std::make_shared<iTorvFeeder>();
-        feeder->addConnectionListener(listener);
-        feeder->setFeeding(true);
-    }
-
-    void start() { feeder->start(); }
-    ZephrelaneDriver& driver() { return feeder->driver(); }
-    void chunk(const Bytes& bytes) {
-        platform.stream().feed(bytes);
-        platform.loop.runWork();
-    }
-    void connect() {
-        start();
-        for (int i = 0; i < 3; ++i)
-            chunk(push);
-        ASSERT_TRUE(driver().connected());
-    }
-    /// How often these very bytes went out; the heartbeat's own requests may stand between.
-    [[nodiscard]] std::ptrdiff_t count(const Bytes& bytes) {
-        const auto& sent = platform.stream().sent;
-        return std::count(sent.begin(), sent.end(), bytes);
-    }
-    std::shared_ptr<Reader> reader(const std::string& key, std::int32_t priority = 0) {
-        auto made = std::make_shared<Reader>(priority);
-        feeder->addReaderForKey(made, key);
-        return made;
-    }
-    /// The module answers whatever is sent: with an ack or a response, and another frame behind it.
-    void answerEverything() {
-        platform.stream().onWrite = [this](const Bytes& sent) {
-            const bool isWrite = sent[0] >> 4 == x2comFrameWrite;
-            platform.stream().feed(isWrite ? frame({0x22, sent[1]}) : frame({0x53, sent[1], 7}));
-            platform.stream().feed(push);
-        };
-    }
-
-    fakes::FakePlatform platform;
-    std::shared_ptr<Listener> listener = std::make_shared<Listener>();
-    std::shared_ptr<iTorvFeeder> feeder;
-};
 
 TEST_F(SessionTest, HostFollowsTheAddressOfTheInterface) {
     struct Row {
@@ -410,101 +320,6 @@ TEST_F(SessionTest, TroubleCodesAreAnnouncedBeforeTheDelegateHears) {
     EXPECT_EQ(order, "224 read 225 ");
     ASSERT_EQ(codes->reads.size(), 1U);
     EXPECT_EQ(codes->reads[0].second.size(), 13U);
-}
-
-class FeederTest : public SessionTest {
-protected:
-    void message(std::uint8_t aid) {
-        Message m{{std::to_string(aid), AV::forAID(aid, Bytes{aid})}};
-        feeder->zephrelaneDriverDidReceiveMessage(driver(), m);
-    }
-};
-
-TEST_F(FeederTest, ReadersAreFedByPriorityAndKey) {
-    const auto normal = reader("10");
-    const auto marked = reader("10", 1);
-    const auto skipped = reader("10", 2);
-    const auto falling = reader("10", 1);
-    falling->onRead = [&] { falling->current = 0; };
-    feeder->addReaderForKey(normal, "10");  // twice under one key
-    feeder->addReaderForKey(normal, "11");
-    message(10);
-    message(11);
-    message(12);
-    EXPECT_EQ(normal->reads.size(), 2U);
-    EXPECT_EQ(marked->reads.size(), 1U);
-    EXPECT_EQ(skipped->reads.size(), 0U);
-    EXPECT_EQ(falling->reads.size(), 2U);
-    feeder->removeAllReaders();
-    message(10);
-    EXPECT_EQ(normal->reads.size(), 2U);
-}
-
-/// The reading thread delivers while screens come and go.
-TEST_F(FeederTest, ReadersChangeWhileMessagesFlood) {
-    struct Counter final : iTorvReader {
-        void readAid(std::span<std::uint8_t> bytes, AID) override { sum += bytes[0]; }
-        [[nodiscard]] std::int32_t priority() const override { return 0; }
-        std::atomic<int> sum = 0;
-    };
-    const auto first = std::make_shared<Counter>();
-    std::atomic<bool> ending = false;
-    feeder->addReaderForKey(first, "10");
-    std::thread flood{[&] {
-        while (!ending)
-            message(10);
-    }};
-    while (first->sum == 0)
-        std::this_thread::yield();
-    for (int screen = 0; screen < 500; ++screen) {
-        feeder->removeAllReaders();
-        for (const auto* key : {"10", "11", "10"})
-            feeder->addReaderForKey(std::make_shared<Counter>(), key);
-        if (screen % 50 == 0) feeder->enableTimedFeedMode();
-        if (screen % 50 == 25) feeder->disableTimedFeedMode();
-        feeder->setFeeding(screen % 7 != 0);
-    }
-    const auto last = std::make_shared<Counter>();
-    feeder->addReaderForKey(last, "10");
-    feeder->disableTimedFeedMode();
-    feeder->setFeeding(true);
-    while (last->sum == 0)
-        std::this_thread::yield();
-    ending = true;
-    flood.join();
-    const int before = last->sum;
-    message(10);
-    EXPECT_EQ(last->sum, before + 10);
-    EXPECT_EQ(first.use_count(), 1);
-}
-
-TEST_F(FeederTest, FeedModes) {
-    const auto sensor = reader("10");
-    const auto count = [&] { return std::exchange(sensor->reads, {}).size(); };
-    const auto tenMessages = [&] {
-        for (int i = 0; i < 10; ++i)
-            message(10);
-    };
-    feeder->setFeeding(false);
-    tenMessages();
-    EXPECT_EQ(count(), 0U);
-    connect();
-    EXPECT_EQ(feeder->valueForAID(10).bytes()[0], 0x2A);  // the store goes on filling
-    EXPECT_EQ(count(), 0U);
-    feeder->setFeeding(true);
-    tenMessages();
-    EXPECT_EQ(count(), 10U);
-    feeder->enableTimedFeedMode();
-    tenMessages();
-    EXPECT_EQ(count(), 0U);
-    for (int second = 0; second < 3; ++second) {
-        platform.loop.runFor(1000ms);
-        tenMessages();
-        EXPECT_EQ(count(), 1U);
-    }
-    feeder->disableTimedFeedMode();
-    tenMessages();
-    EXPECT_EQ(count(), 10U);
 }
 
 }  // namespace
