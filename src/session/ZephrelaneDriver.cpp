@@ -290,7 +290,13 @@ void ZephrelaneDriver::sendBytes(std::span<const std::uint8_t> frame) {
 }
 
 bool ZephrelaneDriver::canSend() {
-    return m_stream && m_stream->canAcceptBytes();
+    if (!m_stream) return false;
+    // What is sent into a connection that is over is dropped, and the exchange ends by its timer. Were it to
+    // wait, it would hold its caller until the module is back, and then write what nobody wants any more.
+    const auto reach = m_stream->reach();
+    const bool over = reach == ByteStream::Reach::refused || reach == ByteStream::Reach::unreachable ||
+                      reach == ByteStream::Reach::closed;
+    return over || m_stream->canAcceptBytes();
 }
 
 // The guard of the resp timer is cleared by the ack timer's stop and expiry too, and set by its start. So a
