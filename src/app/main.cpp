@@ -13,6 +13,7 @@
 #include <memory>
 #include <string>
 
+#include "app/Display.h"
 #include "app/Screens.h"
 #include "app/StartTimes.h"
 #include "control/ConnectionStatus.h"
@@ -36,6 +37,7 @@ using namespace torv;
 
 constexpr int badArguments = 2;
 constexpr int screenshotFailed = 1;
+constexpr int cannotDraw = 2;
 
 struct Options {
     CommonOptions common;
@@ -45,6 +47,7 @@ struct Options {
     std::optional<QSize> size;
     Turn turn = Turn::automatic;
     bool fullScreen = false;
+    bool software = false;
     bool logTimes = false;
 };
 
@@ -60,16 +63,6 @@ void chooseOffscreen(int argc, char** argv) {
         qputenv("QT_QPA_PLATFORM", "offscreen");
         qputenv("QT_QUICK_BACKEND", "software");
     }
-}
-
-/// Qt would end the process without a word that a user understands.
-bool lacksDisplay(int argc, char** argv) {
-    for (int i = 1; i < argc; ++i) {
-        if (std::strcmp(argv[i], "-platform") == 0) return false;
-    }
-    const std::array variables{"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM"};
-    return std::none_of(variables.begin(), variables.end(),
-                        [](const char* name) { return qEnvironmentVariableIsSet(name); });
 }
 
 bool asksForText(int argc, char** argv) {
@@ -105,6 +98,7 @@ std::optional<std::string> readArguments(const QCoreApplication& application, Op
         {"full-screen", "Fill the screen."},
         {"screenshot", "Save a picture of the window (PNG) and end.", "FILE"},
         {"after", "Seconds until that picture is taken (2).", "SECONDS", "2"},
+        {"software", "Let the processor draw the window; so it is where OpenGL can't be used."},
         {"log-times", "Log how long the first frame and the first value took."},
     });
     if (!parser.parse(application.arguments())) return parser.errorText().toStdString();
@@ -120,6 +114,7 @@ std::optional<std::string> readArguments(const QCoreApplication& application, Op
     }
     if (auto why = options.common.read(parser, CurlURLLoader{})) return why;
     options.screenshot = parser.value("screenshot");
+    options.software = parser.isSet("software");
     options.logTimes = parser.isSet("log-times");
     options.fullScreen = parser.isSet("full-screen");
     const auto turn = turnFromText(parser.value("turn"));
@@ -157,10 +152,6 @@ void takeScreenshotLater(RunLoop& loop, QQuickWindow& window, const Options& opt
 
 int main(int argc, char** argv) {
     const auto begin = StartTimes::Clock::now();
-    qInstallMessageHandler([](QtMsgType type, const QMessageLogContext&, const QString& message) {
-        logLine(message.toStdString());
-        if (type == QtFatalMsg) std::fprintf(stderr, "itorv: %s\n", qPrintable(message));
-    });
     chooseOffscreen(argc, argv);
     if (asksForText(argc, argv)) {
         const QCoreApplication application{argc, argv};
@@ -169,14 +160,13 @@ int main(int argc, char** argv) {
         Options none;
         static_cast<void>(readArguments(application, none));  // shows what is asked for, and ends
     }
-    if (lacksDisplay(argc, argv))
-        return refuse("there is no display; --offscreen needs none, and ./run serves one by VNC");
-    QGuiApplication application{argc, argv};
+    const auto application = openDisplay(argc, argv);
+    if (!application) return badArguments;
     QGuiApplication::setApplicationName("itorv");
     QGuiApplication::setApplicationDisplayName("iTorv");
     QGuiApplication::setApplicationVersion(ITORV_VERSION);
     Options options;
-    if (const auto why = readArguments(application, options)) return refuse(*why);
+    if (const auto why = readArguments(*application, options)) return refuse(*why);
 
     QCoreApplication::sendPostedEvents();  // the VNC platform begins to listen with its first event
     if (QGuiApplication::platformName() == "vnc" && !keepListenersOnLoopback()) {
@@ -186,7 +176,8 @@ int main(int argc, char** argv) {
     RealPlatform platform;
     Platform::install(&platform);
     const QuitSignals signals_{[&] { platform.runLoop().quit(); }};
-    QObject::connect(&application, &QGuiApplication::lastWindowClosed, [&] { platform.runLoop().quit(); });
+    QObject::connect(application.get(), &QGuiApplication::lastWindowClosed,
+                     [&] { platform.runLoop().quit(); });
 
     if (!options.common.profile.empty()) {
         std::string error;
@@ -201,6 +192,7 @@ int main(int argc, char** argv) {
         if (!imageNamed(picture))
             logLine("the picture " + std::string{picture} + " of the application is missing");
     }
+    chooseRenderer(options.software);
     const auto control = std::make_shared<iTorvAppDelegate>();
     const MemoryPressure pressure{[&] { control->applicationDidReceiveMemoryWarning(); }};
     std::unique_ptr<ConnectionStatus> status;
@@ -220,6 +212,10 @@ int main(int argc, char** argv) {
         });
     auto* window = mainWindow->window();
     if (!window) return refuse("the window could not be made");
+    QObject::connect(window, &QQuickWindow::sceneGraphError, window, [&](auto, const QString& why) {
+        std::fprintf(stderr, "itorv: the window can't be drawn; --software may help: %s\n", qPrintable(why));
+        platform.runLoop().quit(cannotDraw);
+    });
     if (options.size) window->resize(*options.size);
     if (options.fullScreen) window->showFullScreen();
     mainWindow->setTurn(options.turn);

@@ -9,22 +9,23 @@ Item {
     required property DigitalDisplayView view
     property real u: 1
 
-    x: Math.round(view.frame.x * u)
-    y: Math.round(view.frame.y * u)
+    x: view ? Math.round(view.frame.x * u) : 0
+    y: view ? Math.round(view.frame.y * u) : 0
 
     Repeater {
-        model: 5
+        model: display.view ? 5 : 0  // none once the page has gone
 
         Picture {
             required property int index
 
-            readonly property string glyph: display.view.glyphs[index]
+            readonly property DigitalDisplayView view: display.view
+            readonly property string glyph: view ? view.glyphs[index] : ""
 
             u: display.u
             asynchronous: false
             name: glyph === "" ? "" : "glyph/" + glyph
-            frame: Qt.rect(display.view.offsets[index] + (display.view.cellSize.width - display.view.glyphSize.width) / 2,
-                           2, display.view.glyphSize.width, display.view.glyphSize.height)
+            frame: view ? Qt.rect(view.offsets[index] + (view.cellSize.width - view.glyphSize.width) / 2, 2,
+                                  view.glyphSize.width, view.glyphSize.height) : Qt.rect(0, 0, 0, 0)
         }
     }
 }
