@@ -6,10 +6,10 @@
 #include <array>
 
 #include "fakes/Application.h"
-#include "fakes/Gallery.h"
 #include "qml/PictureProvider.h"
 #include "screens/NavigationController.h"
 #include "screens/TableViewController.h"
+#include "tools/pictures/Gallery.h"
 #include "vehicles/SettingValueStore.h"
 
 namespace {
@@ -62,7 +62,7 @@ TEST_F(WindowTest, TheGearLeadsToTheMenuAndTheLiveListAndCloseBack) {
 
 TEST_F(WindowTest, AnAlertHasTheKeysAndGivesThemBack) {
     ASSERT_TRUE(app->waitUntilReady());
-    const auto gallery = std::make_shared<fakes::Gallery>();
+    const auto gallery = std::make_shared<pictures::Gallery>();
     app->page()->presentModalViewControllerAnimated(std::make_shared<NavigationController>(gallery), true);
     const auto key = [&](Qt::Key code) { QTest::keyClick(app->view(), code); };
     app->runFor(300ms);

@@ -2,13 +2,13 @@
 #include <gtest/gtest.h>
 
 #include "fakes/FakePlatform.h"
-#include "fakes/Gallery.h"
 #include "screens/NavigationController.h"
+#include "tools/pictures/Gallery.h"
 
 namespace {
 
 using namespace torv;
-using fakes::Gallery;
+using pictures::Gallery;
 
 class TableTest : public testing::Test {
 protected:

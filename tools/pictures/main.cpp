@@ -5,8 +5,8 @@
 #include <QTemporaryDir>
 #include <cstdio>
 
+#include "Gallery.h"
 #include "fakes/Application.h"
-#include "fakes/Gallery.h"
 #include "screens/NavigationController.h"
 #include "support/Number.h"
 
@@ -79,12 +79,12 @@ int main(int argc, char** argv) {
     app.runFor(600ms);
     QTest::keyClick(app.view(), Qt::Key_Right);
     save("third-page");
-    const auto gallery = std::make_shared<fakes::Gallery>();
+    const auto gallery = std::make_shared<pictures::Gallery>();
     const auto stack = std::make_shared<NavigationController>(gallery);
     app.page()->presentModalViewControllerAnimated(stack, true);
     save("table");
     gallery->setEditing(true);
-    gallery->touchDeleteMark(fakes::Gallery::deletable, 1);
+    gallery->touchDeleteMark(pictures::Gallery::deletable, 1);
     for (int i = 0; i < 11; ++i)
         QTest::keyClick(app.view(), Qt::Key_Down);
     save("table-delete");

@@ -9,7 +9,7 @@
 #include "screens/TappableLabelTableViewCell.h"
 #include "screens/TextValueGetterTableViewCell.h"
 
-namespace fakes {
+namespace pictures {
 
 /// A table with one of everything that a table can show, for pictures and tests.
 class Gallery final : public torv::TableViewController,
@@ -142,4 +142,4 @@ private:
     }
 };
 
-}  // namespace fakes
+}  // namespace pictures
