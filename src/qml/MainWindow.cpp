@@ -55,10 +55,10 @@ void MainWindow::show(Stage& stage) {
     if (!shown) return;
     m_stage = &stage;
     const auto look = [this] { lookAtTurn(); };
-    QObject::connect(&stage, &Stage::portraitChanged, shown, look);
-    QObject::connect(shown, &QQuickWindow::widthChanged, shown, look);
-    QObject::connect(shown, &QQuickWindow::heightChanged, shown, look);
-    QObject::connect(shown, &QQuickWindow::visibilityChanged, shown, look);
+    QObject::connect(&stage, &Stage::portraitChanged, &m_watcher, look);
+    QObject::connect(shown, &QWindow::widthChanged, &m_watcher, look);
+    QObject::connect(shown, &QWindow::heightChanged, &m_watcher, look);
+    QObject::connect(shown, &QWindow::visibilityChanged, &m_watcher, look);
     lookAtTurn();
     shown->setProperty("stage", QVariant::fromValue<QObject*>(&stage));
     const auto icon = PictureProvider{}.requestImage(QStringLiteral("picture/itorv.png"), nullptr, iconSize);

@@ -40,6 +40,7 @@ private:
     std::shared_ptr<Timer> m_timer;
     QPointer<Stage> m_stage;
     Turn m_turn = Turn::automatic;
+    QObject m_watcher;  // of the window; goes before it
 };
 
 }  // namespace torv
