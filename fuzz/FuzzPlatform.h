@@ -17,7 +17,7 @@ public:
     [[nodiscard]] torv::NetworkInterfaces& networkInterfaces() override { std::abort(); }
     [[nodiscard]] torv::URLLoader& urlLoader() override { std::abort(); }
     [[nodiscard]] torv::Resources& resources() override { std::abort(); }
-    void setIdleTimerDisabled() override {}
+    void setIdleTimerDisabled(bool) override {}
     [[nodiscard]] torv::MailComposer& mailComposer() override { std::abort(); }
     [[nodiscard]] std::unique_ptr<torv::WorkQueue> makeWorkQueue(const std::string&) override {
         std::abort();
