@@ -227,6 +227,31 @@ TEST_F(PageTest, AChangeOfWarningsBuildsTheGaugesAnew) {
     app->refreshWarningSensors();  // a page without lamps
 }
 
+TEST_F(PageTest, APowerStepWaitsForAPassAndAnEmptyPageSaysHowItIsFilled) {
+    launch(truck("Truck", {sensor(9)}));
+    open();
+    EXPECT_EQ(page->advice(), "Hold a sensor in the strip and drag it here");
+    drop(9, 1);
+    EXPECT_EQ(page->advice(), "");
+    fakes::connectModule(platform, writes);
+    platform.loop.runFor(2s);  // the replay is over
+    writes.clear();
+    auto pass = app->beginPass();
+    page->increasePower();
+    EXPECT_TRUE(writes.empty());
+    ASSERT_NE(page->alert(), nullptr);
+    pass.reset();
+    page->increasePower();
+    EXPECT_FALSE(writes.empty());
+    page->pageView().setExpandedAnimate(true, true);
+    platform.loop.runFor(500ms);
+    page->touchKey(Qt::Key_Escape);
+    platform.loop.runFor(500ms);
+    EXPECT_FALSE(page->pageView().expanded());
+    launch(truck("Van", {}));
+    EXPECT_TRUE(open().advice().contains("no sensors"));
+}
+
 TEST_F(PageTest, ThePowerLevelStepsFromWhatTheModuleReported) {
     launch(truck("Truck", {sensor(8)}));
     open();

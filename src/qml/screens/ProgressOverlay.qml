@@ -11,7 +11,7 @@ FocusScope {
 
     Component.onCompleted: if (progress.swallowsTouches) forceActiveFocus()
     Keys.onPressed: event => {
-        event.accepted = progress.swallowsTouches;
+        event.accepted = progress.swallowsTouches && !progress.inBackground;
         if (event.accepted && event.key === Qt.Key_Escape) progress.touchCancel();
     }
 
@@ -23,7 +23,7 @@ FocusScope {
 
         MouseArea {
             anchors.fill: parent
-            enabled: overlay.progress.swallowsTouches
+            enabled: overlay.progress.swallowsTouches && !overlay.progress.inBackground
         }
     }
 
