@@ -104,17 +104,12 @@ std::optional<TorvAttribute> Handset::attribute(AID aid) const {
     return *found;
 }
 
-std::string unitText(const TorvAttribute& attribute) {
-    const auto key = attribute.unit.value_or(std::string{});
-    return TorvAttribute::shortUnitDescriptionForUnitKey(key).value_or(key);
-}
-
 Reading readingOf(const TorvAttribute& attribute, AV value, std::int64_t milliseconds) {
     Reading reading;
     reading.aid = attribute.aid;
     reading.name = attribute.name.value_or(std::string{});
     reading.raw = hexadecimalText(value.bytes());  // before the decoding, which may write into the bytes
-    reading.unit = unitText(attribute);
+    reading.unit = unitText(attribute.unit);
     reading.milliseconds = milliseconds;
     const auto data = attribute.dataFromAV(value);
     if (!data) return reading;

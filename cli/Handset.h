@@ -44,9 +44,6 @@ private:
     std::shared_ptr<torv::iTorvFeeder> m_feeder;
 };
 
-/// Display text of the attribute's unit; the key itself when it has none.
-[[nodiscard]] std::string unitText(const torv::TorvAttribute& attribute);
-
 /// One decoded value of one attribute, as the commands print it.
 struct Reading {
     torv::AID aid = 0;

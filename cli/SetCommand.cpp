@@ -71,7 +71,7 @@ int set(Handset& handset, const Arguments& arguments) {
     const auto& attribute = target->attribute;
     const auto name = printable(attribute.name.value_or("this value"));
     const auto refuseOutside = [&](const TorvAttribute& mode) {
-        complain(arguments.value + " is outside " + rangeText(mode) + " " + unitText(mode));
+        complain(arguments.value + " is outside " + rangeText(mode) + " " + unitText(mode.unit));
         return badArguments;
     };
     if (!attribute.formatter || !attribute.formatter->allocAVFromFormatterData({})) {
@@ -117,7 +117,7 @@ int set(Handset& handset, const Arguments& arguments) {
         const auto shown = wholeTextFloatValue(reading.value);
         const bool cut = shown && shown != wholeTextFloatValue(arguments.value);
         std::printf("%s set to %s %s%s: acknowledged\n", name.c_str(), reading.value.c_str(),
-                    unitText(mode).c_str(), cut ? (" (cut from " + arguments.value + ")").c_str() : "");
+                    unitText(mode.unit).c_str(), cut ? (" (cut from " + arguments.value + ")").c_str() : "");
     }
     if (arguments.store && !kept->store(written)) {
         complain("it could not be stored; --verbose tells why");

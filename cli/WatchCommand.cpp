@@ -54,7 +54,7 @@ public:
                               .name = printable(sensor.name.value_or(std::string{})),
                               .raw = {},
                               .value = "-",
-                              .unit = printable(unitText(sensor))});
+                              .unit = printable(unitText(sensor.unit))});
         }
         std::fputs("\033[2J", stdout);
         m_timer =

@@ -3,22 +3,42 @@
 #include <vector>
 
 #include "app/MainMenuViewController.h"
+#include "app/PlainViewController.h"
 #include "diagnostics/screens/GroupsViewController.h"
+#include "settings/screens/SensorsViewController.h"
+#include "settings/screens/SettingsViewController.h"
+#include "vehicles/screens/CarSetupTableViewController.h"
 
 namespace torv {
 
 std::shared_ptr<iTorvViewController> Screens::firstPage() const {
     const DashboardScreens others{.mainMenu = [screens = *this] { return screens.mainMenu(); },
-                                  .carSetup = {}};
+                                  .carSetup = [screens = *this] { return screens.carSetup(); }};
     return std::make_shared<iTorvViewController>(m_control, others);
 }
 
+std::shared_ptr<ViewController> Screens::carSetup() const {
+    return std::make_shared<CarSetupTableViewController>(m_control);
+}
+
 std::shared_ptr<ViewController> Screens::mainMenu() const {
-    const auto diagnostics = [control = m_control]() -> std::shared_ptr<ViewController> {
-        return std::make_shared<GroupsViewController>(control->currentVehicle(), control->feeder());
+    const auto plain = [](const char* title) {
+        return MainMenuViewController::Row{
+            title, [title] { return std::make_shared<PlainViewController>(QString::fromLatin1(title)); }};
     };
-    return std::make_shared<MainMenuViewController>(
-        std::vector<MainMenuViewController::Row>{{"Diagnostics", diagnostics}});
+    const auto& control = m_control;
+    return std::make_shared<MainMenuViewController>(std::vector<MainMenuViewController::Row>{
+        {"Vehicle Setup", [screens = *this] { return screens.carSetup(); }},
+        {"Settings", [control] { return std::make_shared<SettingsViewController>(control); }},
+        {"Sensor Warnings", [control] { return std::make_shared<SensorsViewController>(control); }},
+        plain("Custom Tuning"),
+        plain("Data Logging"),
+        {"Diagnostics",
+         [control] {
+             return std::make_shared<GroupsViewController>(control->currentVehicle(), control->feeder());
+         }},
+        plain("DTC's"),
+    });
 }
 
 }  // namespace torv

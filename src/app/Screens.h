@@ -15,6 +15,7 @@ public:
     /// With the ways from it to all others.
     [[nodiscard]] std::shared_ptr<iTorvViewController> firstPage() const;
     [[nodiscard]] std::shared_ptr<ViewController> mainMenu() const;
+    [[nodiscard]] std::shared_ptr<ViewController> carSetup() const;
 
 private:
     std::shared_ptr<iTorvAppDelegate> m_control;

@@ -99,6 +99,11 @@ std::optional<AVFormatterData> TorvAttribute::dataFromAV(AV& value) const {
     return formatter->dataFromAV(value.bytes().data());
 }
 
+std::string unitText(const std::optional<std::string>& key) {
+    const auto text = key.value_or(std::string{});
+    return TorvAttribute::shortUnitDescriptionForUnitKey(text).value_or(text);
+}
+
 std::vector<std::string> textsOfList(const std::optional<Value>& list) {
     std::vector<std::string> texts;
     if (!list) return texts;

@@ -56,6 +56,9 @@ struct TorvAttribute {
     [[nodiscard]] std::optional<AVFormatterData> dataFromAV(AV& value) const;
 };
 
+/// What stands behind a value of this unit: its display text, or the key itself where the table has none.
+[[nodiscard]] std::string unitText(const std::optional<std::string>& key);
+
 /// Texts of a choice list, in order; what is no text or number reads as the empty text.
 [[nodiscard]] std::vector<std::string> textsOfList(const std::optional<Value>& list);
 

@@ -2,6 +2,7 @@
 
 #include "platform/Log.h"
 #include "support/TextNumbers.h"
+#include "vehicles/UntakenSettings.h"
 
 namespace torv {
 
@@ -22,10 +23,11 @@ bool DefaultsWriter::write(const TorvAttribute& setting) {
     const auto buffer = setting.formatter->allocAVFromFormatterData(*record);
     if (!buffer) return false;
     const AV value = AV::forAID(setting.aid, {buffer.get(), slotSize(setting.aid)});
-    m_feeder.setValueForAID(value.bytes(), setting.aid);
+    const bool taken = m_feeder.setValueForAID(value.bytes(), setting.aid);
     auto values = m_values.value_or(ProfileDictionary{});
     values.insert_or_assign(setting.aid, value);
-    m_feeder.setValueForAID(value.bytes(), setting.aid);
+    const bool takenAgain = m_feeder.setValueForAID(value.bytes(), setting.aid);
+    UntakenSettings::note(m_vehicle, setting.aid, taken || takenAgain);
     SettingValueStore::save(values, m_vehicle);
     m_values = std::move(values);
     return true;

@@ -53,6 +53,8 @@ void iTorvAppDelegate::applicationWillTerminate() {
     m_feeder->setFeeding(false);
     m_feeder->removeAllReaders();
     m_feeder->removeAllConnectionListeners();
+    if (m_background) Platform::current().urlLoader().cancel();
+    m_background.reset();
 }
 
 void iTorvAppDelegate::applicationDidReceiveMemoryWarning() {
@@ -151,6 +153,11 @@ std::shared_ptr<void> iTorvAppDelegate::beginPass() {
     auto pass = m_pass.lock();
     if (!pass) m_pass = pass = std::make_shared<char>();
     return pass;
+}
+
+WorkQueue& iTorvAppDelegate::background() {
+    if (!m_background) m_background = Platform::current().makeWorkQueue("background");
+    return *m_background;
 }
 
 void iTorvAppDelegate::addDelegate(iTorvAppDelegateDelegate* observer) {

@@ -9,6 +9,7 @@
 
 #include "control/iTorvAppDelegateDelegate.h"
 #include "datalog/DataLog.h"
+#include "platform/WorkQueue.h"
 #include "screens/AlertView.h"
 #include "session/ValueAger.h"
 #include "vehicles/SettingValueStore.h"
@@ -59,6 +60,8 @@ public:
     /// A pass over the link is under way for as long as somebody holds this.
     [[nodiscard]] std::shared_ptr<void> beginPass();
     [[nodiscard]] bool isPassUnderWay() const { return !m_pass.expired(); }
+    /// For work that waits for the network. It must not refer to a screen, which may have gone by then.
+    [[nodiscard]] WorkQueue& background();
     /// Dims what is shown and too old.
     [[nodiscard]] ValueAger& ager() { return *m_ager; }
     [[nodiscard]] const Vehicle& currentVehicle() const { return m_currentVehicle; }
@@ -95,6 +98,7 @@ private:
     std::shared_ptr<iTorvFeeder> m_feeder;
     std::unique_ptr<ValueAger> m_ager;
     std::weak_ptr<void> m_pass;
+    std::unique_ptr<WorkQueue> m_background;
     std::optional<DataLog> m_dataLoggingDict;
     Vehicle m_currentVehicle;
     std::optional<ProfileDictionary> m_settingValues;

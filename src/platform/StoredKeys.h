@@ -7,14 +7,19 @@ namespace torv {
 
 inline constexpr std::string_view currentVehicleKey = "current_vehicle";  // archived vehicle
 inline constexpr std::string_view vehiclesKey = "vehicles";               // archived vehicles
-inline constexpr std::string_view firstRunKey = "FIRST_RUN_KEY";          // true once a vehicle was chosen
-inline constexpr std::string_view stockTireSizeKey = "STOCK_TIRE_SIZE";   // text of the first size entered
-inline constexpr std::string_view turboSettingKey = "turbosetting";       // whether the turbo lamp is on
-inline constexpr std::string_view activeProfileKey = "savedprofile";      // name of the active tuning profile
+inline constexpr std::string_view firstRunKey =
+    "FIRST_RUN_KEY";  // true once the first choice of a vehicle was offered
+inline constexpr std::string_view stockTireSizeKey = "STOCK_TIRE_SIZE";  // text of the first size entered
+inline constexpr std::string_view turboSettingKey = "turbosetting";      // whether the turbo lamp is on
+inline constexpr std::string_view activeProfileKey = "savedprofile";     // name of the active tuning profile
 
 // Behind these stands the name of a vehicle.
 inline constexpr std::string_view settingsKeyPrefix = "SETTINGS_";  // profile dictionary of device settings
 inline constexpr std::string_view sensorsKeyPrefix = "SENSORS_";    // warning rule and value by sensor name
+inline constexpr std::string_view untakenKeyPrefix =
+    "UNTAKEN_";  // settings that the module has not acknowledged
+// Read by the reset of the settings; nothing has ever written it. Kept as it is.
+inline constexpr std::string_view originalSettingsKeyPrefix = "ORIGINAL_SETTINGS_";
 
 // VEHICLE_STYLE_KEY or VEHICLE_STYLE_PLACE_PAGE_KEY: the AID that stands on a place of a page.
 inline constexpr std::string_view placementKeySuffix = "_KEY";

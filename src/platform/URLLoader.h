@@ -25,6 +25,8 @@ public:
     [[nodiscard]] virtual bool accepts(const std::string& url) const = 0;
     /// Any thread. Comes back in limited time and with a body of limited size.
     [[nodiscard]] virtual Reply load(const std::string& url) = 0;
+    /// The program ends: what is under way ends soon without a body, and so does all that comes. Any thread.
+    virtual void cancel() {}
 };
 
 }  // namespace torv

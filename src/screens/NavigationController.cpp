@@ -8,9 +8,6 @@ namespace torv {
 
 NavigationController::NavigationController(std::shared_ptr<ViewController> root) {
     take(std::move(root));
-    topViewController()->loadViewIfNeeded();
-    topViewController()->viewWillAppear();
-    topViewController()->viewDidAppear();
 }
 
 NavigationController::~NavigationController() = default;

@@ -35,6 +35,12 @@ public:
     void popViewControllerAnimated(bool animated);
     void popToRootViewControllerAnimated(bool animated);
 
+    // As the whole stack comes and goes, so does its topmost screen.
+    void viewDidLoad() override { topViewController()->loadViewIfNeeded(); }
+    void viewWillAppear() override { topViewController()->viewWillAppear(); }
+    void viewDidAppear() override { topViewController()->viewDidAppear(); }
+    void viewWillDisappear() override { topViewController()->viewWillDisappear(); }
+
     Q_INVOKABLE void touchBack();
     /// The key that leads back: one screen back, and from the root what its left bar button does.
     Q_INVOKABLE void touchEscape();

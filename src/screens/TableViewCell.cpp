@@ -1,5 +1,6 @@
 #include "screens/TableViewCell.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "screens/Image.h"
@@ -23,7 +24,19 @@ void TableViewCell::setText(const QString& text) {
     assign(m_text, text, &TableViewCell::textChanged);
 }
 void TableViewCell::setDetailText(const QString& text) {
+    m_number.clear();
     assign(m_detailText, text, &TableViewCell::detailTextChanged);
+}
+void TableViewCell::setDetailValue(const QString& number, const QString& unit) {
+    const auto isDigit = [](QChar sign) {
+        return (sign >= u'0' && sign <= u'9') || sign == u'.' || sign == u'-';
+    };
+    m_number = std::all_of(number.begin(), number.end(), isDigit) ? number : QString{};
+    m_unit = unit;
+    assign(m_detailText, number + u' ' + unit, &TableViewCell::detailTextChanged);
+}
+void TableViewCell::setNote(const QString& note) {
+    assign(m_note, note, &TableViewCell::noteChanged);
 }
 void TableViewCell::setAccessory(Accessory accessory) {
     assign(m_accessory, accessory, &TableViewCell::accessoryChanged);

@@ -17,6 +17,9 @@ class TableViewCell : public QObject {
     QML_UNCREATABLE("made by the logic")
     Q_PROPERTY(QString text READ text NOTIFY textChanged)
     Q_PROPERTY(QString detailText READ detailText NOTIFY detailTextChanged)
+    Q_PROPERTY(QString number READ number NOTIFY detailTextChanged)
+    Q_PROPERTY(QString unit READ unit NOTIFY detailTextChanged)
+    Q_PROPERTY(QString note READ note NOTIFY noteChanged)
     Q_PROPERTY(Style style READ style CONSTANT)
     Q_PROPERTY(Accessory accessory READ accessory NOTIFY accessoryChanged)
     Q_PROPERTY(QString image READ image NOTIFY accessoryChanged)
@@ -41,6 +44,13 @@ public:
     void setText(const QString& text);
     [[nodiscard]] QString detailText() const { return m_detailText; }
     void setDetailText(const QString& text);
+    /// A detail text of a number, a blank and its unit; the look shows the number in its own digits.
+    void setDetailValue(const QString& number, const QString& unit);
+    [[nodiscard]] QString number() const { return m_number; }
+    [[nodiscard]] QString unit() const { return m_number.isEmpty() ? QString{} : m_unit; }
+    /// A word of warning behind the detail text.
+    [[nodiscard]] QString note() const { return m_note; }
+    void setNote(const QString& note);
     [[nodiscard]] Style style() const { return m_style; }
     [[nodiscard]] Accessory accessory() const { return m_accessory; }
     void setAccessory(Accessory accessory);
@@ -71,6 +81,7 @@ public:
 signals:
     void textChanged();
     void detailTextChanged();
+    void noteChanged();
     void accessoryChanged();
     void dimmedChanged();
     void alarmingChanged();
@@ -84,6 +95,9 @@ private:
     const QString m_reuseIdentifier;
     QString m_text;
     QString m_detailText;
+    QString m_number;  // empty for a detail text that is no number
+    QString m_unit;
+    QString m_note;
     Accessory m_accessory = Accessory::None;
     QString m_image;
     QStringList m_marks;

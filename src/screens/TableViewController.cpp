@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "screens/Image.h"
 #include "screens/Touch.h"
 
 namespace torv {
@@ -30,44 +31,54 @@ void TableViewController::viewWillAppear() {
     reloadData();
 }
 
+QString TableViewController::background() const {
+    constexpr double exactWidth = 568;
+    return imageNamed(screenWidth() == exactWidth ? QStringLiteral("BG_BASE-568h.png")
+                                                  : QStringLiteral("BG_BASE.png"))
+        .source;
+}
+
 void TableViewController::reloadData() {
     for (const auto& row : m_rows->all())
         m_reusable.push_back(row.cell);
+    std::vector<TableRows::Section> sections;
     std::vector<TableRows::Row> rows;
     for (int section = 0; section < numberOfSections(); ++section) {
-        const auto begin = rows.size();
         const int count = numberOfRowsInSection(section);
         for (int row = 0; row < count; ++row) {
             const IndexPath path{section, row};
             rows.push_back({.path = path,
                             .cell = cellForRowAtIndexPath(path),
-                            .header = {},
-                            .footer = {},
                             .height = heightForRowAtIndexPath(path),
                             .highlights = shouldHighlightRowAtIndexPath(path),
                             .deletable = canDeleteRowAtIndexPath(path)});
         }
-        auto header = viewForHeaderInSection(section);
-        auto footer = viewForFooterInSection(section);
-        if (count < 1) {
-            if (header.text.isEmpty() && footer.text.isEmpty()) continue;
+        sections.push_back(
+            {.header = viewForHeaderInSection(section), .footer = viewForFooterInSection(section)});
+        if (count < 1 && !(sections.back().header.text.isEmpty() && sections.back().footer.text.isEmpty())) {
             rows.push_back({.path = {section, noRow},
                             .cell = std::make_shared<TableViewCell>(TableViewCell::Style::Plain, QString{}),
-                            .header = {},
-                            .footer = {},
                             .highlights = false});
         }
-        rows[begin].header = std::move(header);
-        rows[begin].first = true;
-        rows.back().footer = std::move(footer);
-        rows.back().last = true;
     }
     m_confirming.reset();
-    m_rows->replace(std::move(rows));
+    const bool searchable = rows.size() > mostRowsWithoutSearch;
+    m_rows->replace(std::move(sections), std::move(rows));
     for (const auto& row : m_rows->all())
         row.cell->setSelected(row.path == m_selected);
+    if (std::exchange(m_searchable, searchable) != searchable) {
+        m_rows->search({});
+        emit searchableChanged();
+    }
     // The look may still draw the cells that are not in use any more.
     queueTouch(this, [leaving = std::exchange(m_reusable, {})](TableViewController&) {});
+}
+
+void TableViewController::search(const QString& text) {
+    queueTouch(this, [text](TableViewController& self) {
+        self.confirm(std::nullopt);
+        self.m_rows->search(self.m_searchable ? text : QString{});
+    });
 }
 
 std::shared_ptr<TableViewCell> TableViewController::dequeueReusableCell(const QString& identifier) {
@@ -155,9 +166,8 @@ void TableViewController::touchDelete(int section, int row) {
 }
 
 std::optional<IndexPath> TableViewController::pathOfIndex(int index) const {
-    const auto& rows = m_rows->all();
-    if (index < 0 || index >= static_cast<int>(rows.size())) return std::nullopt;
-    return rows[static_cast<std::size_t>(index)].path;
+    const auto* row = m_rows->shownAt(index);
+    return row ? std::optional{row->path} : std::nullopt;
 }
 
 void TableViewController::activateIndex(int index) {

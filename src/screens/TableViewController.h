@@ -28,9 +28,11 @@ class TableViewController : public torv::ViewController {
     Q_PROPERTY(bool loading READ isLoading NOTIFY loadingChanged)
     Q_PROPERTY(bool editing READ isEditing NOTIFY editingChanged)
     Q_PROPERTY(QString background READ background CONSTANT)
+    Q_PROPERTY(bool searchable READ isSearchable NOTIFY searchableChanged)
 
 public:
     static constexpr double usualRowHeight = 44;  // what a finger can hit
+    static constexpr int mostRowsWithoutSearch = 30;
 
     TableViewController();
     ~TableViewController() override;
@@ -40,7 +42,7 @@ public:
     /// What stands in place of a table without rows.
     [[nodiscard]] virtual QString emptyText() const { return {}; }
     /// The picture behind the rows; none leaves the plain ground.
-    [[nodiscard]] virtual QString background() const { return {}; }
+    [[nodiscard]] virtual QString background() const;
 
     [[nodiscard]] virtual int numberOfSections() { return 1; }
     [[nodiscard]] virtual int numberOfRowsInSection(int section) = 0;
@@ -71,21 +73,26 @@ public:
     [[nodiscard]] bool isLoading() const { return m_loading; }
     void setLoading(bool loading);
 
+    /// With more than 30 rows a field above them finds rows by their texts.
+    [[nodiscard]] bool isSearchable() const { return m_searchable; }
+
     void viewWillAppear() override;
 
     // From the look.
+    Q_INVOKABLE void search(const QString& text);
     Q_INVOKABLE void touchRow(int section, int row);
     Q_INVOKABLE void touchAccessory(int section, int row);
     Q_INVOKABLE void touchDeleteMark(int section, int row);
     Q_INVOKABLE void swipeRow(int section, int row);
     Q_INVOKABLE void touchDelete(int section, int row);
-    // By the keyboard; the index counts all that the look draws, and -1 is none.
+    // By the keyboard; the index counts the rows that the look draws, and -1 is none.
     Q_INVOKABLE void activateIndex(int index);
     Q_INVOKABLE void deleteIndex(int index);
 
 signals:
     void loadingChanged();
     void editingChanged();
+    void searchableChanged();
 
 private:
     void confirm(std::optional<IndexPath> path);
@@ -97,6 +104,7 @@ private:
     std::optional<IndexPath> m_confirming;
     bool m_editing = false;
     bool m_loading = false;
+    bool m_searchable = false;
 };
 
 }  // namespace torv

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "screens/KeyboardType.h"
 #include "screens/TableViewCell.h"
 
 namespace torv {
@@ -15,6 +16,8 @@ public:
     virtual ~TextFieldDelegate() = default;
 
     virtual void textFieldDidEndEditing(TextValueGetterTableViewCell& cell) = 0;
+    /// The button that clears the field; false when the delegate has done what there is to do.
+    virtual bool textFieldShouldClear(TextValueGetterTableViewCell&) { return true; }
     /// The return key.
     virtual void textFieldShouldReturn(TextValueGetterTableViewCell& cell) = 0;
 };
@@ -29,9 +32,19 @@ class TextValueGetterTableViewCell final : public torv::TableViewCell {
     Q_PROPERTY(QString value READ value NOTIFY fieldChanged)
     Q_PROPERTY(QString placeholder READ placeholder NOTIFY fieldChanged)
     Q_PROPERTY(bool secure READ secureTextEntry NOTIFY fieldChanged)
-    Q_PROPERTY(bool digitsOnly READ digitsOnly NOTIFY fieldChanged)
+    Q_PROPERTY(int inputHints READ inputHints NOTIFY fieldChanged)
+    Q_PROPERTY(bool firstResponder READ isFirstResponder NOTIFY firstResponderChanged)
 
 public:
+    /// How the field helps with what is typed: 64-bit numbers of the platform, 0 for its own choice, 1 for
+    /// no.
+    struct Input {
+        std::int64_t keyboardType = usualKeyboard;
+        std::int64_t autocapitalizationType = 0;
+        std::int64_t autocorrectionType = 0;
+        bool secureTextEntry = false;
+    };
+
     explicit TextValueGetterTableViewCell(const QString& reuseIdentifier)
         : TableViewCell(Style::Plain, reuseIdentifier) {}
 
@@ -46,30 +59,36 @@ public:
     /// Shown gray while the field is empty.
     [[nodiscard]] QString placeholder() const { return m_placeholder; }
     void setPlaceholder(const QString& text);
-    [[nodiscard]] bool secureTextEntry() const { return m_secureTextEntry; }
-    void setSecureTextEntry(bool secure);
-    /// The screen's own keyboard shows digits.
-    [[nodiscard]] bool digitsOnly() const { return m_digitsOnly; }
-    void setDigitsOnly(bool digits);
-    /// Gives the field the keyboard's focus, or takes it away.
-    void becomeFirstResponder() { emit focusWanted(true); }
-    void resignFirstResponder() { emit focusWanted(false); }
+    void setInput(const Input& input);
+    [[nodiscard]] bool secureTextEntry() const { return m_input.secureTextEntry; }
+    /// Qt::InputMethodHints.
+    [[nodiscard]] int inputHints() const;
+
+    /// The field has the keyboard's focus, or gets it as soon as it is drawn.
+    [[nodiscard]] bool isFirstResponder() const { return m_firstResponder; }
+    void becomeFirstResponder() { setFirstResponder(true); }
+    /// By the time this returns the text is what the field holds, with all that was being composed.
+    void resignFirstResponder() { setFirstResponder(false); }
 
     // From the look.
+    Q_INVOKABLE void editingBegun();
     Q_INVOKABLE void textEdited(const QString& text) { m_value = text; }
     Q_INVOKABLE void editingEnded(const QString& text);
+    Q_INVOKABLE void clearTouched();
     Q_INVOKABLE void returnPressed(const QString& text);
 
 signals:
     void fieldChanged();
-    void focusWanted(bool wanted);
+    void firstResponderChanged();
 
 private:
+    void setFirstResponder(bool is);
+
     TextFieldDelegate* m_delegate = nullptr;
     QString m_value;
     QString m_placeholder;
-    bool m_secureTextEntry = false;
-    bool m_digitsOnly = false;
+    Input m_input;
+    bool m_firstResponder = false;
 };
 
 }  // namespace torv

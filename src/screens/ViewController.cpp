@@ -112,6 +112,11 @@ void ViewController::dismissModalViewControllerAnimated(bool animated) {
     queueTouch(this, [leaving](ViewController&) {});
 }
 
+void ViewController::popIfOnTop() {
+    if (m_navigationController && m_navigationController->topViewController() == this)
+        m_navigationController->popViewControllerAnimated(true);
+}
+
 void ViewController::showAlert(std::shared_ptr<AlertView> alert) {
     if (!alert) return;
     auto& top = const_cast<ViewController&>(outermost());

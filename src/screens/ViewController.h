@@ -80,6 +80,8 @@ public:
     void presentModalViewControllerAnimated(std::shared_ptr<ViewController> screen, bool animated);
     /// Ends what this one presents; if that is nothing, itself, with the stack that it stands on.
     void dismissModalViewControllerAnimated(bool animated);
+    /// Off its stack of screens, if it is the topmost one there.
+    void popIfOnTop();
 
     /// Runs `viewDidLoad` once, before the screen is first shown.
     void loadViewIfNeeded();

@@ -44,8 +44,8 @@ void iTorvFeeder::removeAllReaders() {
     gone.swap(m_readers);
 }
 
-void iTorvFeeder::addConnectionListener(std::shared_ptr<iTorvConnectionListener> listener) {
-    if (listener) m_connectionListeners.push_back(std::move(listener));
+void iTorvFeeder::addConnectionListener(const std::shared_ptr<iTorvConnectionListener>& listener) {
+    if (listener) m_connectionListeners.push_back(listener);
 }
 
 void iTorvFeeder::start() {
@@ -120,14 +120,19 @@ void iTorvFeeder::zephrelaneDriverDidReceiveMessage(ZephrelaneDriver&, Message& 
     }
 }
 
+void iTorvFeeder::tellListeners(Word word) {
+    std::erase_if(m_connectionListeners, [](const auto& listener) { return listener.expired(); });
+    for (const auto& listed : std::vector{m_connectionListeners}) {
+        if (const auto listener = listed.lock()) (*listener.*word)(*this);
+    }
+}
+
 void iTorvFeeder::zephrelaneDriverDidEstablishConnection(ZephrelaneDriver&) {
-    for (const auto& listener : std::vector{m_connectionListeners})
-        listener->iTorvFeederDidEstablishConnection(*this);
+    tellListeners(&iTorvConnectionListener::iTorvFeederDidEstablishConnection);
 }
 
 void iTorvFeeder::zephrelaneDriverDidFailToConnect(ZephrelaneDriver&) {
-    for (const auto& listener : std::vector{m_connectionListeners})
-        listener->iTorvFeederDidFailToConnect(*this);
+    tellListeners(&iTorvConnectionListener::iTorvFeederDidFailToConnect);
 }
 
 }  // namespace torv

@@ -34,8 +34,8 @@ public:
     void addReaderForKey(std::shared_ptr<iTorvReader> reader, const std::string& key);
     /// There is no way to remove one: the screen that goes has the lists made anew.
     void removeAllReaders();
-    /// May hold duplicates.
-    void addConnectionListener(std::shared_ptr<iTorvConnectionListener> listener);
+    /// May hold duplicates. None is owned: a screen is listed until it has gone.
+    void addConnectionListener(const std::shared_ptr<iTorvConnectionListener>& listener);
     void removeAllConnectionListeners() { m_connectionListeners.clear(); }
 
     void start();
@@ -69,6 +69,9 @@ public:
 private:
     using ReaderList = std::vector<std::shared_ptr<iTorvReader>>;
 
+    using Word = void (iTorvConnectionListener::*)(iTorvFeeder&);
+
+    void tellListeners(Word word);
     [[nodiscard]] bool passesGate();
     [[nodiscard]] std::shared_ptr<const ReaderList> readersForKey(const std::string& key);
 
@@ -78,7 +81,7 @@ private:
     std::shared_ptr<Timer> m_manualFeedTimer;
 
     std::atomic<bool> m_feeding{false};
-    std::vector<std::shared_ptr<iTorvConnectionListener>> m_connectionListeners;
+    std::vector<std::weak_ptr<iTorvConnectionListener>> m_connectionListeners;
     ZephrelaneDriver m_driver;  // last: its thread ends before the readers go
 };
 

@@ -7,6 +7,7 @@
 #include "platform/Log.h"
 #include "platform/Platform.h"
 #include "platform/StoredKeys.h"
+#include "vehicles/UntakenSettings.h"
 
 namespace torv {
 namespace {
@@ -31,8 +32,9 @@ void SettingsReplay::replaySettings() {
                     AVVehicleSpeedFormatter::setStockTireSize(record->value);
             }
         }
-        m_feeder->setValueForAID(value.bytes(), aid);
+        UntakenSettings::note(m_vehicle, aid, m_feeder->setValueForAID(value.bytes(), aid));
     }
+    defaults().synchronize();
 }
 
 void SettingsReplay::activateDefaultProfile() {

@@ -12,6 +12,7 @@
 #include "app/Screens.h"
 #include "bench/Bench.h"
 #include "control/ConnectionStatus.h"
+#include "platform/StoredKeys.h"
 #include "platform/real/RealPlatform.h"
 #include "qml/MainWindow.h"
 #include "vehicles/ProfileDocument.h"
@@ -34,6 +35,7 @@ public:
         if (const auto vehicle = torv::vehicleFromFile(profile, error)) {
             torv::VehicleDataSource::setCurrentVehicle(*vehicle);
         }
+        platform.userDefaults().setObjectForKey(true, torv::firstRunKey);  // of which nothing is wanted
         if (prepare) prepare(platform.userDefaults());
         control = std::make_shared<torv::iTorvAppDelegate>();
         torv::iTorvAppDelegate::LaunchOptions options;

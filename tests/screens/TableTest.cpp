@@ -20,6 +20,9 @@ protected:
         auto* rows = table->rows();
         return rows->data(rows->index(index, 0), rows->roleNames().key(role));
     }
+    [[nodiscard]] TableSectionView view(int index, const char* role) const {
+        return shown(index, role).value<TableSectionView>();
+    }
     void run() { platform.loop.runWork(); }
 
     fakes::FakePlatform platform;
@@ -28,15 +31,15 @@ protected:
 
 TEST_F(TableTest, SectionsBearHeadersAndFootersAlsoWithoutRows) {
     ASSERT_EQ(table->rows()->rowCount(), 13);
-    EXPECT_EQ(shown(0, "headerText"), "Values");
-    EXPECT_EQ(shown(0, "headerHeight"), 50);
-    EXPECT_EQ(shown(1, "headerText"), "");
+    EXPECT_EQ(view(0, "header").text, "Values");
+    EXPECT_EQ(view(0, "header").height, 50);
+    EXPECT_EQ(view(1, "header").text, "");
     EXPECT_TRUE(shown(5, "isLast").toBool());
     EXPECT_FALSE(shown(5, "isFirst").toBool());
-    EXPECT_TRUE(shown(9, "headerCentred").toBool());
+    EXPECT_TRUE(view(9, "header").centred);
     EXPECT_EQ(shown(9, "rowHeight"), TableViewController::usualRowHeight);
     EXPECT_EQ(shown(12, "rowHeight"), 0);
-    EXPECT_EQ(shown(12, "footerHeight"), 65);
+    EXPECT_EQ(view(12, "footer").height, 65);
     EXPECT_EQ(table->cellAt({Gallery::empty, -1}), nullptr);
     EXPECT_EQ(table->cellAt({Gallery::values, 6}), nullptr);
     EXPECT_FALSE(table->rows()->data({}, 0).isValid());

@@ -74,6 +74,8 @@ public:
              "and a value that is as long as that again"}};
         cell->setText(texts[static_cast<std::size_t>(path.row)][0]);
         cell->setDetailText(texts[static_cast<std::size_t>(path.row)][1]);
+        if (path.row == 0) cell->setDetailValue("3200", "RPM");
+        if (path.row == 0) cell->setNote("not taken by the module");
         cell->setAlarming(path.row == 2);
         cell->setBusy(path.row == 4);
         cell->setDimmed(path.row == 4);

@@ -25,8 +25,7 @@ std::string liveListText(const TorvAttribute& attribute, const AVFormatterData& 
 
 void CustomCell::initWithAttribute(const TorvAttribute& attribute) {
     m_theattribute = attribute;
-    const auto key = attribute.unit.value_or(std::string{});
-    m_unit = TorvAttribute::shortUnitDescriptionForUnitKey(key).value_or(key);
+    m_unit = unitText(attribute.unit);
     setText(QString::fromStdString(attribute.name.value_or(std::string{})));
     Platform::current().runLoop().scheduleTimer(refreshInterval, true,
                                                 [weak = weak_from_this()](Timer& timer) {

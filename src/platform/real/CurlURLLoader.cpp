@@ -72,6 +72,11 @@ std::size_t append(const char* bytes, std::size_t size, std::size_t count, void*
     return length;
 }
 
+/// Called about once a second and with whatever comes; anything but 0 ends the request.
+int progress(void* cancelled, curl_off_t, curl_off_t, curl_off_t, curl_off_t) {
+    return static_cast<const std::atomic<bool>*>(cancelled)->load() ? 1 : 0;
+}
+
 }  // namespace
 
 bool CurlURLLoader::accepts(const std::string& url) const {
@@ -117,6 +122,9 @@ URLLoader::Reply CurlURLLoader::load(const std::string& url) {
     set(CURLOPT_ACCEPT_ENCODING, "");
     set(CURLOPT_WRITEFUNCTION, &append);
     set(CURLOPT_WRITEDATA, &body);
+    set(CURLOPT_XFERINFOFUNCTION, &progress);
+    set(CURLOPT_XFERINFODATA, &m_cancelled);
+    set(CURLOPT_NOPROGRESS, 0L);
     if (result == CURLE_OK) result = curl->perform(handle.get());
     long status = 0;
     curl->getinfo(handle.get(), CURLINFO_RESPONSE_CODE, &status);

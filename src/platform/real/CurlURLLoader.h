@@ -1,5 +1,6 @@
 #pragma once
 
+#include <atomic>
 #include <chrono>
 #include <cstddef>
 
@@ -23,9 +24,11 @@ public:
     /// In the words of libcurl's own parser; false without the library, which the log says.
     [[nodiscard]] bool accepts(const std::string& url) const override;
     [[nodiscard]] Reply load(const std::string& url) override;
+    void cancel() override { m_cancelled = true; }
 
 private:
     const Limits m_limits;
+    std::atomic<bool> m_cancelled{false};
 };
 
 }  // namespace torv

@@ -14,5 +14,8 @@ QtObject {
     readonly property color text: "#f3f4f5"
     readonly property color faint: "#98a1a9"
 
+    readonly property string digits: segments.name
+    readonly property FontLoader segments: FontLoader { source: "qrc:/fonts/DSEG7Classic-Bold.ttf" }
+
     readonly property int touch: 44  // points that a finger can hit
 }

@@ -1,34 +1,35 @@
 import QtQuick
 import iTorv
+import iTorv.Screens
 
 // The words above or below the rows of a section.
 Item {
     id: note
 
     property real u: 1
-    property string text
-    property real noteHeight: 0  // points; 0 is as high as the text
-    property int fontSize: 16
-    property bool centred: false
+    required property tableSectionView view
     property real least: 0
 
-    height: text === "" ? least * u : noteHeight > 0 ? noteHeight * u : words.implicitHeight + 16 * u
+    height: view.text === "" ? least * u : view.height > 0 ? view.height * u : words.implicitHeight + 16 * u
 
     Text {
         id: words
 
-        visible: note.text !== ""
-        x: (note.centred ? 0 : 8) * note.u
-        width: note.width - 2 * x
+        visible: text !== ""
+        x: note.view.width > 0 ? (note.width - width) / 2 : note.view.centred ? 0 : 8 * note.u
+        width: note.view.width > 0 ? Math.min(note.view.width * note.u, note.width) : note.width - 2 * x
         height: note.height
-        horizontalAlignment: note.centred ? Text.AlignHCenter : Text.AlignLeft
+        horizontalAlignment: note.view.centred ? Text.AlignHCenter : Text.AlignLeft
         verticalAlignment: Text.AlignVCenter
         wrapMode: Text.Wrap
         elide: Text.ElideRight
+        maximumLineCount: note.view.lines > 0 ? note.view.lines : 99
+        fontSizeMode: note.view.lines > 0 ? Text.Fit : Text.FixedSize
+        minimumPixelSize: Math.max(Math.round(9 * note.u), 1)
         textFormat: Text.PlainText
-        text: note.text
-        color: "white"
-        font.pixelSize: Math.max(Math.round(note.fontSize * note.u), 1)
+        text: note.view.text
+        color: note.view.accented ? Theme.accent : "white"
+        font.pixelSize: Math.max(Math.round(note.view.fontSize * note.u), 1)
         font.bold: true
         Accessible.role: Accessible.Heading
         Accessible.name: text

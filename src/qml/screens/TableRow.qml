@@ -16,13 +16,8 @@ Item {
     required property bool highlights
     required property bool deletable
     required property bool confirming
-    required property string headerText
-    required property real headerHeight
-    required property int headerFontSize
-    required property bool headerCentred
-    required property string footerText
-    required property real footerHeight
-    required property int footerFontSize
+    required property tableSectionView header
+    required property tableSectionView footer
     property real u: 1
     property bool editing: false
     property bool focused: false
@@ -33,24 +28,21 @@ Item {
     signal swiped
     signal deleteTouched
 
-    height: header.height + body.height + footer.height
+    height: above.height + body.height + below.height
 
     TableNote {
-        id: header
+        id: above
 
         u: delegate.u
         width: delegate.width
-        text: delegate.headerText
-        noteHeight: delegate.headerHeight
-        fontSize: delegate.headerFontSize
-        centred: delegate.headerCentred
+        view: delegate.header
         least: delegate.isFirst ? 10 : 0
     }
 
     TableRowBody {
         id: body
 
-        y: header.height
+        y: above.height
         width: delegate.width
         height: Math.round(delegate.rowHeight * delegate.u)
         visible: height > 0
@@ -71,14 +63,11 @@ Item {
     }
 
     TableNote {
-        id: footer
+        id: below
 
-        y: header.height + body.height
+        y: above.height + body.height
         u: delegate.u
         width: delegate.width
-        text: delegate.footerText
-        noteHeight: delegate.footerHeight
-        fontSize: delegate.footerFontSize
-        centred: true
+        view: delegate.footer
     }
 }

@@ -100,7 +100,8 @@ Item {
             readonly property real room: marks.x - body.textLeft - 8 * body.u
 
             x: body.textLeft
-            y: body.subtitle && detail.text !== "" ? body.height / 2 - height : (body.height - height) / 2
+            y: !body.subtitle || (detail.text === "" && !value.visible) ? (body.height - height) / 2
+               : value.visible ? value.y - height - body.u : body.height / 2 - height
             width: body.subtitle || detail.text === "" ? room
                    : Math.min(Math.ceil(titleSize.advanceWidth) + 1, Math.max(room - detailSize.advanceWidth - 14 * body.u, room * 0.5))
             elide: Text.ElideRight
@@ -111,9 +112,24 @@ Item {
             font.pixelSize: Math.max(Math.round(15 * body.u), 1)
         }
 
+        ValueText {
+            id: value
+
+            visible: body.cell.number !== "" || body.cell.note !== ""
+            x: body.subtitle ? body.textLeft : marks.x - 8 * body.u - width
+            y: body.subtitle ? Math.round(body.height - height - 11 * body.u) : Math.round((body.height - height) / 2)
+            u: body.u
+            room: title.room
+            number: body.cell.number
+            unit: body.cell.number !== "" ? body.cell.unit : body.cell.detailText
+            note: body.cell.note
+            color: body.cell.alarming ? Theme.alarm : body.cell.dimmed ? Theme.faint : Theme.accent
+        }
+
         Text {
             id: detail
 
+            visible: body.cell.number === "" && body.cell.note === ""
             x: body.subtitle ? body.textLeft : marks.x - 8 * body.u - width
             y: body.subtitle ? body.height / 2 : (body.height - height) / 2
             width: body.subtitle ? title.room : Math.max(title.room - title.width - 12 * body.u, 0)

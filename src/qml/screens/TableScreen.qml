@@ -16,6 +16,18 @@ FocusScope {
         name: table.screen.background
     }
 
+    SearchField {
+        id: search
+
+        visible: table.screen.searchable
+        u: table.u
+        anchors.horizontalCenter: parent.horizontalCenter
+        anchors.horizontalCenterOffset: list.x + list.width / 2 - parent.width / 2
+        width: list.width
+        onEdited: text => table.screen.search(text)
+        onFinished: list.forceActiveFocus()
+    }
+
     ListView {
         id: list
 
@@ -25,6 +37,7 @@ FocusScope {
         readonly property real column: table.screen.portrait ? Math.min(table.width, 320 * table.u) : table.width
 
         anchors.fill: parent
+        anchors.topMargin: search.visible ? search.height : 0
         anchors.leftMargin: Math.round((table.width - column) / 2 + 12 * table.u)
         anchors.rightMargin: anchors.leftMargin
         clip: true
@@ -74,7 +87,7 @@ FocusScope {
         visible: list.visible && list.contentHeight > list.height
         anchors.right: parent.right
         anchors.rightMargin: 4 * table.u
-        y: list.visibleArea.yPosition * list.height
+        y: list.y + list.visibleArea.yPosition * list.height
         width: 3 * table.u
         radius: width / 2
         height: Math.max(20 * table.u, list.visibleArea.heightRatio * list.height)
@@ -89,7 +102,7 @@ FocusScope {
         horizontalAlignment: Text.AlignHCenter
         wrapMode: Text.Wrap
         textFormat: Text.PlainText
-        text: table.screen.emptyText
+        text: search.text !== "" ? "Nothing here has that in its name." : table.screen.emptyText
         color: Theme.faint
         font.pixelSize: Math.max(Math.round(15 * table.u), 1)
     }

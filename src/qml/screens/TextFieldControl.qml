@@ -16,7 +16,10 @@ Item {
     T.TextField {
         id: field
 
+        property bool typed: false  // since it got the focus
+
         anchors.fill: parent
+        anchors.rightMargin: clear.visible ? clear.width : 0
         verticalAlignment: TextInput.AlignVCenter
         text: control.cell.value
         color: Theme.text
@@ -24,20 +27,27 @@ Item {
         selectedTextColor: Theme.text
         selectByMouse: true
         echoMode: control.cell.secure ? TextInput.Password : TextInput.Normal
-        inputMethodHints: control.cell.digitsOnly ? Qt.ImhFormattedNumbersOnly : Qt.ImhNoPredictiveText
+        inputMethodHints: control.cell.inputHints
         font.pixelSize: Math.max(Math.round(17 * control.u), 1)
         Accessible.name: control.cell.text !== "" ? control.cell.text : control.cell.placeholder
 
-        // Typing takes the place of the old text.
+        // Typing takes the place of the old text, also after a touch into it.
         onActiveFocusChanged: {
             if (activeFocus) {
+                typed = false;
                 selectAll();
+                control.cell.editingBegun();
             } else {
                 control.cell.editingEnded(text);
             }
         }
-        onTextEdited: control.cell.textEdited(text)
+        onReleased: if (!typed) selectAll()
+        onTextEdited: {
+            typed = true;
+            control.cell.textEdited(text);
+        }
         onAccepted: control.cell.returnPressed(text)
+        Component.onCompleted: if (control.cell.firstResponder) forceActiveFocus()
 
         Text {
             anchors.fill: parent
@@ -52,14 +62,28 @@ Item {
 
         Connections {
             target: control.cell
-            function onFocusWanted(wanted) {
-                if (wanted) {
+            function onFirstResponderChanged() {
+                if (control.cell.firstResponder) {
                     field.forceActiveFocus();
                 } else {
+                    Qt.inputMethod.commit();  // qmllint disable type
                     field.focus = false;
                 }
             }
             function onFieldChanged() { field.text = control.cell.value; }
         }
+    }
+
+    BarButton {
+        id: clear
+
+        visible: field.activeFocus && field.text !== ""
+        anchors.right: parent.right
+        anchors.verticalCenter: parent.verticalCenter
+        activeFocusOnTab: false
+        u: control.u
+        icon: "picture/CLOSE.png"
+        text: "Clear"
+        onTouched: control.cell.clearTouched()
     }
 }

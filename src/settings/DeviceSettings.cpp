@@ -1,0 +1,124 @@
+#include "settings/DeviceSettings.h"
+
+#include <utility>
+
+#include "platform/Log.h"
+#include "platform/NotificationNames.h"
+#include "platform/Platform.h"
+#include "platform/StoredKeys.h"
+#include "support/TextNumbers.h"
+#include "vehicles/UntakenSettings.h"
+
+namespace torv {
+namespace {
+
+UserDefaults& defaults() {
+    return Platform::current().userDefaults();
+}
+
+void setTurboLamp(bool on) {
+    Platform::current().notificationCenter().postNotificationName(on ? turboOnNotification
+                                                                     : turboOffNotification);
+    defaults().setObjectForKey(on, turboSettingKey);
+}
+
+std::optional<AV> encoded(const TorvAttribute& setting, const AVFormatterData& record, std::size_t size) {
+    const auto buffer = setting.formatter ? setting.formatter->allocAVFromFormatterData(record) : nullptr;
+    if (!buffer) return std::nullopt;
+    return AV{{buffer.get(), size}, size};
+}
+
+}  // namespace
+
+DeviceSettings::DeviceSettings(std::shared_ptr<iTorvFeeder> feeder, Vehicle vehicle)
+    : m_feeder(std::move(feeder)), m_vehicle(std::move(vehicle)), m_settings(m_vehicle.settings()) {
+    load();
+}
+
+void DeviceSettings::load() {
+    m_settingValues = SettingValueStore::load(m_vehicle);
+    if (m_pending.empty()) return;
+    if (!m_settingValues) m_settingValues.emplace();
+    for (const auto& [aid, value] : m_pending)
+        m_settingValues->insert_or_assign(aid, value);
+}
+
+AVFormatterData DeviceSettings::formattedValueForSetting(const TorvAttribute& setting) const {
+    return torv::formattedValueForSetting(setting, m_settingValues).value_or(AVFormatterData{});
+}
+
+SettingRange DeviceSettings::range(const TorvAttribute& setting) const {
+    return rangeOfSetting(setting, formattedValueForSetting(setting));
+}
+
+bool DeviceSettings::accepts(const TorvAttribute& setting, const std::string& text) const {
+    return range(setting).contains(longLongValue(trimmed(text)));
+}
+
+bool DeviceSettings::isUntaken(const TorvAttribute& setting) const {
+    return UntakenSettings::contains(m_vehicle, setting.aid);
+}
+
+void DeviceSettings::setText(const TorvAttribute& setting, const std::string& text) {
+    apply(setting, typedRecord(formattedValueForSetting(setting), text));
+}
+
+void DeviceSettings::setSwitch(const TorvAttribute& setting, bool on) {
+    const auto record = switchedRecord(setting, formattedValueForSetting(setting), on);
+    if (setting.aid == turboTimerSettingAID && !m_ended) {
+        setTurboLamp(on);
+        logLine("flags:" + std::to_string(record.flags));
+    }
+    apply(setting, record);
+}
+
+void DeviceSettings::pick(const TorvAttribute& setting, std::size_t choice) {
+    apply(setting, pickedRecord(setting, formattedValueForSetting(setting), choice));
+}
+
+void DeviceSettings::apply(const TorvAttribute& setting, const AVFormatterData& record,
+                           std::optional<std::size_t> storedSize) {
+    const auto value = encoded(setting, record, storedSize.value_or(slotSize(setting.aid)));
+    if (m_ended) return logLine("a change for a vehicle that is not the current one any more is dropped");
+    if (value) updateAIDWithAV(setting.aid, *value);
+}
+
+/// Other changes may come while this one blocks, here and to the store: so it is among the values before it
+/// is written, and what is stored then is the store of that time with all that is under way.
+void DeviceSettings::updateAIDWithAV(AID aid, const AV& value) {
+    m_pending.insert_or_assign(aid, value);
+    load();
+    ++m_writes;
+    UntakenSettings::note(m_vehicle, aid, m_feeder->setValueForAID(value.bytes(), aid));
+    load();
+    if (m_settingValues) SettingValueStore::save(*m_settingValues, m_vehicle);
+    if (--m_writes == 0) m_pending.clear();
+}
+
+void DeviceSettings::reset() {
+    const auto original =
+        defaults().objectForKey(std::string{originalSettingsKeyPrefix} + m_vehicle.name().value_or("(null)"));
+    const auto key = SettingValueStore::keyFor(m_vehicle);
+    defaults().removeObjectForKey(key);
+    if (!original.isNull()) defaults().setObjectForKey(original, key);
+    UntakenSettings::forget(m_vehicle);
+    m_pending.clear();
+    defaults().synchronize();
+    load();
+}
+
+void storeLowestValues(const Vehicle& before, const Vehicle& chosen) {
+    auto values = SettingValueStore::load(before).value_or(ProfileDictionary{});
+    for (const auto& setting : before.settings()) {
+        auto record =
+            formattedValueForSetting(setting, SettingValueStore::load(before)).value_or(AVFormatterData{});
+        record.value = std::to_string(longLongFromDouble(setting.minValue));
+        const auto value = encoded(setting, record, slotSize(setting.aid));
+        if (!value) continue;
+        values.insert_or_assign(setting.aid, *value);
+        SettingValueStore::save(values, chosen);
+    }
+    setTurboLamp(false);
+}
+
+}  // namespace torv

@@ -1,0 +1,70 @@
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <span>
+#include <string>
+#include <vector>
+
+#include "session/iTorvFeeder.h"
+#include "settings/SettingRules.h"
+#include "vehicles/SettingValueStore.h"
+#include "vehicles/Vehicle.h"
+
+namespace torv {
+
+/// The device settings of one vehicle as the handset has stored them, and the way for a change of them: to
+/// the module and into the store. What the module holds is never read. Main thread; a change blocks until the
+/// module has acknowledged it or 21 attempts are over, and the loop turns meanwhile.
+///
+/// A change is stored whether or not the module took it; `isUntaken` tells.
+class DeviceSettings final {
+public:
+    DeviceSettings(std::shared_ptr<iTorvFeeder> feeder, Vehicle vehicle);
+
+    [[nodiscard]] const Vehicle& vehicle() const { return m_vehicle; }
+    /// In the order of the profile.
+    [[nodiscard]] const std::vector<TorvAttribute>& settings() const { return m_settings; }
+    [[nodiscard]] std::size_t count() const { return m_settingValues ? m_settingValues->size() : 0; }
+    /// From the store anew; what is being written stays.
+    void load();
+
+    /// What is stored; where nothing is the formatter decides. An empty record without a formatter.
+    [[nodiscard]] AVFormatterData formattedValueForSetting(const TorvAttribute& setting) const;
+    [[nodiscard]] SettingRange range(const TorvAttribute& setting) const;
+    /// Whether the text is a whole number within the range.
+    [[nodiscard]] bool accepts(const TorvAttribute& setting, const std::string& text) const;
+    /// The module has not acknowledged the last write.
+    [[nodiscard]] bool isUntaken(const TorvAttribute& setting) const;
+
+    void setText(const TorvAttribute& setting, const std::string& text);
+    /// The switch of the turbo timer is the turbo lamp's too.
+    void setSwitch(const TorvAttribute& setting, bool on);
+    void pick(const TorvAttribute& setting, std::size_t choice);
+    /// By the setting's formatter; as many bytes are stored as the AID's slot has, or `storedSize`.
+    void apply(const TorvAttribute& setting, const AVFormatterData& record,
+               std::optional<std::size_t> storedSize = {});
+
+    /// Takes what is stored away, and puts nothing in its place: the next connect writes the lowest values.
+    void reset();
+    /// The vehicle has changed: from now on no change goes anywhere.
+    void end() { m_ended = true; }
+
+private:
+    void updateAIDWithAV(AID aid, const AV& value);
+
+    const std::shared_ptr<iTorvFeeder> m_feeder;
+    const Vehicle m_vehicle;
+    const std::vector<TorvAttribute> m_settings;
+    std::optional<ProfileDictionary> m_settingValues;
+    ProfileDictionary m_pending;  // written and not stored yet
+    int m_writes = 0;             // under way, one inside the other
+    bool m_ended = false;
+};
+
+/// After a choice of a vehicle: its store holds what is stored of the vehicle before it, and on top the
+/// lowest value of each of that one's settings; and the turbo lamp is off. The mix of two vehicles is kept as
+/// it is. Nothing goes to the module.
+void storeLowestValues(const Vehicle& before, const Vehicle& chosen);
+
+}  // namespace torv

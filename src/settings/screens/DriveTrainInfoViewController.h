@@ -1,0 +1,79 @@
+#pragma once
+
+#include <memory>
+
+#include "control/iTorvAppDelegate.h"
+#include "platform/NotificationCenter.h"
+#include "screens/TablePickerViewController.h"
+#include "screens/TextValueGetterViewController.h"
+#include "settings/DriveTrainInfo.h"
+
+namespace torv {
+
+class DriveTrainInfoViewController;
+
+class DriveTrainInfoViewControllerDelegate {
+public:
+    DriveTrainInfoViewControllerDelegate() = default;
+    DriveTrainInfoViewControllerDelegate(const DriveTrainInfoViewControllerDelegate&) = delete;
+    DriveTrainInfoViewControllerDelegate& operator=(const DriveTrainInfoViewControllerDelegate&) = delete;
+    virtual ~DriveTrainInfoViewControllerDelegate() = default;
+
+    /// After each change.
+    virtual void driveTrainInfoViewControllerDidChange(DriveTrainInfoViewController& screen) = 0;
+};
+
+/// The drive train record of the current vehicle. Main thread; a change blocks, and the loop turns meanwhile.
+/// The delegate is not owned; it stands below on the same stack of screens.
+class DriveTrainInfoViewController final : public torv::TableViewController,
+                                           public TextValueGetterViewControllerDelegate,
+                                           public TablePickerViewControllerDelegate,
+                                           public iTorvAppDelegateDelegate,
+                                           public iTorvConnectionListener {
+    Q_OBJECT
+
+public:
+    DriveTrainInfoViewController(const TorvAttribute& setting, std::shared_ptr<iTorvAppDelegate> application);
+    ~DriveTrainInfoViewController() override;
+    [[nodiscard]] static std::shared_ptr<DriveTrainInfoViewController> initWithAttribute(
+        const TorvAttribute& setting, std::shared_ptr<iTorvAppDelegate> application);
+    void setDelegate(DriveTrainInfoViewControllerDelegate* delegate) { m_delegate = delegate; }
+
+    void viewDidLoad() override { setTitle(QStringLiteral("Drive Train Info")); }
+    [[nodiscard]] int numberOfRowsInSection(int) override { return 3; }
+    [[nodiscard]] double heightForRowAtIndexPath(IndexPath) override { return valueRowHeight; }
+    [[nodiscard]] std::shared_ptr<TableViewCell> cellForRowAtIndexPath(IndexPath path) override;
+    [[nodiscard]] TableSectionView viewForFooterInSection(int) override;
+    [[nodiscard]] bool shouldHighlightRowAtIndexPath(IndexPath) override { return m_connected; }
+    void didSelectRowAtIndexPath(IndexPath path) override;
+
+    bool textValueGetterViewControllerShouldValidateValues(TextValueGetterViewController& screen) override;
+    QString textValueGetterViewControllerDidRequestTitleForValidationError(
+        TextValueGetterViewController& screen) override;
+    QString textValueGetterViewControllerDidRequestMessageForValidationError(
+        TextValueGetterViewController& screen) override;
+    void textValueGetterViewControllerDidGetValue(TextValueGetterViewController& screen) override;
+    void tablePickerViewControllerDidPickValue(TablePickerViewController& picker,
+                                               const QString& value) override;
+    void iTorvFeederDidEstablishConnection(iTorvFeeder& feeder) override;
+    void iTorvFeederDidFailToConnect(iTorvFeeder& feeder) override;
+    void iTorvAppDelegateDidChangeCurrentVehicle(iTorvAppDelegate&) override { m_settings.end(); }
+    void iTorvAppDelegateDidChangeWarningSensors(iTorvAppDelegate&) override {}
+
+private:
+    static constexpr double valueRowHeight = 54;
+
+    void setConnected(bool connected);
+    void pushPicker(int row);
+    void pushTireSize(int row);
+    void changed();
+
+    const std::shared_ptr<iTorvAppDelegate> m_application;
+    DeviceSettings m_settings;
+    DriveTrainInfo m_info;
+    bool m_connected;
+    DriveTrainInfoViewControllerDelegate* m_delegate = nullptr;
+    NotificationCenter::Observation m_replayed;
+};
+
+}  // namespace torv

@@ -1,0 +1,28 @@
+#include "settings/screens/TypedNumber.h"
+
+namespace torv {
+
+std::string typedNumber(const QString& text, const QLocale& locale) {
+    const auto decimalSign = locale.decimalPoint();
+    QString plain;
+    for (const auto sign : text) {
+        const int digit = sign.digitValue();
+        if (digit >= 0) {
+            plain += QChar{u'0' + digit};
+        } else {
+            plain += sign == decimalSign ? QChar{u'.'} : sign;
+        }
+    }
+    return plain.toStdString();
+}
+
+QString outOfRangeMessage(const QString& lowest, const QString& highest) {
+    return QStringLiteral("The value you typed is out of range. Please use values between %1 and %2.")
+        .arg(lowest, highest);
+}
+
+QString outOfRangeMessage(const SettingRange& range) {
+    return outOfRangeMessage(QString::number(range.lowest), QString::number(range.highest));
+}
+
+}  // namespace torv
