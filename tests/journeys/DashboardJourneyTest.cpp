@@ -138,7 +138,7 @@ TEST_F(JourneyTest, SwipesLeadThroughThePagesAndMemoryStaysLevel) {
 #ifdef __SANITIZE_ADDRESS__
     constexpr std::size_t allowance = 300'000'000;  // it keeps for a while what has been freed
 #else
-    constexpr std::size_t allowance = 4'000'000;
+    constexpr std::size_t allowance = 8'000'000;
 #endif
     EXPECT_LT(residentBytes(), begin + allowance);
 }

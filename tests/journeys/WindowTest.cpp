@@ -46,7 +46,7 @@ TEST_F(WindowTest, TheGearLeadsToTheMenuAndTheLiveListAndCloseBack) {
     auto* const menu = qobject_cast<NavigationController*>(app->stage->top());
     ASSERT_NE(menu, nullptr);
     EXPECT_EQ(menu->topViewController()->title(), "Main Menu");
-    qobject_cast<TableViewController*>(menu->topViewController())->touchRow(0, 0);
+    qobject_cast<TableViewController*>(menu->topViewController())->touchRow(0, 5);
     ASSERT_TRUE(app->waitUntil([&] { return menu->depth() == 2; }));
     auto* const list = qobject_cast<TableViewController*>(menu->topViewController());
     ASSERT_NE(list, nullptr);

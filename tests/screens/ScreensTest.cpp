@@ -32,6 +32,8 @@ TEST_F(ScreensTest, NavigationKeepsItsRootAndTouchesComeLater) {
     const auto root = std::make_shared<PlainScreen>("root");
     auto next = std::make_shared<PlainScreen>("next");
     NavigationController navigation{root};
+    navigation.loadViewIfNeeded();
+    navigation.viewWillAppear();
     navigation.popViewControllerAnimated(true);
     EXPECT_EQ(navigation.depth(), 1);
     navigation.pushViewControllerAnimated(next, true);
