@@ -255,6 +255,43 @@ TEST_F(ProgramsWithModule, SetSaysWhatBecomesOfItAndStoresWhatItIsTold) {
     EXPECT_EQ(module->value(42), bench::Bytes{110});
 }
 
+TEST_F(ProgramsWithModule, SettingsAndWarningsChangeAsOnTheirScreens) {
+    const QTemporaryDir home;
+    const auto ctl = [&](QStringList arguments) {
+        return run("itorvctl", arguments + QStringList{"--module", address}, home.path());
+    };
+    EXPECT_EQ(ctl({"settings", "set", "turbo timer", "on"}).code, 2);  // nothing is stored yet
+    {
+        torv::SqliteUserDefaults store{home.path().toStdString() + "/itorv/defaults.sqlite"};
+        const torv::ProfileDictionary values{{152, torv::AV::forAID(152, std::vector<std::uint8_t>{0, 45})},
+                                             {226, torv::AV::forAID(226, std::vector<std::uint8_t>{6})}};
+        store.setObjectForKey(torv::archivedProfileDictionary(values), "SETTINGS_Diesel Pickup 6.7L");
+        ASSERT_TRUE(store.synchronize());
+    }
+    for (const auto& [name, value, text] : std::vector<std::tuple<QString, QString, std::string>>{
+             {"turbo timer", "ON", "Turbo Timer set to 45 SEC, on, Run for a Time"},
+             {"152", "run to an egt", "Turbo Timer set to 300 ºF, on, Run to an EGT"},
+             {"Drive Train", "4.10", "Drive Train set to 0.0 INCHES, 6-Speed Automatic, 4.10"},
+             {"Drive Train", "33.5", "Drive Train set to 33.5 INCHES, 6-Speed Automatic, 4.10"}}) {
+        const auto done = ctl({"settings", "set", name, value});
+        EXPECT_EQ(done.code, 0) << done.error;
+        EXPECT_EQ(done.output, text + ": acknowledged, and stored\n");
+    }
+    for (const auto& bad : {QStringList{"152", "200"}, QStringList{"152", "often"}, QStringList{"226", "99"},
+                            QStringList{"Nothing", "1"}, QStringList{"Shift Light", "3000"}})
+        EXPECT_EQ(ctl(QStringList{"settings", "set"} + bad).code, 2) << bad.join(u' ').toStdString();
+    module->setValue(152, {0, 77, 0});
+    const auto list = ctl({"settings"});
+    EXPECT_NE(list.output.find("300 ºF, on, Run to an EGT"), std::string::npos);
+    EXPECT_NE(list.output.find("the module has 77 SEC, off, Run for a Time"), std::string::npos);
+    EXPECT_NE(list.output.find("the same in the module"), std::string::npos);
+
+    EXPECT_EQ(ctl({"warnings", "boost", "33"}).output, "Boost                     on   33 PSI\n");
+    EXPECT_EQ(ctl({"warnings", "Boost", "off"}).code, 0);
+    EXPECT_EQ(ctl({"warnings", "Boost", "off"}).output, "Boost                     off  33 PSI\n");
+    EXPECT_EQ(ctl({"warnings", "Boost", "999"}).code, 2);
+}
+
 TEST_F(ProgramsWithModule, BesideAnotherHandsetItLeavesTheModuleToThat) {
     QProcess other;
     other.setStandardOutputFile(QProcess::nullDevice());

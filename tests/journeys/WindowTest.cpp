@@ -68,7 +68,7 @@ TEST_F(WindowTest, AnAlertHasTheKeysAndGivesThemBack) {
     app->runFor(300ms);
     for (int i = 0; i < 7; ++i)
         key(Qt::Key_Down);
-    key(Qt::Key_Return);
+    key(Qt::Key_Space);
     ASSERT_TRUE(app->waitUntil([&] { return gallery->heard == "on "; }));
     int pressed = -1;
     const auto show = [&] {
@@ -91,7 +91,7 @@ TEST_F(WindowTest, AnAlertHasTheKeysAndGivesThemBack) {
     EXPECT_TRUE(app->waitUntil([&] { return gallery->heard == "on off "; }));
     key(Qt::Key_Down);
     key(Qt::Key_Down);
-    key(Qt::Key_Return);
+    key(Qt::Key_Space);
     app->runFor(100ms);
     for (const char sign : {'3', '3', '0', '0'})
         QTest::keyClick(app->view(), sign);  // in place of what stood there
