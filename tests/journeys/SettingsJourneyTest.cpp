@@ -15,7 +15,7 @@ using namespace torv;
 using namespace std::chrono_literals;
 
 constexpr AID shiftLight = 95;
-constexpr AID boost = 8;
+constexpr AID oilPressure = 12;
 
 class SettingsJourneyTest : public testing::Test {
 protected:
@@ -101,15 +101,15 @@ TEST_F(SettingsJourneyTest, ATypedSettingReachesTheModuleAndIsFoundAfterARestart
 
 TEST_F(SettingsJourneyTest, ALimitThatIsChangedWarnsAtOnce) {
     start();
-    module.setValue(boost, {120});  // 30 PSI
+    module.setValue(oilPressure, {60});
     auto& warning = app->first->controls()->warningView();
     ASSERT_TRUE(app->waitUntil([&] { return !warning.warning(); }));
     openMenuRow(2, "Sensor Warnings");
-    chooseRow(0, "Boost");
-    keys("20");
+    chooseRow(5, "Oil Pressure");
+    keys("70");
     key(Qt::Key_Return);
     ASSERT_TRUE(app->waitUntil([&] { return stack()->topViewController()->title() == "Sensor Warnings"; }));
-    EXPECT_EQ(table().cellAt({0, 0})->detailText(), "20 PSI");
+    EXPECT_EQ(table().cellAt({0, 5})->detailText(), "70 PSI");
     backToThePage();
     EXPECT_TRUE(app->waitUntil([&] { return warning.warning(); }));
 }
