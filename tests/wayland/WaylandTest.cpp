@@ -1,0 +1,116 @@
+// The program as desktops and phones show it: a window of a Wayland compositor, touched through it.
+#include <gtest/gtest.h>
+
+#include <QCoreApplication>
+#include <QTransform>
+
+#include "Compositor.h"
+#include "bench/Bench.h"
+#include "platform/StoredKeys.h"
+#include "platform/real/SqliteUserDefaults.h"
+
+namespace {
+
+constexpr std::uint8_t powerLevel = 4;
+
+struct Display {
+    const char* name;
+    QSize size;  ///< in points
+    int scale;
+};
+
+/// How far two pictures are apart, in levels of 255 on average; needles and digits count for little.
+double distance(const QImage& one, const QImage& other) {
+    constexpr QSize small{142, 80};
+    const auto smaller = [&](const QImage& picture) {
+        return picture.scaled(small, Qt::IgnoreAspectRatio, Qt::SmoothTransformation)
+            .convertToFormat(QImage::Format_Grayscale8);
+    };
+    if (one.isNull() || one.size() != other.size()) return 255;
+    const auto left = smaller(one);
+    const auto right = smaller(other);
+    double sum = 0;
+    for (int y = 0; y < small.height(); ++y) {
+        for (int x = 0; x < small.width(); ++x)
+            sum += std::abs(qGray(left.pixel(x, y)) - qGray(right.pixel(x, y)));
+    }
+    return sum / (small.width() * small.height());
+}
+
+class WaylandTest : public testing::TestWithParam<Display> {
+protected:
+    void SetUp() override {
+        if (!fakes::Compositor::isInstalled()) GTEST_SKIP() << "weston or its library's headers are missing";
+        ASSERT_EQ(module.start().value_or(""), "");
+    }
+    [[nodiscard]] QStringList words(const QStringList& more) const {
+        return QStringList{"--module", "127.0.0.1:" + QString::number(module.port()), "--profile",
+                           ITORV_RESOURCE_DIR "/vehicle.json"} +
+               more;
+    }
+
+    const QString program = QCoreApplication::applicationDirPath() + "/itorv";
+    bench::Bench module{{.rate = 200, .profile = ITORV_RESOURCE_DIR "/vehicle.json"}};
+};
+
+INSTANTIATE_TEST_SUITE_P(Displays, WaylandTest,
+                         testing::Values(Display{"Wide", {1136, 640}, 1}, Display{"Upright", {720, 1440}, 1},
+                                         Display{"Fine", {1136, 640}, 2}),
+                         [](const auto& row) { return std::string{row.param.name}; });
+
+TEST_P(WaylandTest, ThePageFillsTheScreenAndTouchesReachIt) {
+    const auto& [name, size, scale] = GetParam();
+    const bool upright = size.height() > size.width();
+    const auto page = upright ? size.transposed() : size;  // as the driver sees it
+    fakes::Compositor compositor{size, scale, "kiosk-shell.so"};
+    ASSERT_TRUE(compositor.isUp());
+    {
+        torv::SqliteUserDefaults{compositor.folder.filePath("itorv/defaults.sqlite").toStdString()}
+            .setObjectForKey(true, torv::firstRunKey);
+    }
+
+    QProcess itorv;
+    itorv.setProcessEnvironment(compositor.environment());
+    const auto file = compositor.folder.filePath("reference.png");
+    const auto pixels = page * scale;
+    itorv.start(program, words({"--offscreen", "--screenshot", file, "--after", "3", "--size",
+                                QStringLiteral("%1x%2").arg(pixels.width()).arg(pixels.height())}));
+    ASSERT_TRUE(itorv.waitForFinished(60000));
+    const QImage reference{file};
+    ASSERT_EQ(reference.size(), pixels);
+
+    auto environment = compositor.environment();
+    environment.insert("WAYLAND_DEBUG", "1");
+    itorv.setProcessEnvironment(environment);
+    itorv.setStandardErrorFile(compositor.folder.filePath("itorv.log"));
+    itorv.start(program, words({}));
+    QImage shown;
+    const QTransform back = upright ? QTransform{}.rotate(-90) : QTransform{};
+    constexpr double close = 4;
+    EXPECT_TRUE(fakes::Compositor::waitUntil(itorv, [&] {
+        shown = compositor.picture().transformed(back);
+        return distance(shown, reference) < close;
+    })) << distance(shown, reference);
+    EXPECT_GT(distance(shown.mirrored(true, true), reference), 2 * close);
+
+    QFile log{compositor.folder.filePath("itorv.log")};
+    ASSERT_TRUE(log.open(QFile::ReadOnly));
+    const QString text = log.readAll();
+    EXPECT_TRUE(text.contains(QStringLiteral("set_buffer_scale(%1)").arg(scale)));
+    EXPECT_TRUE(
+        text.contains(QStringLiteral(", 0, %1, %2, ").arg(size.width() * scale).arg(size.height() * scale)));
+    EXPECT_FALSE(text.contains("set_buffer_transform(3)"));  // or weston would turn it once more
+
+    const double u = page.height() / 320.0;
+    const QPointF plus{page.width() / 2.0 + 171 * u, 300 * u};
+    const auto before = module.value(powerLevel);
+    EXPECT_TRUE(fakes::Compositor::waitUntil(itorv, [&] {
+        compositor.touch(upright ? QPointF{size.width() - plus.y(), plus.x()} : plus);
+        itorv.waitForFinished(500);
+        return module.value(powerLevel) != before;
+    }));
+    fakes::Compositor::end(itorv);
+    EXPECT_EQ(itorv.exitCode(), 0);
+}
+
+}  // namespace
