@@ -70,10 +70,12 @@ public:
     /// Looks again and again, until the condition holds, the process has ended or a minute is over.
     static bool waitUntil(QProcess& process, const std::function<bool()>& condition) {
         QElapsedTimer time;
-        for (time.start(); !condition() && time.elapsed() < 60000;) {
-            if (process.waitForFinished(20) || process.state() == QProcess::NotRunning) break;
+        time.start();
+        while (!condition()) {
+            process.waitForFinished(20);
+            if (process.state() == QProcess::NotRunning || time.hasExpired(60000)) return false;
         }
-        return condition();
+        return true;
     }
     static void end(QProcess& process) {
         process.terminate();

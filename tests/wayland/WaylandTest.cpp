@@ -69,29 +69,31 @@ TEST_P(WaylandTest, ThePageFillsTheScreenAndTouchesReachIt) {
             .setObjectForKey(true, torv::firstRunKey);
     }
 
-    QProcess itorv;
-    itorv.setProcessEnvironment(compositor.environment());
+    QProcess offscreen;
+    offscreen.setProcessEnvironment(compositor.environment());
     const auto file = compositor.folder.filePath("reference.png");
     const auto pixels = page * scale;
-    itorv.start(program, words({"--offscreen", "--screenshot", file, "--after", "3", "--size",
-                                QStringLiteral("%1x%2").arg(pixels.width()).arg(pixels.height())}));
-    ASSERT_TRUE(itorv.waitForFinished(60000));
+    offscreen.start(program, words({"--offscreen", "--screenshot", file, "--after", "3", "--size",
+                                    QStringLiteral("%1x%2").arg(pixels.width()).arg(pixels.height())}));
+    ASSERT_TRUE(offscreen.waitForFinished(60000));
     const QImage reference{file};
     ASSERT_EQ(reference.size(), pixels);
 
+    QProcess itorv;
     auto environment = compositor.environment();
     environment.insert("WAYLAND_DEBUG", "1");
     itorv.setProcessEnvironment(environment);
     itorv.setStandardErrorFile(compositor.folder.filePath("itorv.log"));
     itorv.start(program, words({}));
+    ASSERT_TRUE(itorv.waitForStarted());
     QImage shown;
     const QTransform back = upright ? QTransform{}.rotate(-90) : QTransform{};
-    constexpr double close = 4;
-    EXPECT_TRUE(fakes::Compositor::waitUntil(itorv, [&] {
+    constexpr double close = 10;  // an overlay makes 7
+    ASSERT_TRUE(fakes::Compositor::waitUntil(itorv, [&] {
         shown = compositor.picture().transformed(back);
         return distance(shown, reference) < close;
     })) << distance(shown, reference);
-    EXPECT_GT(distance(shown.mirrored(true, true), reference), 2 * close);
+    EXPECT_GT(distance(shown.mirrored(true, true), reference), close);
 
     QFile log{compositor.folder.filePath("itorv.log")};
     ASSERT_TRUE(log.open(QFile::ReadOnly));
