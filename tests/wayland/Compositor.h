@@ -1,5 +1,7 @@
 #pragma once
 
+#include <signal.h>
+#include <sys/prctl.h>
 #include <sys/stat.h>
 
 #include <QDir>
@@ -25,6 +27,7 @@ public:
         own.insert("ITORV_TOUCHES", touches());
         m_weston.setProcessEnvironment(own);
         m_weston.setStandardErrorFile(folder.filePath("weston.log"));
+        m_weston.setChildProcessModifier([] { prctl(PR_SET_PDEATHSIG, SIGTERM); });
         m_weston.start(ITORV_WESTON, {"--no-config", "--backend=headless-backend.so", "--shell=" + shell,
                                       "--modules=" ITORV_WESTON_SEAT, "--socket=" + socket(), "--use-pixman",
                                       "--debug", "--idle-time=0", "--log=" + folder.filePath("weston.log"),

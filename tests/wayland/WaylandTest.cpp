@@ -12,6 +12,7 @@
 namespace {
 
 constexpr std::uint8_t powerLevel = 4;
+constexpr auto skipped = "weston or its library's headers are missing";
 
 struct Display {
     const char* name;
@@ -40,7 +41,7 @@ double distance(const QImage& one, const QImage& other) {
 class WaylandTest : public testing::TestWithParam<Display> {
 protected:
     void SetUp() override {
-        if (!fakes::Compositor::isInstalled()) GTEST_SKIP() << "weston or its library's headers are missing";
+        if (!fakes::Compositor::isInstalled()) GTEST_SKIP() << skipped;
         ASSERT_EQ(module.start().value_or(""), "");
     }
     [[nodiscard]] QStringList words(const QStringList& more) const {
@@ -113,6 +114,34 @@ TEST_P(WaylandTest, ThePageFillsTheScreenAndTouchesReachIt) {
     }));
     fakes::Compositor::end(itorv);
     EXPECT_EQ(itorv.exitCode(), 0);
+}
+
+TEST(WaylandKeyboard, ComesAndGoesWithAFieldsFocus) {
+    if (!fakes::Compositor::isInstalled()) GTEST_SKIP() << skipped;
+    const QSize size{720, 1440};
+    fakes::Compositor compositor{size, 1, "desktop-shell.so"};
+    ASSERT_TRUE(compositor.isUp());
+    QProcess window;
+    window.setProcessEnvironment(compositor.environment());
+    window.start(QCoreApplication::applicationDirPath() + "/wayland_textfield", QStringList{});
+    // The window is nearly black; keys, and what weston shows behind all windows, are grey.
+    const auto isGrey = [](const QImage& picture, int y, int height) {
+        const auto part =
+            picture.copy(0, y, picture.width(), height).scaled(1, 1, {}, Qt::SmoothTransformation);
+        return qGray(part.pixel(0, 0)) > 80;
+    };
+    const auto touchUntil = [&](QPointF point, bool keysAreThere) {
+        return fakes::Compositor::waitUntil(window, [&] {
+            compositor.touch(point);
+            window.waitForFinished(300);
+            const auto picture = compositor.picture();
+            return !picture.isNull() && !isGrey(picture, 0, 1200) &&
+                   isGrey(picture, 1240, 200) == keysAreThere;
+        });
+    };
+    ASSERT_TRUE(touchUntil({600, 1165}, true));
+    EXPECT_TRUE(touchUntil({660, 1315}, false));  // "Enter"
+    fakes::Compositor::end(window);
 }
 
 }  // namespace

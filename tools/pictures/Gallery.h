@@ -105,6 +105,7 @@ public:
     }
     void textFieldShouldReturn(torv::TextValueGetterTableViewCell& cell) override {
         heard += "return:" + cell.value().toStdString() + " ";
+        cell.resignFirstResponder();
     }
 
     QStringList names{"Default Profile", "Tow", "Race"};
