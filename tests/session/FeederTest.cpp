@@ -35,9 +35,14 @@ TEST_F(FeederTest, ReadersAreFedByPriorityAndKey) {
     EXPECT_EQ(marked->reads.size(), 1U);
     EXPECT_EQ(skipped->reads.size(), 0U);
     EXPECT_EQ(falling->reads.size(), 2U);
+    std::shared_ptr<Reader> added;
+    normal->onRead = [&] { added = reader("10"); };  // the list that is being read stays as it is
+    message(10);
+    EXPECT_EQ(marked->reads.size(), 2U);
+    EXPECT_EQ(added->reads.size(), 0U);
     feeder->removeAllReaders();
     message(10);
-    EXPECT_EQ(normal->reads.size(), 2U);
+    EXPECT_EQ(normal->reads.size(), 3U);
 }
 
 TEST_F(FeederTest, TakesItsTimerAlong) {
