@@ -53,8 +53,8 @@ public:
         return variables;
     }
     void touch(QPointF point) const {
-        QFile pipe{touches()};
-        if (pipe.open(QFile::WriteOnly | QFile::Unbuffered))
+        QFile pipe{touches()};  // for reading too, or this would wait for weston where that has ended
+        if (pipe.open(QFile::ReadWrite | QFile::Unbuffered))
             pipe.write(QStringLiteral("%1 %2\n").arg(point.x()).arg(point.y()).toUtf8());
     }
     /// All that the screen would show, in pixels.
