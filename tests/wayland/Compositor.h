@@ -28,12 +28,13 @@ public:
         m_weston.setProcessEnvironment(own);
         m_weston.setStandardErrorFile(folder.filePath("weston.log"));
         m_weston.setChildProcessModifier([] { prctl(PR_SET_PDEATHSIG, SIGTERM); });
-        m_weston.start(ITORV_WESTON, {"--no-config", "--backend=headless-backend.so", "--shell=" + shell,
-                                      "--modules=" ITORV_WESTON_SEAT, "--socket=" + socket(), "--use-pixman",
-                                      "--debug", "--idle-time=0", "--log=" + folder.filePath("weston.log"),
-                                      QStringLiteral("--width=%1").arg(size.width()),
-                                      QStringLiteral("--height=%1").arg(size.height()),
-                                      QStringLiteral("--scale=%1").arg(scale)});
+        m_weston.start(
+            ITORV_WESTON,
+            {"--no-config", "--backend=headless-backend.so", "--shell=" + shell,
+             QStringLiteral("--modules=") + ITORV_WESTON_SEAT, "--socket=" + socket(), "--use-pixman",
+             "--debug", "--idle-time=0", "--log=" + folder.filePath("weston.log"),
+             QStringLiteral("--width=%1").arg(size.width()), QStringLiteral("--height=%1").arg(size.height()),
+             QStringLiteral("--scale=%1").arg(scale)});
     }
     ~Compositor() { end(m_weston); }
     Compositor(const Compositor&) = delete;
