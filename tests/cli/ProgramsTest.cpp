@@ -344,7 +344,7 @@ TEST_F(ProgramsWithModule, WithoutAPlaceForTheStoreValuesStillRun) {
 
 /// Moments by what the module has sent; without acks, in the midst of an exchange.
 TEST_F(ProgramsWithModule, ASignalEndsTheWindowAtAnyMoment) {
-    for (const std::uint64_t frames : {0, 1, 3, 4, 20, 100, 300}) {
+    for (const auto frames : {0U, 1U, 3U, 4U, 20U, 100U, 300U}) {
         for (const double lost : {0, 1}) {
             SCOPED_TRACE(std::to_string(frames) + (lost > 0 ? " without acks" : ""));
             module->setFault(bench::Fault::dropAck, {.probability = lost});
