@@ -93,7 +93,9 @@ std::optional<std::string> readArguments(const QCoreApplication& application, Op
     parser.addOptions({
         {"offscreen", "Show no window; for pictures and tests."},
         {"size", "Size of the window in pixels (1136x640).", "WIDTHxHEIGHT"},
-        {"turn", "Show landscape screens turned in an upright window: auto, left, right or never (auto).",
+        {"turn",
+         "Show landscape screens turned in an upright window: left, right or never; auto, which is usual, "
+         "turns them right where the window fills the screen, and only there.",
          "WHICH", "auto"},
         {"full-screen", "Fill the screen."},
         {"screenshot", "Save a picture of the window (PNG) and end.", "FILE"},

@@ -73,9 +73,8 @@ void MainWindow::setTurn(Turn turn) {
 void MainWindow::lookAtTurn() {
     auto* shown = window();
     if (!shown || !m_stage) return;
-    // A shell that turns the screen for it makes the window wide; then there is nothing left to turn.
-    shown->reportContentOrientationChange(m_stage->portrait() ? Qt::PortraitOrientation
-                                                              : Qt::LandscapeOrientation);
+    // Qt is not told of the content's orientation: under Wayland it would say that the pixels are turned
+    // already, and the compositor would turn them back and show a window of swapped width and height.
     const WindowState state{.fullScreen = shown->visibility() == QWindow::FullScreen,
                             .upright = shown->height() > shown->width(),
                             .portraitScreen = m_stage->portrait()};

@@ -31,9 +31,16 @@ struct Result {
     std::string error;
 };
 
-Result run(const QString& program, const QStringList& arguments, const QString& home = {}) {
+/// Variables as "NAME=VALUE"; with no value, there is none of the name.
+Result run(const QString& program, const QStringList& arguments, const QString& home = {},
+           const QStringList& variables = {}) {
     QProcess process;
     auto environment = QProcessEnvironment::systemEnvironment();
+    for (const auto& variable : variables) {
+        environment.remove(variable.section('=', 0, 0));
+        if (const auto value = variable.section('=', 1); !value.isEmpty())
+            environment.insert(variable.section('=', 0, 0), value);
+    }
     if (!home.isEmpty()) environment.insert("XDG_DATA_HOME", home);
     environment.insert("no_proxy", "*");
     process.setProcessEnvironment(environment);
@@ -102,6 +109,36 @@ TEST(Programs, BadArgumentsGetOneLineAndTheCodeTwo) {
     const auto named = run("itorvctl", {"watch", "--profile", broken}).error;
     EXPECT_NE(named.find("broken.json: line 2, column"), std::string::npos) << named;
     EXPECT_NE(named.find("Leading 0 disallowed in number"), std::string::npos) << named;
+}
+
+TEST(Programs, WithoutADisplayItorvSaysSoAndWithoutOpenGLItGoesOn) {
+    const QTemporaryDir folder;
+    const auto start = [&](const QStringList& variables, const QStringList& arguments) {
+        const QStringList none{"QT_QPA_PLATFORM=", "DISPLAY=", "WAYLAND_DISPLAY=", "QT_QUICK_BACKEND=",
+                               "XDG_RUNTIME_DIR=" + folder.path()};
+        return run("itorv", arguments, folder.path(), none + variables);
+    };
+    const std::pair<QString, const char*> rows[]{
+        {"DISPLAY=", "itorv: there is no display; "},
+        {"WAYLAND_DISPLAY=nobody", "itorv: no display can be used with WAYLAND_DISPLAY=nobody ("},
+        {"QT_QPA_PLATFORM=nonsense", "itorv: no display can be used with QT_QPA_PLATFORM=nonsense ("},
+    };
+    for (const auto& [variable, sentence] : rows) {
+        const auto result = start({variable}, {});
+        EXPECT_EQ(result.code, 2) << result.error;
+        EXPECT_TRUE(result.error.starts_with(sentence)) << result.error;
+        EXPECT_EQ(std::count(result.error.begin(), result.error.end(), '\n'), 1) << result.error;
+    }
+    const auto file = folder.filePath("picture.png");
+    for (const bool software : {false, true}) {
+        QFile::remove(file);
+        const auto result =
+            start({"QT_QPA_PLATFORM=offscreen"},
+                  QStringList{"--screenshot", file, "--after", "0"} + QStringList(software, "--software"));
+        EXPECT_EQ(result.code, 0) << result.error;
+        EXPECT_EQ(result.error.find("OpenGL can't be used here") == std::string::npos, software);
+        EXPECT_FALSE(QImage{file}.isNull());
+    }
 }
 
 TEST(Programs, VehiclesAreListedUpdatedAndUsed) {
@@ -340,6 +377,31 @@ TEST_F(ProgramsWithModule, WithoutAPlaceForTheStoreValuesStillRun) {
          address},
         "/proc/no such folder");
     EXPECT_EQ(module->value(95)[0] + module->value(95)[1] * 256, 3200);
+}
+
+/// Moments by what the module has sent; without acks, in the midst of an exchange.
+TEST_F(ProgramsWithModule, ASignalEndsTheWindowAtAnyMoment) {
+    for (const auto frames : {0U, 1U, 3U, 4U, 20U, 100U, 300U}) {
+        for (const double lost : {0, 1}) {
+            SCOPED_TRACE(std::to_string(frames) + (lost > 0 ? " without acks" : ""));
+            module->setFault(bench::Fault::dropAck, {.probability = lost});
+            const QTemporaryDir home;
+            qputenv("XDG_DATA_HOME", home.path().toUtf8());
+            const auto before = module->statistics().framesSent;
+            QProcess process;
+            process.start(QCoreApplication::applicationDirPath() + "/itorv",
+                          {"--offscreen", "--module", address});
+            for (int i = 0; i < 6000 && module->statistics().framesSent < before + frames; ++i)
+                process.waitForFinished(5);
+            ASSERT_TRUE(process.waitForStarted());
+            process.terminate();
+            ASSERT_TRUE(process.waitForFinished(20000));
+            // Before it listens to signals, this one ends it as any other program.
+            const bool early = frames == 0 && process.exitStatus() == QProcess::CrashExit;
+            EXPECT_EQ(process.exitCode(), early ? SIGTERM : 0)
+                << process.readAllStandardError().toStdString();
+        }
+    }
 }
 
 TEST_F(ProgramsWithModule, TheWindowTakesItsPictureAndEnds) {

@@ -75,6 +75,7 @@ TEST_F(UserDefaultsTest, KeepsEveryKindOfValueUnderAnyKey) {
                                         std::string("a\0b", 3),
                                         std::string("\xFF\xFE"),
                                         " "};
+    fs::remove_all(folder);  // which is made
     {
         SqliteUserDefaults defaults{file};
         for (std::size_t i = 0; i < keys.size(); ++i)

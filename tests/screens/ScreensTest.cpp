@@ -85,6 +85,8 @@ TEST_F(ScreensTest, AlertsAndOverlaysReachTheStageFromAnyScreen) {
     const auto first = std::make_shared<AlertView>("1", "", QStringList{"OK"});
     deep->showAlert(first);
     stack->popViewControllerAnimated(true);
+    EXPECT_EQ(deep->navigationController(), nullptr);
+    EXPECT_EQ(menu->navigationController(), stack.get());
     EXPECT_EQ(stage.progress(), nullptr);  // it stood on that screen alone
     EXPECT_EQ(stage.alert(), first.get());
     const auto second = std::make_shared<AlertView>("2", "", QStringList{"OK"});
