@@ -22,6 +22,7 @@
 #include "platform/Log.h"
 #include "platform/real/LoopbackOnly.h"
 #include "platform/real/MemoryPressure.h"
+#include "platform/real/OnScreenKeyboard.h"
 #include "platform/real/QuitSignals.h"
 #include "platform/real/RealPlatform.h"
 #include "platform/real/SystemLog.h"
@@ -162,6 +163,7 @@ int main(int argc, char** argv) {
         Options none;
         static_cast<void>(readArguments(application, none));  // shows what is asked for, and ends
     }
+    chooseOnScreenKeyboard();
     const auto application = openDisplay(argc, argv);
     if (!application) return badArguments;
     QGuiApplication::setApplicationName("itorv");

@@ -1,11 +1,15 @@
 #include "qml/MainWindow.h"
 
+#include <QGuiApplication>
 #include <QIcon>
+#include <QInputMethod>
 #include <QPixmap>
+#include <QQuickItem>
 #include <chrono>
 #include <utility>
 
 #include "platform/Platform.h"
+#include "qml/KeyboardShift.h"
 #include "qml/PictureProvider.h"
 
 void qml_register_types_iTorv();
@@ -59,6 +63,11 @@ void MainWindow::show(Stage& stage) {
     QObject::connect(shown, &QWindow::widthChanged, &m_watcher, look);
     QObject::connect(shown, &QWindow::heightChanged, &m_watcher, look);
     QObject::connect(shown, &QWindow::visibilityChanged, &m_watcher, look);
+    const auto* const input = QGuiApplication::inputMethod();
+    const auto uncover = [this] { lookAtKeyboard(); };
+    QObject::connect(input, &QInputMethod::keyboardRectangleChanged, &m_watcher, uncover);
+    QObject::connect(input, &QInputMethod::visibleChanged, &m_watcher, uncover);
+    QObject::connect(shown, &QQuickWindow::activeFocusItemChanged, &m_watcher, uncover);
     lookAtTurn();
     shown->setProperty("stage", QVariant::fromValue<QObject*>(&stage));
     const auto icon = PictureProvider{}.requestImage(QStringLiteral("picture/itorv.png"), nullptr, iconSize);
@@ -79,6 +88,20 @@ void MainWindow::lookAtTurn() {
                             .upright = shown->height() > shown->width(),
                             .portraitScreen = m_stage->portrait()};
     shown->setProperty("turn", turnOf(m_turn, state));
+}
+
+void MainWindow::lookAtKeyboard() {
+    auto* shown = window();
+    if (!shown) return;
+    const auto* const input = QGuiApplication::inputMethod();
+    const auto* const field = shown->activeFocusItem();
+    double shift = 0;
+    if (field && field->flags().testFlag(QQuickItem::ItemAcceptsInputMethod) && input->isVisible()) {
+        const auto where = field->mapRectToScene(field->boundingRect());
+        shift = shiftToUncover(where.translated(0, shown->property("shift").toDouble()),
+                               input->keyboardRectangle());
+    }
+    shown->setProperty("shift", shift);
 }
 
 QQuickWindow* MainWindow::window() const {

@@ -6,6 +6,7 @@
 #include <array>
 
 #include "fakes/Application.h"
+#include "qml/KeyboardShift.h"
 #include "qml/PictureProvider.h"
 #include "screens/NavigationController.h"
 #include "screens/TableViewController.h"
@@ -45,6 +46,15 @@ protected:
     bench::Bench module{{.rate = 200, .profile = profile}};
     std::unique_ptr<fakes::Application> app;
 };
+
+TEST(KeyboardShift, GoesUpJustSoFarThatTheFieldIsSeen) {
+    const QRectF keyboard{0, 300, 1000, 340};
+    EXPECT_EQ(shiftToUncover({100, 100, 200, 44}, keyboard), 0);
+    EXPECT_EQ(shiftToUncover({100, 400, 200, 44}, keyboard), 152);
+    EXPECT_EQ(shiftToUncover({100, 20, 200, 600}, keyboard), 20);  // no higher than the field's top
+    EXPECT_EQ(shiftToUncover({100, 400, 200, 44}, {}), 0);
+    EXPECT_EQ(shiftToUncover({100, 400, 200, 44}, {400, 300, 600, 340}), 0);  // beside it
+}
 
 TEST(WindowTurn, OnlyAFullScreenTurnsByItselfAndUprightScreensNever) {
     struct Row {
