@@ -2,9 +2,10 @@
 #include <unistd.h>
 
 #include <QGuiApplication>
+#include <QQuickItem>
 #include <QTemporaryDir>
-#include <QWheelEvent>
 #include <chrono>
+#include <cmath>
 #include <cstdio>
 #include <fstream>
 
@@ -42,6 +43,14 @@ double residentMegabytes() {
     return static_cast<double>(resident * static_cast<std::size_t>(::sysconf(_SC_PAGESIZE))) / 1e6;
 }
 
+QQuickItem* itemWith(const char* property, QQuickItem& root) {
+    if (root.property(property).isValid()) return &root;
+    for (auto* child : root.childItems()) {
+        if (auto* found = itemWith(property, *child)) return found;
+    }
+    return nullptr;
+}
+
 int measure(const QString& folder) {
     const auto profile = folder.toStdString() + "/many.json";
     std::ofstream{profile} << profileText();
@@ -77,13 +86,12 @@ int measure(const QString& folder) {
                 opening.count());
 
     app.runFor(1s);
-    const auto scroll = QObject::connect(app.view(), &QQuickWindow::frameSwapped, app.view(), [&] {
-        const QPointF middle{app.view()->width() / 2.0, app.view()->height() / 2.0};
-        const int direction = (frames / 100) % 2 == 0 ? -1 : 1;
-        auto wheel = std::make_unique<QWheelEvent>(middle, middle, QPoint{0, direction * 40},
-                                                   QPoint{0, direction * 40}, Qt::NoButton, Qt::NoModifier,
-                                                   Qt::ScrollUpdate, false);
-        QCoreApplication::postEvent(app.view(), wheel.release());
+    auto* const list = itemWith("contentY", *app.view()->contentItem());
+    if (!list) return std::fputs("there is no list\n", stderr), 1;
+    const auto scroll = QObject::connect(app.view(), &QQuickWindow::frameSwapped, list, [&] {
+        constexpr double step = 37;  // pixels
+        const double end = list->property("contentHeight").toDouble() - list->height();
+        list->setProperty("contentY", std::fmod(list->property("contentY").toDouble() + step, end));
     });
     frames = 0;
     app.view()->update();
