@@ -109,7 +109,7 @@ public:
     };
     struct Mailbox final : torv::MailComposer {
         [[nodiscard]] bool canSendMail() const override { return true; }
-        bool compose(const Mail& mail) override { return mails.push_back(mail), true; }
+        bool compose(const Mail& composed) override { return mails.push_back(composed), true; }
 
         std::vector<Mail> mails;
     };

@@ -89,8 +89,9 @@ TEST(RunLoop, WhatItsTimersAndWorkOwnEndsWhileItStillTakesWork) {
     const auto filesOfTheLoop = openFiles();
     const auto handedOver = std::make_shared<int>(0);
     struct Owner {
-        std::function<void()> atTheEnd;
+        explicit Owner(std::function<void()> end) : atTheEnd(std::move(end)) {}
         ~Owner() { atTheEnd(); }
+        std::function<void()> atTheEnd;
     };
     int ended = 0;
     const auto own = [&] {
