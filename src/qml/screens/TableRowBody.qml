@@ -105,7 +105,9 @@ Item {
             width: body.subtitle || detail.text === "" ? room
                    : Math.min(Math.ceil(titleSize.advanceWidth) + 1, Math.max(room - detailSize.advanceWidth - 14 * body.u, room * 0.5))
             elide: Text.ElideRight
-            maximumLineCount: 1
+            // A plain row that is higher than usual shows its text in as many lines as it has room for.
+            wrapMode: body.cell.style === TableViewCell.Plain ? Text.Wrap : Text.NoWrap
+            maximumLineCount: body.cell.style === TableViewCell.Plain ? Math.max(Math.floor((body.height / body.u - 12) / 18), 1) : 1
             textFormat: Text.PlainText
             text: body.cell.text
             color: body.cell.dimmed ? Theme.faint : Theme.text
