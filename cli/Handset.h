@@ -19,6 +19,7 @@ public:
 
     [[nodiscard]] const torv::Vehicle& vehicle() const { return m_vehicle; }
     [[nodiscard]] torv::iTorvFeeder& feeder() { return *m_feeder; }
+    [[nodiscard]] const std::shared_ptr<torv::iTorvFeeder>& sharedFeeder() const { return m_feeder; }
     /// Why `connect` gave up, in one sentence.
     [[nodiscard]] std::string whyNotConnected() const;
 
