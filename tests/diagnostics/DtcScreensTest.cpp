@@ -94,12 +94,12 @@ TEST_F(DtcScreensTest, CodesAreListedOpenedAndSharedAndOldOnesSaySo) {
 
     readCodes({}, {});
     EXPECT_EQ(top().numberOfSections(), 1);
-    EXPECT_TRUE(top().titleForHeaderInSection(0).startsWith("Last answer from 20"));
+    EXPECT_TRUE(top().viewForHeaderInSection(0).text.startsWith("Last answer from 20"));
     EXPECT_TRUE(top().cellAt({0, 0})->dimmed());
     readCodes(report224(7), {});
     ASSERT_EQ(top().numberOfSections(), 2);
-    EXPECT_EQ(top().titleForHeaderInSection(0), "");
-    EXPECT_TRUE(top().titleForHeaderInSection(1).startsWith("Last answer"));
+    EXPECT_EQ(top().viewForHeaderInSection(0).text, "");
+    EXPECT_TRUE(top().viewForHeaderInSection(1).text.startsWith("Last answer"));
     EXPECT_EQ(text(0, 0).substr(0, 5) + text(0, 1).substr(0, 5), "P0101P0106");
     touch(0, 1);
     EXPECT_EQ(top().title(), "P0106");

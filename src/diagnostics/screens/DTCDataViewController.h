@@ -4,9 +4,6 @@
 
 namespace torv {
 
-/// Points that a plain row takes for a text, in as many lines as it needs on this stack of screens.
-[[nodiscard]] double rowHeightForText(const QString& text, const NavigationController* stack);
-
 /// The whole text of one trouble code. Main thread.
 class DTCDataViewController final : public torv::TableViewController {
     Q_OBJECT
@@ -17,9 +14,7 @@ public:
 
     void viewDidLoad() override { setTitle(m_numtitle); }
     [[nodiscard]] int numberOfRowsInSection(int) override { return 1; }
-    [[nodiscard]] double heightForRowAtIndexPath(IndexPath) override {
-        return rowHeightForText(m_description, navigationController());
-    }
+    [[nodiscard]] double heightForRowAtIndexPath(IndexPath) override { return heightOfItsText; }
     [[nodiscard]] std::shared_ptr<TableViewCell> cellForRowAtIndexPath(IndexPath path) override;
     [[nodiscard]] bool shouldHighlightRowAtIndexPath(IndexPath) override { return false; }
 

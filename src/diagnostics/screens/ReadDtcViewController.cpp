@@ -39,13 +39,10 @@ const TroubleCodeReport::Row& ReadDtcViewController::row(IndexPath path) const {
     return m_report.rows[static_cast<std::size_t>(path.row + (path.section == 0 ? 0 : m_fresh))];
 }
 
-QString ReadDtcViewController::titleForHeaderInSection(int section) {
+TableSectionView ReadDtcViewController::viewForHeaderInSection(int section) {
     const bool isOld = m_report.hasOldRows() && section + 1 == numberOfSections();
-    return isOld ? QString::fromStdString(m_report.lastAnswerText()) : QString{};
-}
-
-double ReadDtcViewController::heightForRowAtIndexPath(IndexPath path) {
-    return rowHeightForText(QString::fromStdString(row(path).text()), navigationController());
+    if (!isOld) return {};
+    return {.text = QString::fromStdString(m_report.lastAnswerText()), .fontSize = 14};
 }
 
 std::shared_ptr<TableViewCell> ReadDtcViewController::cellForRowAtIndexPath(IndexPath path) {

@@ -25,8 +25,8 @@ public:
     [[nodiscard]] QString emptyText() const override { return QString::fromStdString(m_report.emptyText()); }
     [[nodiscard]] int numberOfSections() override { return m_fresh > 0 && m_report.hasOldRows() ? 2 : 1; }
     [[nodiscard]] int numberOfRowsInSection(int section) override;
-    [[nodiscard]] QString titleForHeaderInSection(int section) override;
-    [[nodiscard]] double heightForRowAtIndexPath(IndexPath path) override;
+    [[nodiscard]] TableSectionView viewForHeaderInSection(int section) override;
+    [[nodiscard]] double heightForRowAtIndexPath(IndexPath) override { return heightOfItsText; }
     [[nodiscard]] std::shared_ptr<TableViewCell> cellForRowAtIndexPath(IndexPath path) override;
     [[nodiscard]] bool shouldHighlightRowAtIndexPath(IndexPath path) override;
     void didSelectRowAtIndexPath(IndexPath path) override;
