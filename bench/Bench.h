@@ -17,6 +17,8 @@ struct Options {
     std::filesystem::path profile;
     Milliseconds firstDelay{};  ///< silence between accept and the first frame
     Milliseconds jitter{};      ///< each frame is up to this much late
+    /// The drive stands still at this second of it, so that two handsets see the same.
+    std::optional<int> standsAt{};
     std::vector<std::pair<Fault, Trigger>> faults{};
     std::vector<std::string> troubleCodes{};
     /// Asked on the bench's thread before each segment; while it says no, nothing is sent. For a handset

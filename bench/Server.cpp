@@ -258,7 +258,9 @@ void Server::sendNext(Clock::time_point now) {
 }
 
 Frame Server::push() {
-    const double seconds = static_cast<double>(m_pushes) * std::chrono::duration<double>(m_period).count();
+    const double seconds =
+        m_options.standsAt ? *m_options.standsAt
+                           : static_cast<double>(m_pushes) * std::chrono::duration<double>(m_period).count();
     m_state.advance(m_model.at(seconds), seconds);
     const FrameType type = ++m_pushes % pushBEvery == 0 ? FrameType::pushB : FrameType::pushA;
     Frame frame{typeByte(type), {}};

@@ -47,6 +47,7 @@ void addOptions(QCommandLineParser& parser) {
         {"port", "Port to listen on, 0 for any free one.", "port", "2000"},
         {"rate", "Frames per second, 1 to 400.", "frames", "100"},
         {"seed", "Seed of the drive and of the faults.", "number", "1"},
+        {"stand", "Stand still at this second of the drive.", "seconds"},
         {"profile", "Vehicle profile to serve.", "file"},
         {"fault", "Switch a fault on; may be given again.", "name=probability|name@seconds"},
         {"list-faults", "List the faults and leave."},
@@ -64,6 +65,7 @@ bench::Options readOptions(const QCommandLineParser& parser) {
     options.port = static_cast<std::uint16_t>(numberOf<int>(parser, "port", 0, 65535));
     options.rate = numberOf<int>(parser, "rate", 1, 400);
     options.seed = numberOf<std::uint64_t>(parser, "seed", 0, UINT64_MAX);
+    if (parser.isSet("stand")) options.standsAt = numberOf<int>(parser, "stand", 0, 86'400);
     options.firstDelay = bench::Milliseconds(numberOf<std::int64_t>(parser, "delay-first", 0, hour));
     options.jitter = bench::Milliseconds(numberOf<std::int64_t>(parser, "jitter", 0, hour));
     options.profile = (parser.isSet("profile") ? parser.value("profile") : defaultProfile()).toStdString();

@@ -42,7 +42,7 @@ public:
     [[nodiscard]] torv::NetworkInterfaces& networkInterfaces() override { return m_network; }
     [[nodiscard]] torv::URLLoader& urlLoader() override { return m_real.urlLoader(); }
     [[nodiscard]] torv::Resources& resources() override { return m_real.resources(); }
-    void setIdleTimerDisabled() override {}
+    void setIdleTimerDisabled(bool) override {}
     [[nodiscard]] torv::MailComposer& mailComposer() override { return m_real.mailComposer(); }
     [[nodiscard]] std::unique_ptr<torv::WorkQueue> makeWorkQueue(const std::string& name) override {
         return m_real.makeWorkQueue(name);

@@ -18,6 +18,12 @@ constexpr auto description =
     "  get AID         ask the module for one value and show it\n"
     "  set AID VALUE   write one setting or tuning item, in its own unit, and say whether it was "
     "acknowledged\n"
+    "  settings        list the stored settings, and whether the module has the same\n"
+    "  settings set NAME VALUE\n"
+    "                  change a setting as its screen does: VALUE is a number, on, off, or one of its "
+    "choices\n"
+    "  warnings [NAME [VALUE|on|off]]\n"
+    "                  list the warnings of the sensors, or change one\n"
     "  frames          show every frame in both directions, decoded\n"
     "  codes           read the module's trouble codes, with their texts\n"
     "  codes clear     clear them; asks first on a terminal, and wants --yes elsewhere\n"
@@ -49,14 +55,18 @@ struct CommandRow {
     const char* verb;  ///< the first word behind the name; null where any word is an operand
     Command command;
     int operands;  ///< behind name and verb
+    int most = operands;
 };
-constexpr std::array<CommandRow, 12> commands{{
+constexpr std::array<CommandRow, 15> commands{{
     {"watch", nullptr, Command::watch, 0},
     {"get", nullptr, Command::get, 1},
     {"set", nullptr, Command::set, 2},
     {"frames", nullptr, Command::frames, 0},
     {"codes", "clear", Command::codes, 0},
     {"codes", nullptr, Command::codes, 0},
+    {"settings", "set", Command::settings, 2},
+    {"settings", nullptr, Command::settings, 0},
+    {"warnings", nullptr, Command::warnings, 0, 2},
     {"vehicles", "use", Command::vehicles, 1},
     {"vehicles", "update", Command::vehicles, 1},
     {"vehicles", nullptr, Command::vehicles, 0},
@@ -141,10 +151,10 @@ std::optional<Arguments> readArguments(const QStringList& arguments, std::string
         std::find_if(commands.begin(), commands.end(), [&](const CommandRow& c) { return fits(c, words); });
     if (row == commands.end()) return refuse("there is no command \"" + words.first().toStdString() + "\"");
     const int before = row->verb ? 2 : 1;
-    if (words.size() - before != row->operands) {
+    if (words.size() - before < row->operands || words.size() - before > row->most) {
         return refuse(std::string{row->name} + (row->verb ? std::string{" "} + row->verb : "") + " takes " +
-                      std::to_string(row->operands) + (row->operands == 1 ? " argument" : " arguments") +
-                      "; see --help");
+                      (row->most > row->operands ? "at most " : "") + std::to_string(row->most) +
+                      (row->most == 1 ? " argument" : " arguments") + "; see --help");
     }
 
     for (const auto& option : someOptions) {

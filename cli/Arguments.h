@@ -20,7 +20,7 @@ enum ExitCode : int {
     noServer = 4,      ///< the update server could not be asked
 };
 
-enum class Command { watch, get, set, frames, codes, vehicles, defaults };
+enum class Command { watch, get, set, frames, codes, settings, warnings, vehicles, defaults };
 
 struct Arguments {
     Command command = Command::watch;

@@ -13,12 +13,17 @@ namespace itorvctl {
 [[nodiscard]] int frames(Handset& handset, const Arguments& arguments);
 [[nodiscard]] int codes(Handset& handset, const Arguments& arguments);
 
-// These two look at what is stored, and need no module.
+[[nodiscard]] int settings(Handset& handset, const Arguments& arguments);
+
+// These look at what is stored, and need no module.
+[[nodiscard]] int warnings(const torv::Vehicle& vehicle, const Arguments& arguments);
 [[nodiscard]] int vehicles(const Arguments& arguments);
 [[nodiscard]] int defaults(const Arguments& arguments);
 
 /// One line on the standard error stream.
 void complain(const std::string& why);
+/// Whether what was changed in the store is on disk; complains where it is not.
+[[nodiscard]] bool isKept();
 /// The same, with what is known of why.
 [[nodiscard]] int notConnected(const Handset& handset);
 

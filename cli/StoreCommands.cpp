@@ -57,12 +57,6 @@ std::optional<Vehicle> named(const std::vector<Vehicle>& vehicles, const std::st
     return *found;
 }
 
-bool isKept() {
-    const bool kept = Platform::current().userDefaults().synchronize();
-    if (!kept) complain("it could not be stored; --verbose tells why");
-    return kept;
-}
-
 int use(const std::string& name, bool json) {
     const auto vehicle = named(VehicleDataSource::storedVehicles(), name);
     if (!vehicle) {
@@ -137,6 +131,12 @@ int tellTrouble(const UserDefaults& store, const std::vector<std::string>& keys)
 }
 
 }  // namespace
+
+bool isKept() {
+    const bool kept = Platform::current().userDefaults().synchronize();
+    if (!kept) complain("it could not be stored; --verbose tells why");
+    return kept;
+}
 
 int vehicles(const Arguments& arguments) {
     if (arguments.words.empty()) return list(arguments.json);

@@ -18,12 +18,13 @@ struct Row {
     itorvctl::Command command;
     int (*run)(itorvctl::Handset&, const itorvctl::Arguments&);
 };
-constexpr std::array<Row, 5> rows{{
+constexpr std::array<Row, 6> rows{{
     {itorvctl::Command::watch, &itorvctl::watch},
     {itorvctl::Command::get, &itorvctl::get},
     {itorvctl::Command::set, &itorvctl::set},
     {itorvctl::Command::frames, &itorvctl::frames},
     {itorvctl::Command::codes, &itorvctl::codes},
+    {itorvctl::Command::settings, &itorvctl::settings},
 }};
 
 }  // namespace
@@ -51,6 +52,7 @@ int main(int argc, char** argv) {
         itorvctl::complain(error);
         return itorvctl::badArguments;
     }
+    if (arguments->command == itorvctl::Command::warnings) return itorvctl::warnings(*vehicle, *arguments);
     itorvctl::Handset handset{*arguments, std::move(*vehicle)};
     for (const auto& [command, run] : rows) {
         if (command != arguments->command) continue;

@@ -22,6 +22,7 @@
 #include "platform/Log.h"
 #include "platform/real/LoopbackOnly.h"
 #include "platform/real/MemoryPressure.h"
+#include "platform/real/OnScreenKeyboard.h"
 #include "platform/real/QuitSignals.h"
 #include "platform/real/RealPlatform.h"
 #include "platform/real/SystemLog.h"
@@ -93,7 +94,9 @@ std::optional<std::string> readArguments(const QCoreApplication& application, Op
     parser.addOptions({
         {"offscreen", "Show no window; for pictures and tests."},
         {"size", "Size of the window in pixels (1136x640).", "WIDTHxHEIGHT"},
-        {"turn", "Show landscape screens turned in an upright window: auto, left, right or never (auto).",
+        {"turn",
+         "Show landscape screens turned in an upright window: left, right or never; auto, which is usual, "
+         "turns them right where the window fills the screen, and only there.",
          "WHICH", "auto"},
         {"full-screen", "Fill the screen."},
         {"screenshot", "Save a picture of the window (PNG) and end.", "FILE"},
@@ -160,6 +163,7 @@ int main(int argc, char** argv) {
         Options none;
         static_cast<void>(readArguments(application, none));  // shows what is asked for, and ends
     }
+    chooseOnScreenKeyboard();
     const auto application = openDisplay(argc, argv);
     if (!application) return badArguments;
     QGuiApplication::setApplicationName("itorv");

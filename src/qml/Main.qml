@@ -9,6 +9,7 @@ Window {
     property Stage stage: null
     // Pixels for each point of what is no dashboard: a stage 320 high, or 320 wide where it stands upright.
     property int turn: 0  // degrees
+    property real shift: 0  // pixels up, out of the way of a keyboard on the screen
     readonly property real u: Math.max(Math.min(width, height), 1) / 320
 
     width: 1136
@@ -26,6 +27,7 @@ Window {
         id: room
 
         anchors.centerIn: parent
+        anchors.verticalCenterOffset: -window.shift
         width: window.turn === 0 ? window.width : window.height
         height: window.turn === 0 ? window.height : window.width
         rotation: window.turn

@@ -1,11 +1,15 @@
 #include "qml/MainWindow.h"
 
+#include <QGuiApplication>
 #include <QIcon>
+#include <QInputMethod>
 #include <QPixmap>
+#include <QQuickItem>
 #include <chrono>
 #include <utility>
 
 #include "platform/Platform.h"
+#include "qml/KeyboardShift.h"
 #include "qml/PictureProvider.h"
 
 void qml_register_types_iTorv();
@@ -59,6 +63,11 @@ void MainWindow::show(Stage& stage) {
     QObject::connect(shown, &QWindow::widthChanged, &m_watcher, look);
     QObject::connect(shown, &QWindow::heightChanged, &m_watcher, look);
     QObject::connect(shown, &QWindow::visibilityChanged, &m_watcher, look);
+    const auto* const input = QGuiApplication::inputMethod();
+    const auto uncover = [this] { lookAtKeyboard(); };
+    QObject::connect(input, &QInputMethod::keyboardRectangleChanged, &m_watcher, uncover);
+    QObject::connect(input, &QInputMethod::visibleChanged, &m_watcher, uncover);
+    QObject::connect(shown, &QQuickWindow::activeFocusItemChanged, &m_watcher, uncover);
     lookAtTurn();
     shown->setProperty("stage", QVariant::fromValue<QObject*>(&stage));
     const auto icon = PictureProvider{}.requestImage(QStringLiteral("picture/itorv.png"), nullptr, iconSize);
@@ -73,13 +82,26 @@ void MainWindow::setTurn(Turn turn) {
 void MainWindow::lookAtTurn() {
     auto* shown = window();
     if (!shown || !m_stage) return;
-    // A shell that turns the screen for it makes the window wide; then there is nothing left to turn.
-    shown->reportContentOrientationChange(m_stage->portrait() ? Qt::PortraitOrientation
-                                                              : Qt::LandscapeOrientation);
+    // Qt is not told of the content's orientation: under Wayland it would say that the pixels are turned
+    // already, and the compositor would turn them back and show a window of swapped width and height.
     const WindowState state{.fullScreen = shown->visibility() == QWindow::FullScreen,
                             .upright = shown->height() > shown->width(),
                             .portraitScreen = m_stage->portrait()};
     shown->setProperty("turn", turnOf(m_turn, state));
+}
+
+void MainWindow::lookAtKeyboard() {
+    auto* shown = window();
+    if (!shown) return;
+    const auto* const input = QGuiApplication::inputMethod();
+    const auto* const field = shown->activeFocusItem();
+    double shift = 0;
+    if (field && field->flags().testFlag(QQuickItem::ItemAcceptsInputMethod) && input->isVisible()) {
+        const auto where = field->mapRectToScene(field->boundingRect());
+        shift = shiftToUncover(where.translated(0, shown->property("shift").toDouble()),
+                               input->keyboardRectangle());
+    }
+    shown->setProperty("shift", shift);
 }
 
 QQuickWindow* MainWindow::window() const {

@@ -34,6 +34,7 @@ public:
 private:
     void painted();
     void lookAtTurn();
+    void lookAtKeyboard();
 
     QQmlApplicationEngine m_engine;
     std::function<void()> m_whenPainted;

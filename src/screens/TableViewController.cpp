@@ -180,6 +180,22 @@ void TableViewController::activateIndex(int index) {
     });
 }
 
+void TableViewController::chooseIndex(int index) {
+    queueTouch(this, [index, path = pathOfIndex(index)](TableViewController& self) {
+        const bool chooses =
+            path && !self.m_confirming && !self.m_editing && self.shouldHighlightRowAtIndexPath(*path);
+        if (chooses) return self.touchRow(path->section, path->row);
+        self.activateIndex(index);
+    });
+}
+
+void TableViewController::touchAccessoryOfIndex(int index) {
+    const auto path = pathOfIndex(index);
+    const auto* const cell = path ? cellAt(*path) : nullptr;
+    if (cell && cell->accessory() == TableViewCell::Accessory::Detail)
+        touchAccessory(path->section, path->row);
+}
+
 void TableViewController::deleteIndex(int index) {
     if (const auto path = pathOfIndex(index)) swipeRow(path->section, path->row);
 }

@@ -86,8 +86,12 @@ public:
     Q_INVOKABLE void touchDeleteMark(int section, int row);
     Q_INVOKABLE void swipeRow(int section, int row);
     Q_INVOKABLE void touchDelete(int section, int row);
-    // By the keyboard; the index counts the rows that the look draws, and -1 is none.
+    // By the keyboard; the index counts the rows that the look draws, and -1 is none. Return chooses the row, or
+    // presses its control where it can't be chosen; Space presses the control, or chooses where there is none; Right
+    // presses the detail button.
+    Q_INVOKABLE void chooseIndex(int index);
     Q_INVOKABLE void activateIndex(int index);
+    Q_INVOKABLE void touchAccessoryOfIndex(int index);
     Q_INVOKABLE void deleteIndex(int index);
 
 signals:

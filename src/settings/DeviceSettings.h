@@ -34,6 +34,9 @@ public:
     [[nodiscard]] SettingRange range(const TorvAttribute& setting) const;
     /// Whether the text is a whole number within the range.
     [[nodiscard]] bool accepts(const TorvAttribute& setting, const std::string& text) const;
+    [[nodiscard]] bool isStored(const TorvAttribute& setting) const {
+        return m_settingValues && m_settingValues->contains(setting.aid);
+    }
     /// The module has not acknowledged the last write.
     [[nodiscard]] bool isUntaken(const TorvAttribute& setting) const;
 

@@ -38,8 +38,8 @@ std::vector<std::string> DriveTrainInfo::choices(Part part) const {
     return texts;
 }
 
-std::string DriveTrainInfo::choice(Part part) const {
-    const auto data = dataOf(formattedValue());
+std::string DriveTrainInfo::choice(const AVFormatterData& record, Part part) const {
+    const auto data = dataOf(record);
     const auto code = std::to_string(part == Part::transmission ? data.transmissionID : data.rearEndRatio);
     const auto codes = codesOf(m_setting, part);
     const auto index = static_cast<std::size_t>(std::find(codes.begin(), codes.end(), code) - codes.begin());

@@ -20,7 +20,9 @@ public:
     /// The texts that have a code.
     [[nodiscard]] std::vector<std::string> choices(Part part) const;
     /// The text of the stored code; the code itself where the profile does not list it.
-    [[nodiscard]] std::string choice(Part part) const;
+    [[nodiscard]] std::string choice(Part part) const { return choice(formattedValue(), part); }
+    /// The same of any record.
+    [[nodiscard]] std::string choice(const AVFormatterData& record, Part part) const;
     void pick(Part part, const std::string& text);
 
     /// Inches.

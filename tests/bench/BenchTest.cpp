@@ -143,6 +143,16 @@ TEST_F(BenchTest, AnswersInTimeAndGoesOn) {
     EXPECT_EQ(client.payloadOf(FrameType::response), (Bytes{42, 77, 226, 6, 0, 0, 0x18, 1, 0}));
 }
 
+TEST(Stand, HoldsTheDriveAtItsSecond) {
+    Bench still({.rate = 400, .profile = profilePath, .standsAt = 48});
+    ASSERT_FALSE(still.start());
+    Client client(still.port());
+    for (int frame = 0; frame < 60; ++frame)
+        ASSERT_TRUE(client.await(FrameType::pushA));
+    EXPECT_EQ(still.sent(78), std::set<Bytes>{still.value(78)});
+    EXPECT_GT(still.value(78), (Bytes{3000 >> 8, 0}));  // rev/min at full throttle
+}
+
 TEST_F(BenchTest, ResetBringsTuningBack) {
     Client client(module.port());
     const Bytes before = module.value(42);

@@ -31,9 +31,16 @@ struct Result {
     std::string error;
 };
 
-Result run(const QString& program, const QStringList& arguments, const QString& home = {}) {
+/// Variables as "NAME=VALUE"; with no value, there is none of the name.
+Result run(const QString& program, const QStringList& arguments, const QString& home = {},
+           const QStringList& variables = {}) {
     QProcess process;
     auto environment = QProcessEnvironment::systemEnvironment();
+    for (const auto& variable : variables) {
+        environment.remove(variable.section('=', 0, 0));
+        if (const auto value = variable.section('=', 1); !value.isEmpty())
+            environment.insert(variable.section('=', 0, 0), value);
+    }
     if (!home.isEmpty()) environment.insert("XDG_DATA_HOME", home);
     environment.insert("no_proxy", "*");
     process.setProcessEnvironment(environment);
@@ -105,6 +112,36 @@ TEST(Programs, BadArgumentsGetOneLineAndTheCodeTwo) {
     const auto named = run("itorvctl", {"watch", "--profile", broken}).error;
     EXPECT_NE(named.find("broken.json: line 2, column"), std::string::npos) << named;
     EXPECT_NE(named.find("Leading 0 disallowed in number"), std::string::npos) << named;
+}
+
+TEST(Programs, WithoutADisplayItorvSaysSoAndWithoutOpenGLItGoesOn) {
+    const QTemporaryDir folder;
+    const auto start = [&](const QStringList& variables, const QStringList& arguments) {
+        const QStringList none{"QT_QPA_PLATFORM=", "DISPLAY=", "WAYLAND_DISPLAY=", "QT_QUICK_BACKEND=",
+                               "XDG_RUNTIME_DIR=" + folder.path()};
+        return run("itorv", arguments, folder.path(), none + variables);
+    };
+    const std::pair<QString, const char*> rows[]{
+        {"DISPLAY=", "itorv: there is no display; "},
+        {"WAYLAND_DISPLAY=nobody", "itorv: no display can be used with WAYLAND_DISPLAY=nobody ("},
+        {"QT_QPA_PLATFORM=nonsense", "itorv: no display can be used with QT_QPA_PLATFORM=nonsense ("},
+    };
+    for (const auto& [variable, sentence] : rows) {
+        const auto result = start({variable}, {});
+        EXPECT_EQ(result.code, 2) << result.error;
+        EXPECT_TRUE(result.error.starts_with(sentence)) << result.error;
+        EXPECT_EQ(std::count(result.error.begin(), result.error.end(), '\n'), 1) << result.error;
+    }
+    const auto file = folder.filePath("picture.png");
+    for (const bool software : {false, true}) {
+        QFile::remove(file);
+        const auto result =
+            start({"QT_QPA_PLATFORM=offscreen"},
+                  QStringList{"--screenshot", file, "--after", "0"} + QStringList(software, "--software"));
+        EXPECT_EQ(result.code, 0) << result.error;
+        EXPECT_EQ(result.error.find("OpenGL can't be used here") == std::string::npos, software);
+        EXPECT_FALSE(QImage{file}.isNull());
+    }
 }
 
 TEST(Programs, VehiclesAreListedUpdatedAndUsed) {
@@ -280,6 +317,43 @@ TEST_F(ProgramsWithModule, SetSaysWhatBecomesOfItAndStoresWhatItIsTold) {
     EXPECT_EQ(module->value(42), bench::Bytes{110});
 }
 
+TEST_F(ProgramsWithModule, SettingsAndWarningsChangeAsOnTheirScreens) {
+    const QTemporaryDir home;
+    const auto ctl = [&](QStringList arguments) {
+        return run("itorvctl", arguments + QStringList{"--module", address}, home.path());
+    };
+    EXPECT_EQ(ctl({"settings", "set", "turbo timer", "on"}).code, 2);  // nothing is stored yet
+    {
+        torv::SqliteUserDefaults store{home.path().toStdString() + "/itorv/defaults.sqlite"};
+        const torv::ProfileDictionary values{{152, torv::AV::forAID(152, std::vector<std::uint8_t>{0, 45})},
+                                             {226, torv::AV::forAID(226, std::vector<std::uint8_t>{6})}};
+        store.setObjectForKey(torv::archivedProfileDictionary(values), "SETTINGS_Diesel Pickup 6.7L");
+        ASSERT_TRUE(store.synchronize());
+    }
+    for (const auto& [name, value, text] : std::vector<std::tuple<QString, QString, std::string>>{
+             {"turbo timer", "ON", "Turbo Timer set to 45 SEC, on, Run for a Time"},
+             {"152", "run to an egt", "Turbo Timer set to 300 ºF, on, Run to an EGT"},
+             {"Drive Train", "4.10", "Drive Train set to 0.0 INCHES, 6-Speed Automatic, 4.10"},
+             {"Drive Train", "33.5", "Drive Train set to 33.5 INCHES, 6-Speed Automatic, 4.10"}}) {
+        const auto done = ctl({"settings", "set", name, value});
+        EXPECT_EQ(done.code, 0) << done.error;
+        EXPECT_EQ(done.output, text + ": acknowledged, and stored\n");
+    }
+    for (const auto& bad : {QStringList{"152", "200"}, QStringList{"152", "often"}, QStringList{"226", "99"},
+                            QStringList{"Nothing", "1"}, QStringList{"Shift Light", "3000"}})
+        EXPECT_EQ(ctl(QStringList{"settings", "set"} + bad).code, 2) << bad.join(u' ').toStdString();
+    module->setValue(152, {0, 77, 0});
+    const auto list = ctl({"settings"});
+    EXPECT_NE(list.output.find("300 ºF, on, Run to an EGT"), std::string::npos);
+    EXPECT_NE(list.output.find("the module has 77 SEC, off, Run for a Time"), std::string::npos);
+    EXPECT_NE(list.output.find("the same in the module"), std::string::npos);
+
+    EXPECT_EQ(ctl({"warnings", "boost", "33"}).output, "Boost                     on   33 PSI\n");
+    EXPECT_EQ(ctl({"warnings", "Boost", "off"}).code, 0);
+    EXPECT_EQ(ctl({"warnings", "Boost", "off"}).output, "Boost                     off  33 PSI\n");
+    EXPECT_EQ(ctl({"warnings", "Boost", "999"}).code, 2);
+}
+
 TEST_F(ProgramsWithModule, BesideAnotherHandsetItLeavesTheModuleToThat) {
     QProcess other;
     other.setStandardOutputFile(QProcess::nullDevice());
@@ -328,6 +402,31 @@ TEST_F(ProgramsWithModule, WithoutAPlaceForTheStoreValuesStillRun) {
          address},
         "/proc/no such folder");
     EXPECT_EQ(module->value(95)[0] + module->value(95)[1] * 256, 3200);
+}
+
+/// Moments by what the module has sent; without acks, in the midst of an exchange.
+TEST_F(ProgramsWithModule, ASignalEndsTheWindowAtAnyMoment) {
+    for (const auto frames : {0U, 1U, 3U, 4U, 20U, 100U, 300U}) {
+        for (const double lost : {0, 1}) {
+            SCOPED_TRACE(std::to_string(frames) + (lost > 0 ? " without acks" : ""));
+            module->setFault(bench::Fault::dropAck, {.probability = lost});
+            const QTemporaryDir home;
+            qputenv("XDG_DATA_HOME", home.path().toUtf8());
+            const auto before = module->statistics().framesSent;
+            QProcess process;
+            process.start(QCoreApplication::applicationDirPath() + "/itorv",
+                          {"--offscreen", "--module", address});
+            for (int i = 0; i < 6000 && module->statistics().framesSent < before + frames; ++i)
+                process.waitForFinished(5);
+            ASSERT_TRUE(process.waitForStarted());
+            process.terminate();
+            ASSERT_TRUE(process.waitForFinished(20000));
+            // Before it listens to signals, this one ends it as any other program.
+            const bool early = frames == 0 && process.exitStatus() == QProcess::CrashExit;
+            EXPECT_EQ(process.exitCode(), early ? SIGTERM : 0)
+                << process.readAllStandardError().toStdString();
+        }
+    }
 }
 
 TEST_F(ProgramsWithModule, TheWindowTakesItsPictureAndEnds) {

@@ -141,6 +141,8 @@ TEST_F(GaugeViewTest, OnlyAnActiveGaugeTakesValues) {
     platform.loop.runFor(1s);
     EXPECT_EQ(gauge->needleAngle(), gauge->dial().degreesForValue(12));
     EXPECT_TRUE(gauge->needleAtRest());
+    gauge->reloadView();
+    EXPECT_EQ(gauge->needleAngle(), 0);  // a new needle
     gauge->updateValue(std::nullopt);
     EXPECT_EQ(gauge->value(), 0);
 }

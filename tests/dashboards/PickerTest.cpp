@@ -191,9 +191,14 @@ TEST_F(PickerTest, ButtonsWheelAndKeysTurnAndCloseTheStripAndClosedItTakesNothin
     const auto corner = [&] { return picker().frame().topLeft(); };
     openPicker();
     const auto next = picker().nextButtonFrame().center() + corner();
-    press(next);
-    release(next);
-    EXPECT_EQ(picker().pageControl().currentPage(), 1);
+    const auto previous = picker().previousButtonFrame().center() + corner();
+    for (const int shown : {1, 0, 1}) {
+        const auto arrow = shown == 1 ? next : previous;
+        press(arrow);
+        EXPECT_EQ(page().pressedButton(), shown == 1 ? "next" : "previous");
+        release(arrow);
+        EXPECT_EQ(picker().pageControl().currentPage(), shown);
+    }
     page().touchWheel(240);
     loop.runWork();
     EXPECT_EQ(picker().pageControl().currentPage(), 0);
@@ -227,6 +232,15 @@ TEST_F(PickerTest, AMovementScrollsAPageAndTheDotsFollow) {
     picker().previousPage();
     EXPECT_EQ(picker().scrollView().contentOffset(), 0);
     EXPECT_EQ(picker().pageControl().currentPage(), 0);
+}
+
+TEST_F(PickerTest, WithFewerSensorsTheStripGoesBackToAPageThatThereIs) {
+    openPicker();
+    picker().nextPage();
+    EXPECT_EQ(picker().scrollView().contentOffset(), 440);
+    dashboard.app->setCurrentVehicle(fakes::truck("Van", {fakes::sensor(10)}));
+    EXPECT_EQ(picker().pageControl().currentPage(), 0);
+    EXPECT_EQ(picker().scrollView().contentOffset(), 0);
 }
 
 TEST_F(PickerTest, JitterHoldsAFlickTurnsASlowDragTurnsAtMostOnePage) {
@@ -263,7 +277,7 @@ TEST_F(PickerTest, ATapOnTheHandleOpensAndClosesTheStrip) {
 }
 
 TEST_F(PickerTest, DotsOpenCloseAndTurnPages) {
-    const QPointF dots{240, 300};
+    const QPointF closedDots{page().stageLeft() + 240, 305};
     const auto swipe = [&](QPointF from, QPointF way) {
         press(from);
         move(from + way);
@@ -272,10 +286,10 @@ TEST_F(PickerTest, DotsOpenCloseAndTurnPages) {
     };
     ASSERT_FALSE(picker().expanded());
     EXPECT_EQ(picker().frame(), QRectF(0 + page().stageLeft(), 290, 480, 30));
-    swipe(dots, {80, 0});  // while closed, a tap turns nothing
+    swipe(closedDots, {-80, 0});  // while closed, a tap turns nothing; nor is it a swipe of the page
+    EXPECT_EQ(page().presentedViewController(), nullptr);
     EXPECT_FALSE(picker().expanded());
     EXPECT_EQ(picker().pageControl().currentPage(), 0);
-    const QPointF closedDots{page().stageLeft() + 240, 305};
     swipe(closedDots, {0, -12});
     ASSERT_TRUE(picker().expanded());
     EXPECT_EQ(picker().frame(), QRectF(page().stageLeft(), 240, 480, 80));

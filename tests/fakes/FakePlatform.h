@@ -109,7 +109,7 @@ public:
     };
     struct Mailbox final : torv::MailComposer {
         [[nodiscard]] bool canSendMail() const override { return possible; }
-        bool compose(const Mail& mail) override { return mails.push_back(mail), starts; }
+        bool compose(const Mail& composed) override { return mails.push_back(composed), starts; }
 
         bool possible = true;
         bool starts = true;

@@ -6,6 +6,7 @@
 #include <array>
 
 #include "fakes/Application.h"
+#include "qml/KeyboardShift.h"
 #include "qml/PictureProvider.h"
 #include "screens/NavigationController.h"
 #include "screens/TableViewController.h"
@@ -17,6 +18,14 @@ namespace {
 using namespace torv;
 using namespace std::chrono_literals;
 
+QQuickItem* itemWithText(QQuickItem* root, const QString& text) {
+    if (root->isVisible() && root->property("text") == text) return root;
+    for (auto* child : root->childItems()) {
+        if (auto* found = itemWithText(child, text)) return found;
+    }
+    return nullptr;
+}
+
 class WindowTest : public testing::Test {
 protected:
     WindowTest() {
@@ -26,16 +35,44 @@ protected:
     }
 
     const std::filesystem::path profile = std::filesystem::path{ITORV_RESOURCE_DIR} / "vehicle.json";
+    [[nodiscard]] QQuickItem* shown(const QString& text) const {
+        return itemWithText(app->view()->contentItem(), text);
+    }
+    void click(const QQuickItem& item) const {
+        QTest::mouseClick(app->view(), Qt::LeftButton, {},
+                          item.mapToScene({item.width() / 2, item.height() / 2}).toPoint());
+    }
+
     bench::Bench module{{.rate = 200, .profile = profile}};
     std::unique_ptr<fakes::Application> app;
 };
 
-QQuickItem* itemWithText(QQuickItem* root, const QString& text) {
-    if (root->isVisible() && root->property("text") == text) return root;
-    for (auto* child : root->childItems()) {
-        if (auto* found = itemWithText(child, text)) return found;
+TEST(KeyboardShift, GoesUpJustSoFarThatTheFieldIsSeen) {
+    const QRectF keyboard{0, 300, 1000, 340};
+    EXPECT_EQ(shiftToUncover({100, 100, 200, 44}, keyboard), 0);
+    EXPECT_EQ(shiftToUncover({100, 400, 200, 44}, keyboard), 152);
+    EXPECT_EQ(shiftToUncover({100, 20, 200, 600}, keyboard), 20);  // no higher than the field's top
+    EXPECT_EQ(shiftToUncover({100, 400, 200, 44}, {}), 0);
+    EXPECT_EQ(shiftToUncover({100, 400, 200, 44}, {400, 300, 600, 340}), 0);  // beside it
+}
+
+TEST(WindowTurn, OnlyAFullScreenTurnsByItselfAndUprightScreensNever) {
+    struct Row {
+        const char* text;
+        std::array<int, 2> degrees;  ///< in an ordinary upright window, and where it fills the screen
+    };
+    for (const auto& [text, degrees] :
+         {Row{"auto", {0, 90}}, {"left", {-90, -90}}, {"right", {90, 90}}, {"never", {0, 0}}}) {
+        const auto turn = turnFromText(text);
+        ASSERT_TRUE(turn) << text;
+        for (const bool full : {false, true}) {
+            EXPECT_EQ(turnOf(*turn, {.fullScreen = full, .upright = true}), degrees.at(full)) << text;
+            EXPECT_EQ(turnOf(*turn, {.fullScreen = full, .upright = false}), 0) << text;
+            EXPECT_EQ(turnOf(*turn, {.fullScreen = full, .upright = true, .portraitScreen = true}), 0);
+        }
     }
-    return nullptr;
+    for (const auto* text : {"", "Auto", "auto ", "90", "leftright", "\xC3\xA4"})
+        EXPECT_FALSE(turnFromText(text)) << text;
 }
 
 TEST_F(WindowTest, TheGearLeadsToTheMenuAndTheLiveListAndCloseBack) {
@@ -46,12 +83,12 @@ TEST_F(WindowTest, TheGearLeadsToTheMenuAndTheLiveListAndCloseBack) {
     auto* const menu = qobject_cast<NavigationController*>(app->stage->top());
     ASSERT_NE(menu, nullptr);
     EXPECT_EQ(menu->topViewController()->title(), "Main Menu");
-    qobject_cast<TableViewController*>(menu->topViewController())->touchRow(0, 0);
+    qobject_cast<TableViewController*>(menu->topViewController())->touchRow(0, 5);
     ASSERT_TRUE(app->waitUntil([&] { return menu->depth() == 2; }));
     auto* const list = qobject_cast<TableViewController*>(menu->topViewController());
     ASSERT_NE(list, nullptr);
     auto* const cell = list->cellAt({0, 0});
-    ASSERT_TRUE(app->waitUntil([&] { return itemWithText(app->view()->contentItem(), cell->text()); }));
+    ASSERT_TRUE(app->waitUntil([&] { return shown(cell->text()); }));
     ASSERT_TRUE(
         app->waitUntil([&] { return cell->detailText().endsWith("RPM") && cell->detailText() != "0 RPM"; }));
     menu->touchBack();
@@ -68,7 +105,7 @@ TEST_F(WindowTest, AnAlertHasTheKeysAndGivesThemBack) {
     app->runFor(300ms);
     for (int i = 0; i < 7; ++i)
         key(Qt::Key_Down);
-    key(Qt::Key_Return);
+    key(Qt::Key_Space);
     ASSERT_TRUE(app->waitUntil([&] { return gallery->heard == "on "; }));
     int pressed = -1;
     const auto show = [&] {
@@ -91,7 +128,7 @@ TEST_F(WindowTest, AnAlertHasTheKeysAndGivesThemBack) {
     EXPECT_TRUE(app->waitUntil([&] { return gallery->heard == "on off "; }));
     key(Qt::Key_Down);
     key(Qt::Key_Down);
-    key(Qt::Key_Return);
+    key(Qt::Key_Space);
     app->runFor(100ms);
     for (const char sign : {'3', '3', '0', '0'})
         QTest::keyClick(app->view(), sign);  // in place of what stood there
@@ -137,15 +174,45 @@ TEST_F(WindowTest, AReplayThatFailsIsCancelledByATouch) {
     // Within the replay, which turns the loop until it ends.
     app->platform.runLoop().scheduleTimer(50ms, true, [&](Timer& timer) {
         if (!app->first->progress() || !app->first->progress()->cancellable()) return;
-        auto* const button = itemWithText(app->view()->contentItem(), "Cancel");
+        auto* const button = shown("Cancel");
         if (!button) return;
         timer.invalidate();
         module.clearFaults();
-        QTest::mouseClick(app->view(), Qt::LeftButton, {},
-                          button->mapToScene({button->width() / 2, button->height() / 2}).toPoint());
+        click(*button);
     });
     EXPECT_TRUE(app->waitUntil(
         [&] { return defaults.objectForKey("savedprofile").textValue() == "Default Profile"; }));
+}
+
+TEST_F(WindowTest, WhatGoesOnInTheBackgroundIsToldOnAnotherScreen) {
+    ASSERT_TRUE(app->waitUntilReady());
+    const auto overlay = std::make_shared<ProgressHUD>([] {});
+    overlay->setTexts("Updating", "2 of 3");
+    app->first->setProgress(overlay);
+    app->tap({32, 32});  // the gear, which the overlay holds
+    ASSERT_TRUE(app->waitUntil([&] { return shown("Continue in background"); }));
+    EXPECT_EQ(app->stage->top(), app->first.get());
+    click(*shown("Continue in background"));
+    ASSERT_TRUE(app->waitUntil([&] { return overlay->inBackground(); }));
+    app->tap({32, 32});
+    EXPECT_TRUE(app->waitUntil([&] { return app->stage->top() != app->first.get(); }));
+    EXPECT_TRUE(app->waitUntil([&] { return shown("Updating · 2 of 3"); }));
+    app->first->setProgress(nullptr);
+    EXPECT_TRUE(app->waitUntil([&] { return !shown("Updating · 2 of 3"); }));
+}
+
+TEST_F(WindowTest, WhatCanNotBeReadIsToldOnThePageUntilItIsSetAgain) {
+    app.reset();
+    app = std::make_unique<fakes::Application>(module, profile, [](UserDefaults& defaults) {
+        defaults.setObjectForKey(Value{"cut"}, "SETTINGS_Diesel Pickup 6.7L");
+    });
+    const auto sentence = app->page()->notice();
+    EXPECT_TRUE(sentence.startsWith("The settings of this vehicle can't be read")) << sentence.toStdString();
+    EXPECT_TRUE(app->waitUntil([&] { return shown(sentence); }));
+    ASSERT_TRUE(app->waitUntilReady());
+    SettingValueStore::save({}, app->control->currentVehicle());
+    module.dropConnections();
+    EXPECT_TRUE(app->waitUntil([&] { return !shown(sentence); }));
 }
 
 TEST_F(WindowTest, AlertsCoverTheScreenUntilTouched) {

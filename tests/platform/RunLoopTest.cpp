@@ -9,6 +9,7 @@
 #include <thread>
 #include <vector>
 
+#include "platform/real/OnScreenKeyboard.h"
 #include "platform/real/QtRunLoop.h"
 #include "platform/real/ThreadWorkQueue.h"
 
@@ -88,8 +89,9 @@ TEST(RunLoop, WhatItsTimersAndWorkOwnEndsWhileItStillTakesWork) {
     const auto filesOfTheLoop = openFiles();
     const auto handedOver = std::make_shared<int>(0);
     struct Owner {
-        std::function<void()> atTheEnd;
+        explicit Owner(std::function<void()> end) : atTheEnd(std::move(end)) {}
         ~Owner() { atTheEnd(); }
+        std::function<void()> atTheEnd;
     };
     int ended = 0;
     const auto own = [&] {
@@ -121,6 +123,21 @@ TEST(RunLoop, QuittingEndsEveryTurn) {
     EXPECT_FALSE(loop.runOnce());
     EXPECT_FALSE(nested);
     EXPECT_FALSE(loop.runOnce());
+}
+
+TEST(OnScreenKeyboard, IsForATouchScreenWithoutAKeyboard) {
+    const std::string touch =
+        "N: Name=\"Touch\"\nB: PROP=2\nB: EV=b\nB: KEY=400 0 0 0 0 0\nB: ABS=260800000000000\n\n";
+    const std::string pad = "N: Name=\"Touchpad\"\nB: PROP=5\nB: KEY=e520 10000 0 0 0 0\n\n";
+    const std::string buttons = "N: Name=\"Power\"\nB: PROP=0\nB: KEY=10000000000000 0\n\n";
+    const std::string keys =
+        "N: Name=\"Keys\"\nB: PROP=0\nB: KEY=402000000 3803078f800d001 feffffdfffefffff fffffffffffffffe\n";
+    EXPECT_TRUE(lacksKeyboard(buttons + touch));
+    EXPECT_TRUE(lacksKeyboard(touch + pad));
+    EXPECT_FALSE(lacksKeyboard(touch + keys));
+    EXPECT_FALSE(lacksKeyboard(pad + buttons));
+    EXPECT_FALSE(lacksKeyboard(""));
+    EXPECT_FALSE(lacksKeyboard("B: PROP=\n\nB: KEY="));
 }
 
 }  // namespace

@@ -75,6 +75,7 @@ TEST_F(UserDefaultsTest, KeepsEveryKindOfValueUnderAnyKey) {
                                         std::string("a\0b", 3),
                                         std::string("\xFF\xFE"),
                                         " "};
+    fs::remove_all(folder);  // which is made
     {
         SqliteUserDefaults defaults{file};
         for (std::size_t i = 0; i < keys.size(); ++i)
@@ -193,7 +194,7 @@ TEST_F(UserDefaultsTest, ADamagedPageLosesWhatStandsOnItAlone) {
         }
     }
     EXPECT_EQ(found(sound), count);
-    for (const std::size_t size : {100, 511, 4096, 5000})
+    for (const std::size_t size : {100U, 511U, 4096U, 5000U})
         EXPECT_EQ(found(sound.substr(0, size)), 0) << size;
     for (std::size_t i = 11; i < pages; i += 4) {
         log.clear();

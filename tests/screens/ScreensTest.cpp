@@ -32,6 +32,8 @@ TEST_F(ScreensTest, NavigationKeepsItsRootAndTouchesComeLater) {
     const auto root = std::make_shared<PlainScreen>("root");
     auto next = std::make_shared<PlainScreen>("next");
     NavigationController navigation{root};
+    navigation.loadViewIfNeeded();
+    navigation.viewWillAppear();
     navigation.popViewControllerAnimated(true);
     EXPECT_EQ(navigation.depth(), 1);
     navigation.pushViewControllerAnimated(next, true);
@@ -83,6 +85,8 @@ TEST_F(ScreensTest, AlertsAndOverlaysReachTheStageFromAnyScreen) {
     const auto first = std::make_shared<AlertView>("1", "", QStringList{"OK"});
     deep->showAlert(first);
     stack->popViewControllerAnimated(true);
+    EXPECT_EQ(deep->navigationController(), nullptr);
+    EXPECT_EQ(menu->navigationController(), stack.get());
     EXPECT_EQ(stage.progress(), nullptr);  // it stood on that screen alone
     EXPECT_EQ(stage.alert(), first.get());
     const auto second = std::make_shared<AlertView>("2", "", QStringList{"OK"});

@@ -104,6 +104,13 @@ TEST_F(TableTest, TheKeyboardReachesRowsControlsAndTheDeleteButton) {
         run();
     }
     EXPECT_EQ(table->heard, "row0/0 on label ");
+    for (const int index : {6, 4, 0})
+        table->chooseIndex(index);
+    run();
+    for (const int index : {6, 7, 99})
+        table->touchAccessoryOfIndex(index);
+    run();
+    EXPECT_EQ(table->heard, "row0/0 on label row1/0 row0/0 detail1/0 ");
     table->deleteIndex(10);
     run();
     table->activateIndex(10);

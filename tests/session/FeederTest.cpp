@@ -35,9 +35,14 @@ TEST_F(FeederTest, ReadersAreFedByPriorityAndKey) {
     EXPECT_EQ(marked->reads.size(), 1U);
     EXPECT_EQ(skipped->reads.size(), 0U);
     EXPECT_EQ(falling->reads.size(), 2U);
+    std::shared_ptr<Reader> added;
+    normal->onRead = [&] { added = reader("10"); };  // the list that is being read stays as it is
+    message(10);
+    EXPECT_EQ(marked->reads.size(), 2U);
+    EXPECT_EQ(added->reads.size(), 0U);
     feeder->removeAllReaders();
     message(10);
-    EXPECT_EQ(normal->reads.size(), 2U);
+    EXPECT_EQ(normal->reads.size(), 3U);
 }
 
 TEST_F(FeederTest, TakesItsTimerAlong) {
@@ -56,8 +61,9 @@ TEST_F(FeederTest, ReadersChangeWhileMessagesFlood) {
     const auto first = std::make_shared<Counter>();
     std::atomic<bool> ending = false;
     feeder->addReaderForKey(first, "10");
+    std::atomic<int> messages = 0;  // counted without an order that would hide a race
     std::thread flood{[&] {
-        while (!ending)
+        for (; !ending; messages.fetch_add(1, std::memory_order_relaxed))
             message(10);
     }};
     while (first->sum == 0)
@@ -69,6 +75,9 @@ TEST_F(FeederTest, ReadersChangeWhileMessagesFlood) {
         if (screen % 50 == 0) feeder->enableTimedFeedMode();
         if (screen % 50 == 25) feeder->disableTimedFeedMode();
         feeder->setFeeding(screen % 7 != 0);
+        const int seen = messages.load(std::memory_order_relaxed);
+        while (screen % 10 == 0 && messages.load(std::memory_order_relaxed) == seen)
+            std::this_thread::yield();
     }
     const auto last = std::make_shared<Counter>();
     feeder->addReaderForKey(last, "10");

@@ -20,6 +20,18 @@ namespace fs = std::filesystem;
 
 constexpr int longest = 30000;  // ms, for a program to start or end
 
+/// The tests with itorv-profiles.
+class WithPrograms : public testing::Test {
+protected:
+    void SetUp() override {
+        if (qEnvironmentVariableIsSet("ITORV_EMULATED")) {
+            GTEST_SKIP() << "an emulated program can start no other of its kind";
+        }
+    }
+};
+using UpdateServer = WithPrograms;
+using ProfilesTool = WithPrograms;
+
 /// What it says on standard error, behind its exit code.
 std::string profiles(const QStringList& arguments) {
     QProcess process;
@@ -28,7 +40,7 @@ std::string profiles(const QStringList& arguments) {
     return std::to_string(process.exitCode()) + ' ' + process.readAllStandardError().toStdString();
 }
 
-TEST(UpdateServer, LeavesTheVehiclesUsableWhateverItAnswers) {
+TEST_F(UpdateServer, LeavesTheVehiclesUsableWhateverItAnswers) {
     qputenv("no_proxy", "*");
     const QTemporaryDir folder;
     for (const auto& file : fs::directory_iterator{fs::path{ITORV_RESOURCE_DIR} / "profiles"})
@@ -72,7 +84,7 @@ TEST(UpdateServer, LeavesTheVehiclesUsableWhateverItAnswers) {
     EXPECT_TRUE(server.waitForFinished(longest));
 }
 
-TEST(UpdateServer, TheLoaderTakesWebAddressesAndNothingElse) {
+TEST(URLLoader, TakesWebAddressesAndNothingElse) {
     const CurlURLLoader loader;
     for (const auto* good : {"https://host", "http://host:8080/folder", "http://[::1]:80", "http://[::1]"})
         EXPECT_TRUE(loader.accepts(good)) << good;
@@ -99,7 +111,7 @@ const std::string good =
  "tuning": [{"name": "Timing", "type": "equalizer", "default": 0, "low": 0, "high": 5, "resolution": 1, "items": [
   {"aid": 60, "name": "Idle", "formatter": 0, "multiplyFactor": 1, "minValue": 0, "maxValue": 5}]}]}})";
 
-TEST(ProfilesTool, NamesEachFaultAndItsPlace) {
+TEST_F(ProfilesTool, NamesEachFaultAndItsPlace) {
     const struct {
         std::string part;
         std::string instead;
@@ -139,7 +151,7 @@ TEST(ProfilesTool, NamesEachFaultAndItsPlace) {
     }
 }
 
-TEST(ProfilesTool, AcceptsEveryProfileThatShips) {
+TEST_F(ProfilesTool, AcceptsEveryProfileThatShips) {
     EXPECT_EQ(profiles({ITORV_RESOURCE_DIR "/profiles", "--check"}), "0 ");
 }
 

@@ -107,6 +107,7 @@ public:
     }
     void textFieldShouldReturn(torv::TextValueGetterTableViewCell& cell) override {
         heard += "return:" + cell.value().toStdString() + " ";
+        cell.resignFirstResponder();
     }
 
     QStringList names{"Default Profile", "Tow", "Race"};

@@ -6,6 +6,7 @@
 #include <cstdio>
 
 #include "Gallery.h"
+#include "diagnostics/screens/GroupsViewController.h"
 #include "fakes/Application.h"
 #include "screens/NavigationController.h"
 #include "support/Number.h"
@@ -61,6 +62,20 @@ int main(int argc, char** argv) {
     app.waitUntilReady();
     app.runFor(6s);
     save("first-page");
+    // On a phone that is held upright: the page turned, and the live list as it is.
+    const auto usual = app.view()->size();
+    app.view()->resize(720, 1440);
+    app.window->setTurn(Turn::right);
+    save("phone-page");
+    const auto phone = std::make_shared<NavigationController>(Screens{app.control}.mainMenu());
+    app.page()->presentModalViewControllerAnimated(phone, true);
+    phone->pushViewControllerAnimated(
+        std::make_shared<GroupsViewController>(app.control->currentVehicle(), app.control->feeder()), false);
+    save("phone-live-list");
+    phone->dismissModalViewControllerAnimated(true);
+    app.window->setTurn(Turn::automatic);
+    app.view()->resize(usual);
+    app.runFor(600ms);
     QTest::keyClick(app.view(), Qt::Key_Space);
     save("picker");
     app.drag(82, {app.page()->stageLeft() + 380, 60}, false);

@@ -141,8 +141,7 @@ void ProfileChecker::check(const Dictionary& profile) {
 
 void ProfileChecker::checkKeys(const Dictionary& members, Place place, const std::string& path) {
     for (const auto& [name, value] : members) {
-        const auto* key =
-            std::find_if(keys.begin(), keys.end(), [&](const Key& k) { return k.name == name; });
+        const auto* key = std::ranges::find(keys, name, &Key::name);
         const auto at = member(path, name.substr(0, 60));
         if (key == keys.end()) {
             m_faults.add(at, unknownKey(name, place));

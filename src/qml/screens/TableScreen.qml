@@ -71,8 +71,12 @@ FocusScope {
                 incrementCurrentIndex();
             } else if (event.key === Qt.Key_Up) {
                 decrementCurrentIndex();
-            } else if (event.key === Qt.Key_Space || event.key === Qt.Key_Return || event.key === Qt.Key_Enter) {
+            } else if (event.key === Qt.Key_Return || event.key === Qt.Key_Enter) {
+                table.screen.chooseIndex(currentIndex);
+            } else if (event.key === Qt.Key_Space) {
                 table.screen.activateIndex(currentIndex);
+            } else if (event.key === Qt.Key_Right) {
+                table.screen.touchAccessoryOfIndex(currentIndex);
             } else if (event.key === Qt.Key_Delete) {
                 table.screen.deleteIndex(currentIndex);
             } else {
