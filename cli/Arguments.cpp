@@ -25,6 +25,8 @@ constexpr auto description =
     "  warnings [NAME [VALUE|on|off]]\n"
     "                  list the warnings of the sensors, or change one\n"
     "  frames          show every frame in both directions, decoded\n"
+    "  codes           read the module's trouble codes, with their texts\n"
+    "  codes clear     clear them; asks first on a terminal, and wants --yes elsewhere\n"
     "  vehicles        list the current, stored and remote vehicle profiles\n"
     "  vehicles use NAME\n"
     "                  make a stored profile the current one\n"
@@ -55,11 +57,13 @@ struct CommandRow {
     int operands;  ///< behind name and verb
     int most = operands;
 };
-constexpr std::array<CommandRow, 13> commands{{
+constexpr std::array<CommandRow, 15> commands{{
     {"watch", nullptr, Command::watch, 0},
     {"get", nullptr, Command::get, 1},
     {"set", nullptr, Command::set, 2},
     {"frames", nullptr, Command::frames, 0},
+    {"codes", "clear", Command::codes, 0},
+    {"codes", nullptr, Command::codes, 0},
     {"settings", "set", Command::settings, 2},
     {"settings", nullptr, Command::settings, 0},
     {"warnings", nullptr, Command::warnings, 0, 2},
@@ -76,12 +80,13 @@ struct OptionRow {
     const char* name;
     bool (*goesWith)(Command);
 };
-constexpr std::array<OptionRow, 5> someOptions{{
+constexpr std::array<OptionRow, 6> someOptions{{
     {"json", [](Command c) { return c != Command::defaults; }},
     {"for", [](Command c) { return c == Command::watch || c == Command::frames; }},
     {"flags", [](Command c) { return c == Command::set; }},
     {"force", [](Command c) { return c == Command::set; }},
     {"store", [](Command c) { return c == Command::set; }},
+    {"yes", [](Command c) { return c == Command::codes; }},
 }};
 
 bool fits(const CommandRow& row, const QStringList& words) {
@@ -128,6 +133,7 @@ std::optional<Arguments> readArguments(const QStringList& arguments, std::string
          "NUMBER"},
         {"force", "Write (set) what the profile tells of and is neither a setting nor a tuning item."},
         {"store", "Store what was written (set), so that itorv brings it back."},
+        {"yes", "Clear (codes clear) without a question, also while the engine turns."},
         {"verbose", "Say on the standard error stream what goes on."},
     });
     auto passed = arguments;
@@ -160,11 +166,13 @@ std::optional<Arguments> readArguments(const QStringList& arguments, std::string
     result.command = row->command;
     for (const auto& word : words.mid(1))
         result.words.push_back(word.toStdString());
+    if (parser.isSet("yes") && result.words.empty()) return refuse("codes takes --yes with clear only");
     if (auto why = result.common.read(parser, torv::CurlURLLoader{})) return refuse(std::move(*why));
     result.json = parser.isSet("json");
     result.verbose = parser.isSet("verbose");
     result.force = parser.isSet("force");
     result.store = parser.isSet("store");
+    result.yes = parser.isSet("yes");
     const auto timeout = seconds(parser.value("timeout"));
     if (!timeout) return refuse("--timeout takes a number of seconds");
     result.timeout = *timeout;

@@ -20,13 +20,14 @@ enum ExitCode : int {
     noServer = 4,      ///< the update server could not be asked
 };
 
-enum class Command { watch, get, set, frames, settings, warnings, vehicles, defaults };
+enum class Command { watch, get, set, frames, codes, settings, warnings, vehicles, defaults };
 
 struct Arguments {
     Command command = Command::watch;
     torv::CommonOptions common;
     bool json = false;
     bool force = false;  ///< `set` writes what is no setting and no tuning item too
+    bool yes = false;    ///< `codes clear` asks nothing
     bool store = false;  ///< `set` stores what it has written
     bool verbose = false;
     std::chrono::milliseconds timeout{10000};           ///< to wait for a session

@@ -11,6 +11,7 @@ namespace itorvctl {
 [[nodiscard]] int get(Handset& handset, const Arguments& arguments);
 [[nodiscard]] int set(Handset& handset, const Arguments& arguments);
 [[nodiscard]] int frames(Handset& handset, const Arguments& arguments);
+[[nodiscard]] int codes(Handset& handset, const Arguments& arguments);
 
 [[nodiscard]] int settings(Handset& handset, const Arguments& arguments);
 

@@ -18,11 +18,12 @@ struct Row {
     itorvctl::Command command;
     int (*run)(itorvctl::Handset&, const itorvctl::Arguments&);
 };
-constexpr std::array<Row, 5> rows{{
+constexpr std::array<Row, 6> rows{{
     {itorvctl::Command::watch, &itorvctl::watch},
     {itorvctl::Command::get, &itorvctl::get},
     {itorvctl::Command::set, &itorvctl::set},
     {itorvctl::Command::frames, &itorvctl::frames},
+    {itorvctl::Command::codes, &itorvctl::codes},
     {itorvctl::Command::settings, &itorvctl::settings},
 }};
 

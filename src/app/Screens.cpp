@@ -4,6 +4,7 @@
 
 #include "app/MainMenuViewController.h"
 #include "app/PlainViewController.h"
+#include "diagnostics/screens/DtcViewController.h"
 #include "diagnostics/screens/GroupsViewController.h"
 #include "settings/screens/SensorsViewController.h"
 #include "settings/screens/SettingsViewController.h"
@@ -37,7 +38,7 @@ std::shared_ptr<ViewController> Screens::mainMenu() const {
          [control] {
              return std::make_shared<GroupsViewController>(control->currentVehicle(), control->feeder());
          }},
-        plain("DTC's"),
+        {"DTC's", [control] { return std::make_shared<DtcViewController>(control); }},
     });
 }
 

@@ -1,5 +1,7 @@
 #include "platform/Log.h"
 
+#include <cstdio>
+#include <cstdlib>
 #include <memory>
 #include <mutex>
 #include <utility>
@@ -26,6 +28,12 @@ void logLine(std::string_view line) {
         sink = currentSink();
     }
     if (sink && *sink) (*sink)(line);
+}
+
+void failAssertion(std::string_view text) {
+    logLine(text);
+    std::fprintf(stderr, "%.*s\n", static_cast<int>(text.size()), text.data());
+    std::abort();
 }
 
 void setLogSink(LogSink sink) {

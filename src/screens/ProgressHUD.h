@@ -37,6 +37,10 @@ public:
     /// After 5 seconds the user may go on with something else: the overlay is then a pill with its texts.
     [[nodiscard]] bool backgroundOffered() const { return m_backgroundOffered && !m_inBackground; }
     [[nodiscard]] bool inBackground() const { return m_inBackground; }
+    /// What is over after five seconds anyway need not be offered.
+    void setBackgroundAllowed(bool allowed) {
+        if (!allowed) m_offer->invalidate();
+    }
     void setTexts(const QString& label, const QString& details);
 
     Q_INVOKABLE void touchCancel();

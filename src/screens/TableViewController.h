@@ -32,6 +32,7 @@ class TableViewController : public torv::ViewController {
 
 public:
     static constexpr double usualRowHeight = 44;  // what a finger can hit
+    static constexpr double heightOfItsText = -1;  // all of a plain row's text, in as many lines as it takes
     static constexpr int mostRowsWithoutSearch = 30;
 
     TableViewController();

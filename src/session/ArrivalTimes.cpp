@@ -48,4 +48,10 @@ bool ArrivalTimes::isOld(Time then, AID aid, Time now) const {
     return now - then > (found == m_arrivals.end() ? Duration{shortestLimit} : limit(found->second));
 }
 
+std::optional<ArrivalTimes::Time> ArrivalTimes::last(AID aid) const {
+    const std::scoped_lock lock{m_mutex};
+    const auto found = m_arrivals.find(aid);
+    return found == m_arrivals.end() ? std::nullopt : std::optional{found->second.last};
+}
+
 }  // namespace torv

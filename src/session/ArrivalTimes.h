@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <map>
 #include <mutex>
+#include <optional>
 
 #include "support/AV.h"
 
@@ -26,6 +27,8 @@ public:
     [[nodiscard]] bool isOld(AID aid, Time now) const;
     /// The same for a value of this AID that came at `then`.
     [[nodiscard]] bool isOld(Time then, AID aid, Time now) const;
+    /// When it last arrived, in this session or an earlier one; nothing when it never has.
+    [[nodiscard]] std::optional<Time> last(AID aid) const;
 
 private:
     using Duration = std::chrono::steady_clock::duration;

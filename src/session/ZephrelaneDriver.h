@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <memory>
 #include <mutex>
+#include <optional>
 #include <span>
 #include <string>
 #include <vector>
@@ -68,6 +69,10 @@ public:
     [[nodiscard]] bool isOldValueForAID(std::int32_t aid) const;
     /// The same for a value of the AID that came at this time.
     [[nodiscard]] bool isOldForAID(RunLoop::Clock::time_point then, std::int32_t aid) const;
+    /// When the AID last arrived; nothing when it never has. Any thread.
+    [[nodiscard]] std::optional<RunLoop::Clock::time_point> arrivalOfAID(std::int32_t aid) const {
+        return m_arrivals.last(aid);
+    }
 
     void readData(ByteStream& stream);
     x2comResult handleMessage();

@@ -73,6 +73,10 @@ bool iTorvFeeder::isOldForAID(RunLoop::Clock::time_point then, AID aid) const {
     return m_driver.isOldForAID(then, driverAID(aid));
 }
 
+std::optional<RunLoop::Clock::time_point> iTorvFeeder::arrivalOfAID(AID aid) const {
+    return m_driver.arrivalOfAID(driverAID(aid));
+}
+
 void iTorvFeeder::enableTimedFeedMode() {
     const std::scoped_lock lock{m_mutex};
     m_timedFeedMode = true;

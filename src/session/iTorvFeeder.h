@@ -4,6 +4,7 @@
 #include <map>
 #include <memory>
 #include <mutex>
+#include <optional>
 #include <span>
 #include <string>
 #include <vector>
@@ -53,6 +54,8 @@ public:
     /// The same for a value that came at this time: after 3 seconds, or four times the AID's usual interval
     /// at the store if that is longer. Any thread.
     [[nodiscard]] bool isOldForAID(RunLoop::Clock::time_point then, AID aid) const;
+    /// When the AID last arrived at the store; nothing when it never has. Any thread.
+    [[nodiscard]] std::optional<RunLoop::Clock::time_point> arrivalOfAID(AID aid) const;
 
     void enableTimedFeedMode();
     void disableTimedFeedMode();

@@ -81,6 +81,9 @@ TEST(Programs, BadArgumentsGetOneLineAndTheCodeTwo) {
         {"itorvctl", {"set", "42", "100", "--store"}},
         {"itorvctl", {"get", "42", "--store"}},
         {"itorvctl", {"defaults", "--json"}},
+        {"itorvctl", {"codes", "P0123"}},
+        {"itorvctl", {"codes", "--yes"}},
+        {"itorvctl", {"codes", "clear"}},
         {"itorvctl", {"watch", "--interface", "nowhere"}},
         {"itorvctl", {"watch", "--module", "127.0.0.1:70000"}},
         {"itorvctl", {"watch", "--module", "nowhere"}},
@@ -254,6 +257,28 @@ TEST_F(ProgramsWithModule, GetSetWatchAndFrames) {
     const auto refused = run("itorvctl", {"get", "95", "--timeout", "0.5", "--module", address});
     EXPECT_EQ(refused.code, 3);
     EXPECT_NE(refused.error.find("refuses the connection"), std::string::npos) << refused.error;
+}
+
+TEST_F(ProgramsWithModule, CodesAreReadAndCleared) {
+    module->setTroubleCodes({"P0299", "U0158", "P1234"});
+    const QStringList read{"codes", "--module", address};
+    const auto lines = run("itorvctl", read);
+    EXPECT_EQ(lines.code, 0) << lines.error;
+    EXPECT_EQ(lines.output,
+              "P0299 - Turbocharger or supercharger A: underboost\nU0158 - Head-up display: no "
+              "communication\nP1234 - No Info\n");
+    const auto object = run("itorvctl", read + QStringList{"--json"}).output;
+    EXPECT_EQ(object.find(R"({"code":"P0299","text":"Turbo)"), 0U) << object;
+    const QStringList clear{"codes", "clear", "--yes", "--module", address};
+    module->setValue(26, {0});
+    EXPECT_EQ(run("itorvctl", clear).code, 1);
+    module->setValue(26, {1});
+    EXPECT_EQ(run("itorvctl", clear).output, "The trouble codes are cleared.\n");
+    EXPECT_EQ(run("itorvctl", read).output, "The module reports no trouble codes.\n");
+    module->setTroubleCodes(std::vector<std::string>(13, "P0299"));
+    const auto cut = run("itorvctl", read);
+    EXPECT_EQ(cut.code, 1);
+    EXPECT_NE(cut.error.find("13 codes, and 2 of them"), std::string::npos) << cut.error;
 }
 
 TEST_F(ProgramsWithModule, SetSaysWhatBecomesOfItAndStoresWhatItIsTold) {

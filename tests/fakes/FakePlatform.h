@@ -108,8 +108,11 @@ public:
         std::optional<std::uint32_t> flags = 0;
     };
     struct Mailbox final : torv::MailComposer {
-        [[nodiscard]] bool canSendMail() const override { return true; }
-        bool compose(const Mail& composed) override { return mails.push_back(composed), true; }
+        [[nodiscard]] bool canSendMail() const override { return possible; }
+        bool compose(const Mail& composed) override { return mails.push_back(composed), starts; }
+
+        bool possible = true;
+        bool starts = true;
 
         std::vector<Mail> mails;
     };

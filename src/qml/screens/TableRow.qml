@@ -44,7 +44,8 @@ Item {
 
         y: above.height
         width: delegate.width
-        height: Math.round(delegate.rowHeight * delegate.u)
+        height: wraps ? textHeight : Math.round(delegate.rowHeight * delegate.u)
+        wraps: delegate.rowHeight < 0
         visible: height > 0
         u: delegate.u
         cell: delegate.cell

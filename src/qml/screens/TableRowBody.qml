@@ -16,6 +16,8 @@ Item {
     property bool editing: false
     property bool focused: false
 
+    property bool wraps: false  // the row is as high as its text
+    readonly property real textHeight: Math.round(Math.max(Theme.touch * u, title.contentHeight + 18 * u))
     readonly property bool subtitle: cell.style === TableViewCell.Subtitle
     readonly property color ground: tap.pressed && highlights ? Theme.pressed
                                     : cell.selected ? Theme.selected : Theme.row
@@ -105,7 +107,8 @@ Item {
             width: body.subtitle || detail.text === "" ? room
                    : Math.min(Math.ceil(titleSize.advanceWidth) + 1, Math.max(room - detailSize.advanceWidth - 14 * body.u, room * 0.5))
             elide: Text.ElideRight
-            maximumLineCount: 1
+            wrapMode: body.wraps ? Text.Wrap : Text.NoWrap
+            maximumLineCount: body.wraps ? 99 : 1
             textFormat: Text.PlainText
             text: body.cell.text
             color: body.cell.dimmed ? Theme.faint : Theme.text

@@ -1,0 +1,101 @@
+#include "diagnostics/TroubleCodeReport.h"
+
+#include <algorithm>
+#include <array>
+#include <ctime>
+
+#include "diagnostics/AVDTCData224.h"
+#include "diagnostics/AVDTCFormatter224.h"
+#include "diagnostics/AVDTCFormatter225.h"
+#include "diagnostics/DtcAIDs.h"
+#include "platform/Platform.h"
+#include "support/TextNumbers.h"
+
+namespace torv {
+namespace {
+
+using Arrival = std::optional<RunLoop::Clock::time_point>;
+
+template <class Codes>
+Codes decoded(AVFormatter& formatter, AV value) {
+    const auto data = formatter.dataFromAV(value.bytes().data());
+    const auto* codes = data ? std::any_cast<Codes>(&data->additionalData) : nullptr;
+    return codes ? *codes : Codes{};
+}
+
+TroubleCodeReport::WallClock::time_point onTheWall(RunLoop::Clock::time_point then) {
+    const auto age = Platform::current().runLoop().now() - then;
+    return TroubleCodeReport::WallClock::now() -
+           std::chrono::duration_cast<TroubleCodeReport::WallClock::duration>(age);
+}
+
+}  // namespace
+
+std::string minuteText(std::chrono::system_clock::time_point time) {
+    const auto seconds = std::chrono::system_clock::to_time_t(time);
+    std::tm local{};
+    localtime_r(&seconds, &local);
+    std::array<char, 32> text{};
+    return {text.data(), std::strftime(text.data(), text.size(), "%Y-%m-%d %H:%M", &local)};
+}
+
+std::string TroubleCodeReport::Row::text() const {
+    if (code.empty()) return "Code not received";
+    return code + " - " + description.value_or("No Info");
+}
+
+TroubleCodeReport TroubleCodeReport::fromStore(const iTorvFeeder& feeder, RunLoop::Clock::time_point begun,
+                                               const Texts& texts) {
+    AVDTCFormatter224 formatter224;
+    AVDTCFormatter225 formatter225;
+    const auto first = decoded<AVDTCData224>(formatter224, feeder.valueForAID(firstCodesReportAID));
+    const auto second =
+        decoded<std::vector<std::string>>(formatter225, feeder.valueForAID(secondCodesReportAID));
+    const auto arrival224 = feeder.arrivalOfAID(firstCodesReportAID);
+    const auto arrival225 = feeder.arrivalOfAID(secondCodesReportAID);
+    const auto isOld = [&](const Arrival& arrival) { return !arrival || *arrival < begun; };
+    const auto inFirst = first.DTCData.size();
+    const auto numOfDTCReported = static_cast<std::size_t>(intValue(first.numberOfDTCReported));
+
+    TroubleCodeReport report;
+    report.answered = !isOld(arrival224);
+    Arrival oldest = report.answered ? Arrival{} : arrival224;
+    for (std::size_t i = 0; i < numOfDTCReported; ++i) {
+        const bool ofSecond = i >= inFirst && i - inFirst < second.size();
+        Row row{.code = {}, .old = isOld(ofSecond ? arrival225 : arrival224), .description = {}};
+        if (i < inFirst) row.code = first.DTCData[i];
+        if (ofSecond) row.code = second[i - inFirst];
+        if (const auto found = texts.find(row.code); found != texts.end()) row.description = found->second;
+        if (ofSecond && row.old && arrival225) oldest = oldest ? std::min(*oldest, *arrival225) : *arrival225;
+        report.rows.push_back(std::move(row));
+    }
+    std::ranges::stable_partition(report.rows, [](const Row& row) { return !row.old; });
+    if (oldest) report.lastAnswer = onTheWall(*oldest);
+    return report;
+}
+
+std::string TroubleCodeReport::lastAnswerText() const {
+    return "Last answer from " + (lastAnswer ? minuteText(*lastAnswer) : "earlier");
+}
+
+std::string TroubleCodeReport::emptyText() const {
+    if (answered) return "The module reports no trouble codes.";
+    if (lastAnswer) return "The module does not answer now. " + lastAnswerText() + ": no trouble codes.";
+    return "The module has not reported its trouble codes. Is the ignition on?";
+}
+
+std::string TroubleCodeReport::document(const std::string& vehicle, WallClock::time_point now) const {
+    std::string text = "Trouble codes of " + vehicle + "\nRead on " + minuteText(now) + "\n\n";
+    if (rows.empty()) text += emptyText() + "\n";
+    bool oldBegan = false;
+    for (const auto& row : rows) {
+        if (row.old && !oldBegan) {
+            oldBegan = true;
+            text += "\n" + lastAnswerText() + ", the module does not answer now:\n";
+        }
+        text += row.text() + "\n";
+    }
+    return text;
+}
+
+}  // namespace torv

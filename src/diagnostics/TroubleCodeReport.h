@@ -1,0 +1,50 @@
+#pragma once
+
+#include <chrono>
+#include <map>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "session/iTorvFeeder.h"
+
+namespace torv {
+
+/// The trouble codes as the store holds them after a read: a row for each code that the module has reported,
+/// which may be more than have come. Made on the main thread; then a plain value.
+struct TroubleCodeReport {
+    using WallClock = std::chrono::system_clock;
+    using Texts = std::map<std::string, std::string>;  ///< by code
+
+    struct Row {
+        std::string code;                        ///< empty: the module counts it, and has not sent it
+        bool old = false;                        ///< of an answer before this read
+        std::optional<std::string> description;  ///< nothing where the database has none
+
+        /// "CODE - description", as all lists show it.
+        [[nodiscard]] std::string text() const;
+    };
+
+    std::vector<Row> rows;  ///< those of this read first
+    /// The module has answered in this read how many codes there are. Otherwise the rows are old, if any.
+    bool answered = false;
+    /// When the oldest part of what is old came; nothing when nothing is old, or nothing ever came.
+    std::optional<WallClock::time_point> lastAnswer;
+
+    /// `begun` is when the read began.
+    [[nodiscard]] static TroubleCodeReport fromStore(const iTorvFeeder& feeder,
+                                                     RunLoop::Clock::time_point begun, const Texts& texts);
+
+    [[nodiscard]] bool hasOldRows() const { return !rows.empty() && rows.back().old; }
+    /// "Last answer from 2026-11-23 12:40".
+    [[nodiscard]] std::string lastAnswerText() const;
+    /// What stands in place of a list without rows.
+    [[nodiscard]] std::string emptyText() const;
+    /// The whole as lines of text, to be handed on.
+    [[nodiscard]] std::string document(const std::string& vehicle, WallClock::time_point now) const;
+};
+
+/// Local time: "2026-11-23 12:40".
+[[nodiscard]] std::string minuteText(std::chrono::system_clock::time_point time);
+
+}  // namespace torv

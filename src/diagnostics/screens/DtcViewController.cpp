@@ -1,0 +1,136 @@
+#include "diagnostics/screens/DtcViewController.h"
+
+#include <utility>
+
+#include "diagnostics/screens/ReadDtcViewController.h"
+#include "screens/NavigationController.h"
+
+namespace torv {
+namespace {
+
+constexpr int okButton = 1;
+constexpr auto readText = "Read DTC's";
+constexpr auto clearText = "Clear DTC's";
+constexpr std::array<const char*, 2> array{readText, clearText};
+constexpr auto engineTurnsText = "The engine is running";
+
+std::shared_ptr<ProgressHUD> activityView(const QString& label, const QString& details) {
+    auto overlay = std::make_shared<ProgressHUD>(nullptr);
+    overlay->setTexts(label, details);
+    return overlay;
+}
+
+}  // namespace
+
+DtcViewController::DtcViewController(std::shared_ptr<iTorvAppDelegate> application)
+    : m_application(std::move(application)) {}
+
+DtcViewController::Screen DtcViewController::weakSelf() {
+    return std::dynamic_pointer_cast<DtcViewController>(shared_from_this());
+}
+
+void DtcViewController::viewDidLoad() {
+    setTitle(QStringLiteral("DTC's"));
+    const auto& feeder = m_application->feeder();
+    m_connected = m_application->connected();
+    feeder->addConnectionListener(std::dynamic_pointer_cast<iTorvConnectionListener>(shared_from_this()));
+    m_request = std::make_shared<DtcRequest>(feeder, [weak = weakSelf()] {
+        if (const auto screen = weak.lock()) screen->loadReadDtcView();
+    });
+    m_clear = std::make_shared<DtcClear>(feeder, [weak = weakSelf()](DtcClear::Result result) {
+        if (const auto screen = weak.lock()) screen->dtcClearTimeoutHandler(result);
+    });
+}
+
+int DtcViewController::numberOfRowsInSection(int) {
+    return static_cast<int>(array.size());
+}
+
+std::shared_ptr<TableViewCell> DtcViewController::cellForRowAtIndexPath(IndexPath path) {
+    const auto identifier = QStringLiteral("Cell");
+    auto cell = dequeueReusableCell(identifier);
+    if (!cell) cell = std::make_shared<TableViewCell>(TableViewCell::Style::Plain, identifier);
+    cell->setText(array[static_cast<std::size_t>(path.row)]);
+    cell->setAccessory(m_connected ? TableViewCell::Accessory::Disclosure : TableViewCell::Accessory::None);
+    cell->setDimmed(!m_connected);
+    return cell;
+}
+
+bool DtcViewController::shouldHighlightRowAtIndexPath(IndexPath) {
+    return m_connected && !m_request->isActive() && !m_clear->isActive();
+}
+
+void DtcViewController::didSelectRowAtIndexPath(IndexPath path) {
+    ask(array[static_cast<std::size_t>(path.row)],
+        "Please make sure your vehicle is on but the engine is not running. Press OK to continue", "OK");
+}
+
+/// What is blocking comes once the question has gone.
+void DtcViewController::ask(const QString& title, const QString& message, const QString& yes) {
+    auto alert = std::make_shared<AlertView>(title, message, QStringList{"Cancel", yes});
+    alert->setDismissedHandler([weak = weakSelf(), title](int index) {
+        if (const auto screen = weak.lock()) screen->alertViewClickedButtonAtIndex(title, index);
+    });
+    showAlert(std::move(alert));
+}
+
+void DtcViewController::alertViewClickedButtonAtIndex(const QString& title, int index) {
+    deselectRow();
+    if (index != okButton || !navigationController()) return;
+    if (title == clearText && DtcClear::engineTurns(*m_application->feeder())) {
+        return ask(
+            engineTurnsText,
+            "Codes that are cleared while it runs may come back at once, or hide a fault that is there. "
+            "Clear them all the same?",
+            "Clear");
+    }
+    if (title == clearText || title == engineTurnsText) clear();
+    if (title == readText) read();
+}
+
+void DtcViewController::clear() {
+    const auto overlay = activityView("Clearing trouble codes", "This takes five seconds");
+    overlay->setBackgroundAllowed(false);
+    setProgress(overlay);
+    m_clear->begin();
+}
+
+void DtcViewController::read() {
+    setProgress(activityView("Reading trouble codes", "This takes up to 15 seconds"));
+    m_request->begin();
+}
+
+void DtcViewController::dtcClearTimeoutHandler(DtcClear::Result result) {
+    setProgress(nullptr);
+    const bool doubtful = result.cleared && !result.confirmed;
+    showAlert(std::make_shared<AlertView>(
+        result.cleared ? "DTC's Cleared" : "Error: DTC's Not Cleared",
+        doubtful ? "The module has not confirmed this time: the answer is from an earlier clear. Please read "
+                   "the codes again."
+                 : "",
+        QStringList{"OK"}));
+}
+
+void DtcViewController::loadReadDtcView() {
+    setProgress(nullptr);
+    if (!navigationController()) return;
+    navigationController()->pushViewControllerAnimated(
+        std::make_shared<ReadDtcViewController>(
+            m_application->feeder(), m_request->begun(),
+            m_application->currentVehicle().name().value_or(std::string{"this vehicle"})),
+        true);
+}
+
+void DtcViewController::setConnected(bool connected) {
+    if (std::exchange(m_connected, connected) != connected) reloadData();
+}
+
+void DtcViewController::iTorvFeederDidEstablishConnection(iTorvFeeder&) {
+    setConnected(true);
+}
+
+void DtcViewController::iTorvFeederDidFailToConnect(iTorvFeeder&) {
+    setConnected(false);
+}
+
+}  // namespace torv
