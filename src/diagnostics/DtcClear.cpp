@@ -23,19 +23,15 @@ void DtcClear::begin() {
     if (m_active) return;
     const auto self = shared_from_this();
     m_active = true;
-    const auto clear = ++m_clear;
     m_begun = Platform::current().runLoop().now();
-    const bool taken = m_feeder->setValueForAID(doItByte, clearCodesAID);
-    if (!m_active || m_clear != clear) return;
-    m_taken = taken;
-    Platform::current().runLoop().scheduleTimer(waiting, false, [weak = weak_from_this(), clear](Timer&) {
-        const auto clearing = weak.lock();
-        if (clearing && clearing->m_active && clearing->m_clear == clear) clearing->dtcClearTimeoutHandler();
+    m_taken = m_feeder->setValueForAID(doItByte, clearCodesAID);
+    Platform::current().runLoop().scheduleTimer(waiting, false, [weak = weak_from_this()](Timer&) {
+        if (const auto clearing = weak.lock()) clearing->dtcClearTimeoutHandler();
     });
 }
 
 void DtcClear::dtcClearTimeoutHandler() {
-    end();
+    m_active = false;
     const auto arrival = m_feeder->arrivalOfAID(clearResultAID);
     const bool cleared = m_feeder->valueForAID(clearResultAID).bytes()[0] == clearedByte;
     m_done({.cleared = cleared, .confirmed = m_taken && arrival && *arrival >= m_begun});

@@ -11,9 +11,10 @@ namespace torv {
 ///
 ///   State    leaves by
 ///   Idle     `begin`: Waiting, with one write
-///   Waiting  5.0 s after the write: Idle, done with the result; `end`: Idle, and nobody is told
+///   Waiting  5.0 s after the write: Idle, done with the result
 ///
-/// The five seconds are waited whatever comes. Main thread; the write blocks and the loop turns meanwhile.
+/// The five seconds are waited whatever comes; when it is let go of within them, nobody is told. Main thread;
+/// the write blocks and the loop turns meanwhile.
 class DtcClear final : public std::enable_shared_from_this<DtcClear> {
 public:
     struct Result {
@@ -28,7 +29,6 @@ public:
 
     /// Does nothing while a clear is under way.
     void begin();
-    void end() { m_active = false; }
     [[nodiscard]] bool isActive() const { return m_active; }
 
     /// By what the module sent last; false as long as it has sent nothing.
@@ -41,7 +41,6 @@ private:
     const std::function<void(Result)> m_done;
     bool m_active = false;
     bool m_taken = false;
-    std::uint64_t m_clear = 0;  // its number
     RunLoop::Clock::time_point m_begun{};
 };
 

@@ -16,10 +16,10 @@ namespace torv {
 ///   Waiting  both reports seen: Idle, done
 ///            5.0 s with a request left: Waiting, with another request
 ///            5.0 s with none left: Idle, done, whatever has come
-///            `end`: Idle, and nobody is told
 ///
 /// Done does not mean that anything came: what the store holds may be older than the read
-/// (`TroubleCodeReport`). A report that comes alone is not done until the time is used up.
+/// (`TroubleCodeReport`). When it is let go of while it waits, nobody is told. A report that comes alone is
+/// not done until the time is used up.
 ///
 /// Main thread. A request blocks as long as its write does, up to 21 attempts, and the loop turns meanwhile:
 /// the reports may come, and whoever asked may be gone, before it returns. The word of a report comes on the
@@ -34,7 +34,6 @@ public:
 
     /// Does nothing while a read is under way.
     void begin();
-    void end();
     [[nodiscard]] bool isActive() const { return m_dtcReadActive; }
     /// When the last read began. What came before is of an earlier one.
     [[nodiscard]] Clock::time_point begun() const { return m_begun; }
@@ -47,6 +46,7 @@ private:
     void dtc225Observer();
     void dtcRequestTimeoutHandler();
     void loadReadDtcView();
+    void end();
     /// The step on the main thread, if this very read is then still under way. Any thread.
     [[nodiscard]] std::function<void()> inThisRead(Step step);
 

@@ -63,12 +63,12 @@ protected:
     void play() {
         platform.stream().onWrite = [this](const Bytes& sent) {
             if (!acknowledges) return;
-            platform.stream().feed(fakes::frame({0x22, sent[1]}));
-            platform.stream().feed(push);
             if (sent[0] >> 4 == x2comFrameWrite && sent[1] >= 25 && sent[1] <= 27) {
                 askedAt.push_back(platform.loop.time().count());
                 if (onAsked) onAsked();
             }
+            platform.stream().feed(fakes::frame({0x22, sent[1]}));
+            platform.stream().feed(push);
         };
         // A module never falls silent for long.
         ticking = platform.loop.scheduleTimer(100ms, true, [this](Timer&) {

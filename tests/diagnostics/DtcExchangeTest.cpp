@@ -42,7 +42,6 @@ TEST_F(DtcExchangeTest, WaitsForBothReportsAndAsksThreeTimes) {
         {"the second alone", {{20, second}}, 3, 15000},
         {"none", {}, 3, 15000},
         {"one after each request", {{20, first}, {5300, second}}, 2, 5300},
-        {"one alone, in the write of a retry too", {{20, first}, {5001, first}}, 3, 15000},
         {"twice", {{20, first}, {40, first}, {60, second}, {60, second}, {6000, first}}, 1, 60},
         {"too late", {{16000, first}, {16100, second}}, 3, 15000},
     };
@@ -61,6 +60,16 @@ TEST_F(DtcExchangeTest, WaitsForBothReportsAndAsksThreeTimes) {
     }
 }
 
+TEST_F(DtcExchangeTest, OneReportWithinTheWriteOfARetryIsWaitedOnFor) {
+    onAsked = [this] {
+        if (askedAt.size() == 2) platform.stream().feed(report224(7));
+    };
+    feedAfter(5800ms, report225(2));
+    run();
+    ASSERT_EQ(doneAt.size(), 1U);
+    EXPECT_NEAR(static_cast<double>(doneAt[0]), 5800, 300);
+}
+
 TEST_F(DtcExchangeTest, ReportsForNobodyAndTimersOfTheLastReadAreNothing) {
     platform.notificationCenter().postNotificationName(dtc224Received);
     platform.loop.runFor(100ms);
@@ -73,10 +82,7 @@ TEST_F(DtcExchangeTest, ReportsForNobodyAndTimersOfTheLastReadAreNothing) {
     request->begin();
     platform.loop.runFor(4500ms);  // the first read's timer has come
     EXPECT_EQ(askedAt.size(), 2U);
-    request->end();
-    platform.loop.runFor(20000ms);
     EXPECT_EQ(doneAt.size(), 1U);
-    EXPECT_EQ(askedAt.size(), 2U);
 }
 
 TEST_F(DtcExchangeTest, WhoeverAskedMayGoInEachState) {
@@ -129,8 +135,8 @@ TEST_F(DtcExchangeTest, AClearTellsAnOldAnswerFromOneOfItsOwn) {
         SCOPED_TRACE(row.name);
         acknowledges = row.acknowledges;
         std::vector<DtcClear::Result> told;
-        const auto clear = std::make_shared<DtcClear>(
-            app->feeder(), [&](DtcClear::Result result) { told.push_back(result); });
+        auto clear = std::make_shared<DtcClear>(app->feeder(),
+                                                [&](DtcClear::Result result) { told.push_back(result); });
         if (row.answer) feedAfter(200ms, fakes::frame({0x13, 26, *row.answer}));
         feedAfter(250ms, report224(3));  // a report in the middle of it
         clear->begin();
@@ -142,9 +148,22 @@ TEST_F(DtcExchangeTest, AClearTellsAnOldAnswerFromOneOfItsOwn) {
         EXPECT_EQ(told[0].cleared, row.cleared);
         EXPECT_EQ(told[0].confirmed, row.confirmed);
         clear->begin();
-        clear->end();
+        clear.reset();
         platform.loop.runFor(10000ms);
         EXPECT_EQ(told.size(), 1U);
+    }
+    acknowledges = true;
+    for (const auto lostAfter : {0ms, 3000ms}) {
+        std::optional<DtcClear::Result> told;
+        const auto clear =
+            std::make_shared<DtcClear>(app->feeder(), [&](DtcClear::Result result) { told = result; });
+        platform.loop.scheduleTimer(lostAfter, false, [this](Timer&) { fall(); });
+        platform.loop.runFor(lostAfter == 0ms ? 10ms : 0ms);
+        clear->begin();
+        platform.loop.runFor(5500ms);
+        ASSERT_TRUE(told);
+        EXPECT_FALSE(told->confirmed);
+        connect();
     }
     EXPECT_FALSE(DtcClear::engineTurns(*app->feeder()));
     feedAfter(10ms, fakes::frame({0x14, 78, 0x00, 0x03}));

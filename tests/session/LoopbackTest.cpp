@@ -1,9 +1,6 @@
 // The session and the bench on real loopback sockets, with every fault that the bench knows.
 #include <gtest/gtest.h>
 #include <malloc.h>
-#include <netinet/in.h>
-#include <sys/ioctl.h>
-#include <sys/socket.h>
 
 #include <array>
 #include <atomic>
@@ -19,6 +16,7 @@
 
 #include "bench/Bench.h"
 #include "fakes/FreshEngine.h"
+#include "fakes/HasReadAll.h"
 #include "fakes/WaitUntil.h"
 #include "platform/real/RealPlatform.h"
 #include "session/iTorvFeeder.h"
@@ -60,21 +58,6 @@ private:
     std::map<std::uint8_t, std::set<bench::Bytes>> m_values;
 };
 
-/// Whether this process has read all that came on its connections to that port. Frames that arrive together
-/// are cut anywhere, and a checksum of 8 bits lets one in 256 of such pieces pass.
-bool hasReadAllFrom(std::uint16_t port) {
-    constexpr int mostFiles = 256;
-    for (int file = 3; file < mostFiles; ++file) {
-        sockaddr_in peer{};
-        socklen_t size = sizeof peer;
-        int unread = 0;
-        if (::getpeername(file, reinterpret_cast<sockaddr*>(&peer), &size) == 0 &&
-            peer.sin_port == htons(port) && ::ioctl(file, FIONREAD, &unread) == 0 && unread > 0)
-            return false;
-    }
-    return true;
-}
-
 class LoopbackTest : public testing::Test {
 protected:
     LoopbackTest() : folder(testing::TempDir() + "itorv-loopback") {
@@ -84,7 +67,7 @@ protected:
         fakes::freshenEngine();
         module = std::make_unique<bench::Bench>(
             bench::Options{.rate = 400, .seed = 7, .profile = profile, .hasReadAll = [this] {
-                               return hasReadAllFrom(port);
+                               return fakes::hasReadAllFrom(port);
                            }});
         EXPECT_EQ(module->start().value_or(""), "");
         port = module->port();

@@ -164,6 +164,7 @@ int main(int argc, char** argv) {
     codes->touchRow(0, 0);
     save("codes-question");
     press(1);
+    app.waitUntil([&] { return menu->depth() == 3; });
     save("codes");
     dynamic_cast<TableViewController*>(menu->topViewController())->touchRow(0, 10);
     save("codes-text");
