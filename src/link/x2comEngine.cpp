@@ -59,8 +59,8 @@ struct Engine {
     bool ackOwed = false;
     x2comAIDList ackOwedList;
     Reply resp{.frameType = x2comFrameResponse, .sent = x2comTxRespSent};
-    // The two push channels are dormant: nothing sets `owed`. The module's side uses these frame types, and
-    // their places in the order of service are part of the link.
+    // The two push channels are dormant: nothing sets `owed`, and the handset only receives these frame
+    // types. Kept as they are, with their places in the order of service.
     Reply pushA{.frameType = x2comFramePushA, .sent = x2comTxPushASent};
     Reply pushB{.frameType = x2comFramePushB, .sent = x2comTxPushBSent};
 
@@ -153,7 +153,7 @@ x2comTxResult sendFrame(Exchange& exchange, bool first) {
     exchange.wait = true;
     if (first) exchange.busy = true;
     // With nothing left over this empties `awaited`, so that any answer finishes the exchange, whatever it
-    // names: modules answer with the AIDs that they know, and a single AID needs no telling apart.
+    // names. Kept as it is; the driver asks for one AID at a time.
     x2comRemoveAIDs(exchange.awaited, exchange.list);
     exchange.lastCount = left;
     return withMore(exchange.sent, !last);
