@@ -16,8 +16,8 @@ class TableRows final : public QAbstractListModel {
 public:
     struct Row {
         IndexPath path;
-        std::shared_ptr<TableViewCell>
-            cell;                 ///< never null; one without height bears header and footer alone
+        /// Never null; one without height bears header and footer alone.
+        std::shared_ptr<TableViewCell> cell;
         TableSectionView header;  ///< of the section, on its first row
         TableSectionView footer;  ///< on its last row
         double height = 0;
