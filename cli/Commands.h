@@ -18,7 +18,7 @@ namespace itorvctl {
 
 /// One line on the standard error stream.
 void complain(const std::string& why);
-/// The same, with what is known of why.
+/// Complains that there is no connection, with what is known of why, and returns the exit code for that.
 [[nodiscard]] int notConnected(const Handset& handset);
 
 }  // namespace itorvctl
