@@ -23,7 +23,7 @@ struct Exchange {
     bool wait = false;           ///< a frame is out and its answer is awaited; the timer runs
     bool lastSent = false;       ///< the frame now out is the last of the exchange
     bool timedOut = false;       ///< the timer ran out during this exchange
-    bool failed = false;         ///< ended after a timeout; kept for whoever debugs the link, never read
+    bool failed = false;         ///< ended after a timeout; never read, kept as it is
     x2comAIDList list{};         ///< still to be sent
     x2comAIDList awaited{};      ///< in the frame now out; empty also means that any answer will do
     std::uint8_t lastCount = 0;  ///< what was left over after the frame before
@@ -51,7 +51,7 @@ struct Engine {
     x2comFrame rxBufferA{};
     x2comFrame rxBufferB{};
     x2comFrame* rxCurrent = &rxBufferA;  ///< received the last popped chunk
-    std::int32_t badFrameCount = 0;      ///< bad frames in a row, for whoever debugs the link; never read
+    std::int32_t badFrameCount = 0;      ///< bad frames in a row; never read, kept as it is
 
     x2comFrame txFrame{};
     x2comSink* sink = nullptr;

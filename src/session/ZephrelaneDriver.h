@@ -29,7 +29,7 @@ namespace torv {
 ///   HalfUp   false      true         a data-available event: Up; every 3.0 s: reconnect
 ///   Up       true       true         stream error or end: Opening, with a reconnect at once
 ///
-/// Main thread, but for `readData`, `handleMessage` and `handleAIDsUpdateCount`, which run on the serial
+/// Main thread, except for `readData`, `handleMessage` and `handleAIDsUpdateCount`, which run on the serial
 /// reading thread. Two locks: the exchange lock lets one call into the engine run at a time and guards the
 /// two timers; the driver's lock guards the way out of frames and is held while the delegate hears of a
 /// message. Order: exchange, then driver. Neither is held while the main loop turns, nor across the

@@ -14,10 +14,10 @@ namespace torv {
 /// the last two.
 ///
 /// No state of its own but the server's address: all lives in the user defaults "current_vehicle" and
-/// "vehicles", in the profile that ships, and on the server. Every call gives new objects. `remoteVehicles`,
-/// `vehicles` and `updateVehicle` block for as long as the network takes; `vehicles` may run on a background
-/// thread, where reading, merging and writing the list is not guarded against a `saveVehicle` in between. The
-/// rest is for the main thread, except for the server's address: any thread.
+/// "vehicles", in the profile that ships, and on the server. Every call gives new objects.
+/// `vehiclesOfServer`, `remoteVehicles`, `vehicles` and `updateVehicle` block for as long as the network
+/// takes. Main thread; but `vehicles` may run on a background thread, where reading, merging and writing the
+/// list is not guarded against a `saveVehicle` in between, and the server's address is for any thread.
 class VehicleDataSource final {
 public:
     static constexpr auto defaultUpdateServer = "http://update.example.com";
