@@ -169,8 +169,8 @@ INSTANTIATE_TEST_SUITE_P(
 
 TEST_F(CarSetupTest, TheListLoadsInTheBackgroundAndMarksWhatThereIs) {
     VehicleDataSource::setCurrentVehicle(vehicle("Old", 1));
-    const auto manifest =
-        std::string{R"([{"vehicle": "Old", "version": "1.1", "url": "http://server/y"}, {"vehicle": "A", "version": "3.0"}])"};
+    const auto manifest = std::string{
+        R"([{"vehicle": "Old", "version": "1.1", "url": "http://server/y"}, {"vehicle": "A", "version": "3.0"}])"};
     answer(manifest);
     open(false);
     EXPECT_EQ(screen->cellAt({0, 0})->text(), "Loading vehicle profiles...");
