@@ -32,7 +32,8 @@ class TableViewController : public torv::ViewController {
 
 public:
     static constexpr double usualRowHeight = 44;  // what a finger can hit
-    static constexpr double heightOfItsText = -1;  // all of a plain row's text, in as many lines as it takes
+    /// As high as the text of a plain row needs, in as many lines as it takes.
+    static constexpr double heightOfItsText = -1;
     static constexpr int mostRowsWithoutSearch = 30;
 
     TableViewController();
@@ -86,9 +87,9 @@ public:
     Q_INVOKABLE void touchDeleteMark(int section, int row);
     Q_INVOKABLE void swipeRow(int section, int row);
     Q_INVOKABLE void touchDelete(int section, int row);
-    // By the keyboard; the index counts the rows that the look draws, and -1 is none. Return chooses the row, or
-    // presses its control where it can't be chosen; Space presses the control, or chooses where there is none; Right
-    // presses the detail button.
+    // By the keyboard; the index counts the rows that the look draws, and -1 is none. Return chooses the row,
+    // or presses its control where it can't be chosen; Space presses the control, or chooses where there is
+    // none; Right presses the detail button.
     Q_INVOKABLE void chooseIndex(int index);
     Q_INVOKABLE void activateIndex(int index);
     Q_INVOKABLE void touchAccessoryOfIndex(int index);
