@@ -58,7 +58,7 @@ struct Bench::Runner final {
         QObject::connect(&notifier, &QSocketNotifier::activated, &server, [this] { takeTask(); });
         loop = &turning;
         turning.exec();
-        // What was to be deleted later has no later.
+        // What `deleteLater` has left goes now: this thread has no other loop.
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
         server.moveToThread(nullptr);
     }

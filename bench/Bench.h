@@ -24,8 +24,8 @@ struct Options {
     /// Asked on the bench's thread before each segment; while it says no, nothing is sent. For a handset
     /// whose receive queue can be seen, so that no two segments arrive as one. It must not call the bench.
     std::function<bool()> hasReadAll{};
-    std::function<void(const std::string&)>
-        log{};  ///< a line per event, called on the bench's thread; it must not call the bench
+    /// A line per event, called on the bench's thread; it must not call the bench.
+    std::function<void(const std::string&)> log{};
 };
 
 /// A module on the bench: listens on a thread of its own and speaks to one handset at a time; a new

@@ -61,11 +61,12 @@ using Readings = std::array<double, static_cast<std::size_t>(Quantity::count)>;
 /// A drive of 110 seconds, over and over: idle, pull-away through the gears, cruise, full throttle with boost
 /// and exhaust temperature past their limits, coast, regeneration, stop.
 ///
-/// A pure function of seed and time, so that a run can be repeated.
+/// A pure function of seed and time, so that a run can be repeated. Any thread.
 class EngineModel final {
 public:
     explicit EngineModel(std::uint64_t seed) : m_seed(seed) {}
 
+    /// Seconds from the start of the first drive.
     [[nodiscard]] Readings at(double seconds) const;
 
     static constexpr double cycleSeconds = 110;

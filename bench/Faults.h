@@ -59,7 +59,7 @@ struct Trigger {
 [[nodiscard]] std::optional<std::pair<Fault, Trigger>> parseFault(const std::string& text);
 
 /// Which faults are on and when each strikes. Every fault has a random stream of its own, so that switching
-/// one on does not move the others.
+/// one on does not move the others. One thread at a time.
 class Faults final {
 public:
     explicit Faults(std::uint64_t seed);

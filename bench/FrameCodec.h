@@ -39,7 +39,7 @@ struct Item {
     bool operator==(const Item&) const = default;
 };
 
-/// SAE J1850 CRC-8, by table.
+/// SAE J1850 CRC-8: polynomial 0x1D, preset 0xFF, complemented. By table.
 [[nodiscard]] std::uint8_t crc8(ByteView bytes);
 
 [[nodiscard]] Bytes encode(const Frame& frame);
@@ -57,7 +57,8 @@ void appendItem(Bytes& payload, const Item& item);
 
 /// Cuts what a client sends into frames, wherever TCP cut it.
 ///
-/// After a bad CRC everything that has arrived is dropped: the link has no start marker to look for.
+/// After a bad CRC everything that has arrived is dropped: the link has no start marker to look for. One
+/// thread at a time.
 class FrameStream final {
 public:
     [[nodiscard]] std::vector<Frame> feed(ByteView bytes);

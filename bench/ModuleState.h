@@ -11,7 +11,7 @@ namespace bench {
 [[nodiscard]] std::optional<std::array<std::uint8_t, 2>> troubleCodeBytes(const std::string& code);
 
 /// What the module holds: a value for each AID, the defaults behind the reset, the trouble codes, and the
-/// order in which it all is pushed.
+/// order in which all this is pushed. One thread at a time.
 class ModuleState final {
 public:
     ModuleState();

@@ -51,7 +51,7 @@ struct Profile {
     std::optional<Attribute> soxReg;
 };
 
-/// Reads a profile document; without one, `error` says in a line what is wrong with it.
+/// Reads a profile document; when that fails, `error` says in one line why.
 [[nodiscard]] std::optional<Profile> loadProfile(const std::filesystem::path& path, std::string& error);
 
 }  // namespace bench

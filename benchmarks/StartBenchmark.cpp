@@ -102,8 +102,8 @@ int main(int argc, char** argv) {
     Samples empty;
     Samples frame;
     Samples value;
-    for (int round = -1; round < rounds;
-         ++round) {  // the first, which fills caches and store, does not count
+    // The first round, which fills caches and store, does not count.
+    for (int round = -1; round < rounds; ++round) {
         Start window{"empty_window", {}};
         const auto emptyFrame = window.momentOf("first frame");
         if (!emptyFrame) return fail("the empty window does not come up: " + window.said());

@@ -10,7 +10,7 @@
 
 namespace timing {
 
-/// Time of `work`; what it returns is let go of only behind the measurement.
+/// Wall time of `work`; what it returns is let go of only after the measurement.
 template <class Work>
 [[nodiscard]] double secondsOf(Work&& work) {
     const auto begin = std::chrono::steady_clock::now();

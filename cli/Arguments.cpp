@@ -109,7 +109,7 @@ std::optional<std::int64_t> wholeNumber(const QString& text, std::int64_t lowest
     return number;
 }
 
-/// Stands for the hyphen of negative numbers while Qt looks for options, which it would take them for.
+/// Takes the place of the hyphen of negative numbers, which Qt would take for options.
 constexpr QChar minusSign{u'\u2212'};
 
 }  // namespace

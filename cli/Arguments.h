@@ -14,7 +14,7 @@ namespace itorvctl {
 /// Exit codes, for scripts.
 enum ExitCode : int {
     success = 0,
-    noAnswer = 1,      ///< the module did not acknowledge or respond
+    noAnswer = 1,      ///< the module did not answer, or something could not be stored or written
     badArguments = 2,  ///< or a profile that can't be used
     noConnection = 3,  ///< no session within the time limit
     noServer = 4,      ///< the update server could not be asked

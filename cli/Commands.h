@@ -24,7 +24,7 @@ namespace itorvctl {
 void complain(const std::string& why);
 /// Whether what was changed in the store is on disk; complains where it is not.
 [[nodiscard]] bool isKept();
-/// The same, with what is known of why.
+/// Complains that there is no connection, with what is known of why, and returns the exit code for that.
 [[nodiscard]] int notConnected(const Handset& handset);
 
 }  // namespace itorvctl

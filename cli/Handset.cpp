@@ -16,7 +16,7 @@ using namespace torv;
 
 namespace {
 
-/// A handset that has just gone may still count, so that the first is not enough.
+/// One is not enough: the module may still count a handset that has just gone.
 constexpr int mostCloses = 2;
 
 }  // namespace

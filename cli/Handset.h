@@ -24,14 +24,14 @@ public:
     [[nodiscard]] std::string whyNotConnected() const;
 
     /// Starts the link and waits for a session. False when the time is over, the program is to end, or the
-    /// module has twice closed the connection: each attempt more would take it from another handset.
+    /// module has closed the connection twice: each further attempt would take it from another handset.
     [[nodiscard]] bool connect();
     /// Turns the loop until the command's time is over or the program is to end.
     void run();
-    /// Ends what waits for the module when the time is over; a link that is lost in mid-command would be
-    /// waited for without end.
+    /// Ends what waits for the module when the time is over; without it, a command whose link is lost could
+    /// wait until the module is back.
     void limitTime();
-    /// Milliseconds since this handset was made.
+    /// Milliseconds since this handset was made. Any thread.
     [[nodiscard]] std::int64_t elapsed() const;
 
     /// Every attribute of the profile, sensors first.

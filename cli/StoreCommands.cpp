@@ -78,8 +78,8 @@ int use(const std::string& name, bool json) {
 }
 
 int update(const std::string& name, bool json) {
-    // Asked first: without a way to the internet `vehicles` doesn't, and the server may stand on this very
-    // network.
+    // Asked first: without a way to the internet `vehicles` does not ask, but the server may stand on this
+    // very network.
     const auto remote = VehicleDataSource::vehiclesOfServer();
     auto vehicle = named(remote ? VehicleDataSource::vehicles() : VehicleDataSource::storedVehicles(), name);
     if (!vehicle && remote) vehicle = named(*remote, name);

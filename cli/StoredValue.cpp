@@ -25,7 +25,7 @@ std::string StoredValue::profileName() const {
     return defaults().objectForKey(activeProfileKey).textValue().value_or(std::string{defaultProfileName});
 }
 
-/// Of a profile that can't be read nothing is known, and `itorv` sends nothing of it.
+/// Nothing of a profile that can't be read; `itorv` sends nothing of it either.
 std::optional<ProfileDictionary> StoredValue::values() const {
     if (m_kind == Kind::setting) return SettingValueStore::load(m_vehicle);
     std::string error;

@@ -18,6 +18,7 @@ class StoredValue final {
 public:
     enum class Kind { setting, tuningItem };
 
+    /// The vehicle has to outlive it.
     StoredValue(const torv::Vehicle& vehicle, torv::AID aid, Kind kind);
 
     /// Why nothing can be stored, in one sentence; nothing when it can.

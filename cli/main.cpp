@@ -44,7 +44,7 @@ int main(int argc, char** argv) {
     Platform::install(&platform);
     if (arguments->command == itorvctl::Command::vehicles) return itorvctl::vehicles(*arguments);
     if (arguments->command == itorvctl::Command::defaults) return itorvctl::defaults(*arguments);
-    // Not before: what downloads turns no loop, and a signal may end it at any moment.
+    // Only now: the commands above turn no loop, and a signal may end them at any moment.
     const QuitSignals signals_{[&] { platform.runLoop().quit(); }};
     auto vehicle = arguments->common.profile.empty() ? std::optional{VehicleDataSource::currentVehicle()}
                                                      : vehicleFromFile(arguments->common.profile, error);

@@ -39,7 +39,8 @@ void parse(x2comFrame frame) {
 
 }  // namespace
 
-/// Each chunk is told by a byte ahead of it: its length in the low 4 bits, what happens besides in the high.
+/// A byte ahead of each chunk holds its length less 1 in the low 4 bits, and in the high ones what happens
+/// besides.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size) {
     static FuzzPlatform platform;
     static Sink sink;

@@ -206,7 +206,7 @@ bool SBJsonParser::scanEscape(std::string& text) {
 
 bool SBJsonParser::scanUnicode(std::string& text) {
     constexpr std::uint32_t firstLow = 0xDC00;
-    constexpr std::uint32_t lastLow = 0xDFFE;  // DFFF is refused, as it always was
+    constexpr std::uint32_t lastLow = 0xDFFE;  // DFFF is refused; kept as it is
     constexpr std::uint32_t replacement = 0xFFFD;
     std::uint32_t unit = 0;
     if (!scanHexQuad(unit)) return fail(json_fault::missingHexQuad);

@@ -13,9 +13,9 @@ namespace torv {
 
 /// Reads JSON text (UTF-8) into values. One object is not for two threads at once.
 ///
-/// Two oddities that documents in the field rely on: a comma between elements or members may be
-/// missing, and a character beyond the basic plane that is written as a pair of \u escapes loses its
-/// plane. Written as plain UTF-8 it stays whole.
+/// Two oddities, kept as they are: a comma between elements or members may be missing, and a character beyond
+/// the basic plane that is written as a pair of \u escapes loses its plane. Written as plain UTF-8 it stays
+/// whole.
 class SBJsonParser final : public SBJsonBase {
 public:
     /// A dictionary or a list; nothing on error.

@@ -33,7 +33,7 @@ void refuseNamed(const std::string& cause) {
     refuse(cause.empty() ? why : why + " (" + cause + ")");
 }
 
-/// What Qt has said first since the display was asked for; that is the cause, all else follows from it.
+/// The first thing that Qt has said since the display was asked for: the cause, from which the rest follows.
 std::string& firstWarning() {
     static std::string warning;
     return warning;

@@ -57,7 +57,7 @@ int refuse(const std::string& why) {
     return badArguments;
 }
 
-/// Before any Qt object, for the platform plugin is chosen with the application.
+/// Before any Qt object, because the application object chooses the platform plugin.
 void chooseOffscreen(int argc, char** argv) {
     for (int i = 1; i < argc; ++i) {
         if (std::strcmp(argv[i], "--offscreen") != 0) continue;

@@ -10,7 +10,7 @@ struct Gear {
     std::uint8_t byte;
     char label;
 };
-/// The module counts the torque converter's two states of fourth as gears 4 and 5.
+/// 4 and 5 are both shown as 4; kept as it is.
 constexpr std::array<Gear, 11> gears{{
     {0, '0'},
     {1, '1'},

@@ -25,8 +25,7 @@ AVBuffer AVNumberFormatter::allocAVFromFormatterData(const AVFormatterData& data
     if (!buffer) return buffer;
     for (int i = 0; i < 4; ++i) {
         buffer[static_cast<std::size_t>(i)] = static_cast<std::uint8_t>(rest & 0xFF);
-        // Divided and not shifted: below 0 this is not two's complement, and modules know it so (-1 is FF 00
-        // 00 00).
+        // Divided and not shifted: below 0 this is not two's complement (-1 is FF 00 00 00). Kept as it is.
         rest /= 256;
     }
     return buffer;

@@ -7,8 +7,8 @@ namespace torv {
 /// A scaled number: text = raw x factor + offset, in single precision, rounded at each step.
 ///
 /// The raw value is the slot's 4 bytes, unsigned; above 16777216 it loses its low bits. The way back undoes
-/// only the scale: the offset stays in, so that encoding mirrors decoding only for an offset of 0. Modules
-/// expect written values that way. Writes 4 bytes.
+/// only the scale: the offset stays in, so that encoding mirrors decoding only for an offset of 0; kept as it
+/// is. Writes 4 bytes.
 class AVNumberFormatter : public AVFormatter {
 public:
     AVNumberFormatter(float offset, float multiplyFactor, std::int64_t decimalDigits)

@@ -4,8 +4,8 @@
 
 namespace torv {
 
-/// One byte, the level in decimal. The flags tell whether it is odd: that is what modules mean by "on" here,
-/// and not whether it is 0. Needs bytes; no way back.
+/// One byte, the level in decimal. The flags tell whether it is odd, and not whether it is 0; kept as it is.
+/// Needs bytes; no way back.
 class AVPowerLevelFormatter final : public AVFormatter {
 public:
     [[nodiscard]] static std::shared_ptr<AVPowerLevelFormatter> formatter() {

@@ -15,8 +15,7 @@ namespace torv {
 ///   Idle          the end of a pass               -
 ///   Running       `run`                           Idle
 ///   StartingOver  `run` while Running             Running, from the start
-///   Cancelled     Cancel on the overlay           the default profile is active for good; Running, from the
-///   start
+///   Cancelled     Cancel on the overlay           the default profile stays active; Running, from the start
 ///   Ended         `end`, when the screen is left  stays, and never runs again
 ///
 /// A connect that comes while the last one is still being replayed has the replay start over, and not another

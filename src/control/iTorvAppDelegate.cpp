@@ -79,7 +79,8 @@ void iTorvAppDelegate::configureZephrelaneFeatures() {
             readFor(std::to_string(setting.aid));
         return;
     }
-    // Under a text that is no AID: what the handset has stored is sent, and never taken from the module.
+    // Under a text that is no AID, so that nothing is delivered; kept as it is. `readAid` does nothing
+    // anyway.
     for (const auto& [aid, value] : *m_settingValues)
         readFor("stored " + std::to_string(aid));
     const auto stockSize = Platform::current().userDefaults().objectForKey(stockTireSizeKey).textValue();
@@ -110,9 +111,9 @@ void iTorvAppDelegate::iTorvFeederDidEstablishConnection(iTorvFeeder&) {
     m_connectionErrorMessageShown = false;
 }
 
-/// The vehicle may change while this blocks: what has been begun for the old one is then not of the new one.
+/// The vehicle may change while this blocks: what is still written for the old one is not the new one's.
 void iTorvAppDelegate::writeDefaults() {
-    // What can't be read may be there, and what can't be stored would be written at each start anew.
+    // What can't be read may be there, and what can't be stored would be written anew at each start.
     if (const auto trouble = storeTrouble()) return logLine("no defaults are written: " + *trouble);
     DefaultsWriter{*m_feeder, m_currentVehicle}.run(
         [this, vehicle = m_currentVehicle](const ProfileDictionary& values) {
@@ -132,8 +133,7 @@ void iTorvAppDelegate::iTorvFeederDidFailToConnect(iTorvFeeder&) {
 void iTorvAppDelegate::showConnectionErrorMessage() {
     if (m_connectionErrorMessageShown || !m_connectionErrorMessageAllowed) return;
     m_connectionErrorMessageShown = true;
-    // Made and kept, and not shown: a driver who is out of the module's reach knows it, and a box over the
-    // gauges every few seconds helps nobody. Later failures find it there and make no other.
+    // Made and not shown; kept as it is. Later failures find it there and make no other.
     m_disconnectedWarning =
         std::make_shared<AlertView>("Connection Error",
                                     "You are not connected to the Zephrelane device. Please quit this app "

@@ -20,7 +20,7 @@ namespace torv {
 /// Application control: launch, the first write of default settings, the replay after each connect, the
 /// state of the connection, and the word to its observers when the vehicle changes.
 ///
-/// Lives as long as the process. Main thread, but for `readAid`, which does nothing.
+/// Lives as long as the process. Main thread, except for `readAid`, which does nothing.
 class iTorvAppDelegate final : public iTorvReader,
                                public iTorvConnectionListener,
                                public std::enable_shared_from_this<iTorvAppDelegate> {

@@ -4,8 +4,8 @@ namespace torv {
 
 class iTorvAppDelegate;
 
-/// Hears of a change of vehicle. All readers have been removed by then: the observer adds its own anew.
-/// Main thread.
+/// Hears of a change of vehicle or of its warnings. All readers have been removed by then: the observer adds
+/// its own anew. Main thread.
 class iTorvAppDelegateDelegate {
 public:
     iTorvAppDelegateDelegate() = default;

@@ -45,7 +45,7 @@ ControlStrip::ControlStrip(QRectF frame, double powerLevelLeft, const std::share
     m_torqueLockView->setPriority(1);
     m_sootView = makeLamp<SootView>(width - sootRight);
     m_sootView->setLocked(false);
-    m_sootView->setPriority(1);  // the other lamp keeps 0, which the feeder treats alike
+    m_sootView->setPriority(1);  // the sox lamp keeps 0, which makes no difference to the feeder
     m_soxView = makeLamp<SoxView>(width - soxRight);
     m_soxView->setLocked(false);
     m_gearView =

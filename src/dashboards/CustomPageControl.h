@@ -9,6 +9,7 @@ namespace torv {
 
 class CustomPageControl;
 
+/// Hears of what a touch on the dots has changed. Main thread.
 class CustomPageControlDelegate {
 public:
     CustomPageControlDelegate() = default;
@@ -37,7 +38,7 @@ public:
     [[nodiscard]] std::int32_t numberOfPages() const { return m_numberOfPages; }
     void setNumberOfPages(std::int32_t pages);
     [[nodiscard]] std::int32_t currentPage() const { return m_currentPage; }
-    /// Ignores a page that there is not.
+    /// Ignores a page that does not exist.
     void setCurrentPage(std::int32_t page);
     void setDistanceBetweenDots(std::int32_t distance) { m_distanceBetweenDots = distance; }
     void setHidesForSinglePage(bool hides) { m_hidesForSinglePage = hides; }

@@ -130,7 +130,7 @@ QString DashboardViewController::advice() const {
 }
 
 void DashboardViewController::touch(Touching what, int finger, double x, double y) {
-    // Screens report fractions of a point, and a finger held still would never stand still.
+    // Touch screens report fractions of a point, by which a finger that is held still would seem to move.
     const QPointF point{std::round(x), std::round(y)};
     queueTouch(this, [what, finger, point](DashboardViewController& page) {
         if (!page.takesTouches()) return;

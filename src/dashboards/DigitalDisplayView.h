@@ -79,7 +79,7 @@ public:
     [[nodiscard]] double value() const { return m_value; }
     void setValue(double value);
     [[nodiscard]] std::int32_t style() const { return m_style; }
-    /// Moves the cells; the text follows with the next value. A style that there is not counts as 0.
+    /// Moves the cells; the text follows with the next value. An unknown style counts as 0.
     void setStyle(std::int32_t style);
     /// 1 fills from the left, anything else from the right.
     [[nodiscard]] std::int32_t textAlignment() const { return m_textAlignment; }

@@ -11,8 +11,8 @@ namespace torv {
 namespace {
 
 constexpr AID slipAID = 40;  // shown as 0 while the converter is locked
-constexpr double shortNeedleWidth =
-    350;  // a dial of this width, the second page's main one, has a shorter needle
+// A dial of this width, the second page's main one, has a shorter needle.
+constexpr double shortNeedleWidth = 350;
 constexpr double shortNeedleHeight = 270;
 constexpr double unitGap = 2;
 constexpr QSizeF nameSize{95, 20};

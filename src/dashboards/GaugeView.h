@@ -25,7 +25,8 @@ namespace torv {
 ///   Showing   true    the page, on a drop         shown
 ///   Released  false   the page, on a release      dropped, though the feeder goes on handing them over
 ///
-/// Main thread, but for `readAid`. While the torque lock is on, a gauge of AID 40 reads 0.
+/// Main thread, except for `readAid`, on the reading thread. While the torque lock is on, a gauge of AID 40
+/// reads 0.
 class GaugeView final : public torv::View,
                         public iTorvReader,
                         public AgingReadOut,
@@ -69,6 +70,7 @@ public:
     [[nodiscard]] bool isLocked() const { return m_locked; }
 
     [[nodiscard]] const std::shared_ptr<const TorvAttribute>& attribute() const { return m_attribute; }
+    /// Before it is registered as a reader: `readAid` takes no lock.
     void setAttribute(std::shared_ptr<const TorvAttribute> attribute);
     [[nodiscard]] const GaugeDial& dial() const { return m_dial; }
     void setMinimumDegree(std::int64_t degree);

@@ -9,7 +9,7 @@
 
 namespace torv {
 
-/// The gear as one sign: its number is a character code. Main thread, but for reading.
+/// The gear as one sign: its number is a character code. Main thread, except for reading.
 class GearView final : public torv::StatusWidget {
     Q_OBJECT
     QML_ELEMENT

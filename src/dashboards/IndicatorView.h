@@ -29,7 +29,8 @@ public:
 /// One sensor in the strip: icon, number and unit. The permanent reader of its sensor, the source of a page's
 /// warnings, the feed of the data log, and the pattern that a gauge is dragged from.
 ///
-/// Main thread, but for `readAid`. It keeps no state of its warning: each value decides anew, without delay.
+/// Main thread, except for `readAid`, on the reading thread. Each value decides anew whether it is in
+/// warning.
 class IndicatorView final : public torv::CarriedView,
                             public iTorvReader,
                             public AgingReadOut,
@@ -67,11 +68,13 @@ public:
     [[nodiscard]] const std::shared_ptr<const TorvAttribute>& attribute() const override {
         return m_attribute;
     }
+    /// Before it is registered as a reader: `readAid` takes no lock.
     void setAttribute(std::shared_ptr<const TorvAttribute> attribute) { m_attribute = std::move(attribute); }
     [[nodiscard]] const std::shared_ptr<GaugeView>& detailView() const override { return m_detailView; }
     void setDetailView(std::shared_ptr<GaugeView> gauge) { m_detailView = std::move(gauge); }
     [[nodiscard]] AID tag() const { return m_tag; }
     void setTag(AID tag) { m_tag = tag; }
+    /// Not owned. Null takes it away.
     void setDelegate(IndicatorViewDelegate* delegate) { m_delegate = delegate; }
     /// Takes each value that is shown; an indicator without one keeps them to itself.
     using SampleSink = std::function<void(AID aid, float value)>;

@@ -8,7 +8,7 @@
 
 namespace torv {
 
-/// A lamp that is on or off, in warning colours or not: shows one of two pictures. Main thread, but for
+/// A lamp that is on or off, in warning colours or not: shows one of two pictures. Main thread, except for
 /// reading.
 ///
 /// On until the page says otherwise, whatever picture it begins with: the page's first word is then a change.

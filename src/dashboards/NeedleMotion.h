@@ -18,7 +18,7 @@ public:
 
     /// Still, at this angle.
     void rest(double angle);
-    /// An angle that is not finite, or turns away by the thousand, is not aimed at.
+    /// An angle that is not finite is ignored; others end at 3600 either way.
     void aim(double angle, Time now);
 
     [[nodiscard]] double angle(Time now) const;

@@ -17,7 +17,8 @@ constexpr std::chrono::milliseconds swipeTime{800};
 constexpr double jitter = 8;  // a finger that is held still moves as far as that
 constexpr std::chrono::milliseconds flickTime{300};
 constexpr double pageTurn = 0.2;  // of the strip's width
-/// On the tab, above the dots, and reaching out of it, for fingers are larger. In the picker's coordinates.
+/// On the tab, above the dots, and larger than it looks, so that a finger can hit it. In the picker's
+/// coordinates.
 constexpr QRectF handle{196, -34, 88, 44};
 
 }  // namespace

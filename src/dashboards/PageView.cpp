@@ -95,7 +95,7 @@ void PageView::previousPage() {
     pageControlDidChange();
 }
 
-/// Looks at the number of items and not at that of pages; the dots refuse a page that there is not.
+/// Looks at the number of items and not at that of pages; the dots refuse a page that does not exist.
 void PageView::nextPage() {
     if (m_pageControl->currentPage() >= static_cast<std::int32_t>(m_scrollView->items().size()) - 1) return;
     m_pageControl->setCurrentPage(m_pageControl->currentPage() + 1);

@@ -12,6 +12,7 @@ namespace torv {
 
 class PickerScrollView;
 
+/// What the strip asks and tells of a drag. Main thread.
 class PickerScrollViewDelegate {
 public:
     PickerScrollViewDelegate() = default;

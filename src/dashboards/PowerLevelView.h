@@ -11,7 +11,7 @@
 
 namespace torv {
 
-/// The power level as a bar and a number. Main thread, but for reading.
+/// The power level as a bar and a number. Main thread, except for reading.
 ///
 /// 228 is a level of its own, shown green as 0; from 128 on a level is a warning, shown without the 128. The
 /// bar's full scale is the highest level of the active tuning, one number for all pages, 127 until it is

@@ -4,7 +4,7 @@
 
 namespace torv {
 
-/// Lit while the particle filter burns its soot. Main thread, but for reading.
+/// Lit while the particle filter burns its soot. Main thread, except for reading.
 class SootView final : public torv::LampView {
     Q_OBJECT
 

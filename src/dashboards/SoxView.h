@@ -4,7 +4,7 @@
 
 namespace torv {
 
-/// Lit while the catalyst burns its sulphur. Main thread, but for reading.
+/// Lit while the catalyst burns its sulphur. Main thread, except for reading.
 class SoxView final : public torv::LampView {
     Q_OBJECT
 

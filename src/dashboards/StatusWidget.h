@@ -14,8 +14,8 @@
 
 namespace torv {
 
-/// A small read-out of one attribute in the control strip. Main thread, but for `readAid`, which decodes and
-/// hands a number on.
+/// A small read-out of one attribute in the control strip. Main thread, except for `readAid`, which decodes
+/// on the reading thread and hands a number on.
 class StatusWidget : public torv::View,
                      public iTorvReader,
                      public AgingReadOut,

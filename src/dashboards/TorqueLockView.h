@@ -5,7 +5,7 @@
 
 namespace torv {
 
-/// The torque converter's lock: tells all gauges of each change. Main thread, but for reading.
+/// The torque converter's lock: tells all gauges of each change. Main thread, except for reading.
 class TorqueLockView final : public torv::LampView {
     Q_OBJECT
 

@@ -21,7 +21,8 @@ void DataLog::record(AID aid, float value, Clock::time_point time) {
     }
     const bool hadMinimum = series.minimum.has_value();
     if (gateOpen && (!hadMinimum || *series.minimum > value)) series.minimum = value;
-    // On purpose the minimum: without one, the "maximum" follows the latest value.
+    // It is the minimum that is looked at: without one, the "maximum" follows the latest value. Kept as it
+    // is.
     if (!hadMinimum || series.maximum < value) series.maximum = value;
 }
 

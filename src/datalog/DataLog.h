@@ -13,9 +13,8 @@ namespace torv {
 /// What the sensors have shown so far: by AID a minimum, a maximum, and the last 10000 samples. In memory
 /// only. Main thread.
 ///
-/// Minimum values count only once AID 78, the engine's speed, has been seen above 500: a standing engine
-/// would spoil them all. Until there is a minimum the maximum is the latest value, also that of AID 78
-/// itself.
+/// Minimum values count only once AID 78, the engine's speed, has been seen at 501 or above. Until there is a
+/// minimum the maximum is the latest value, also that of AID 78 itself. Both are kept as they are.
 class DataLog final {
 public:
     using Clock = std::chrono::system_clock;

@@ -7,8 +7,8 @@
 
 namespace torv {
 
-/// The outlines of one font that the program has with it. They are taken without Qt's fonts, which would
-/// first read what the whole system has: a start has no time for that. One thread at a time.
+/// The outlines of one font that is built into the program. They are taken without Qt's fonts, which would
+/// first read all that the system has and so delay the start. One thread at a time.
 class BuiltInFont final {
 public:
     struct Glyph {

@@ -24,8 +24,7 @@ struct AVHalfStore {
 
 }  // namespace torv
 
-/// The AID's slot in the store, or null. AID 255 has none in `sendStore`; in `receiveStore` it yields the
-/// `sendStore` slot of AID 0, because the table of the send slots stands right behind that of the receive
-/// slots. Kept as it is. Callers hold `avStoreMutex`.
+/// The AID's slot in the store, 4 or 13 bytes, or null. AID 255 has none in `sendStore`; as a receive slot it
+/// yields the `sendStore` slot of AID 0; kept as it is. Callers hold `avStoreMutex`.
 [[nodiscard]] std::uint8_t* x2comReceiveSlot(std::uint8_t aid);
 [[nodiscard]] std::uint8_t* x2comSendSlot(std::uint8_t aid);

@@ -23,7 +23,7 @@ struct Exchange {
     bool wait = false;           ///< a frame is out and its answer is awaited; the timer runs
     bool lastSent = false;       ///< the frame now out is the last of the exchange
     bool timedOut = false;       ///< the timer ran out during this exchange
-    bool failed = false;         ///< ended after a timeout; kept for whoever debugs the link, never read
+    bool failed = false;         ///< ended after a timeout; never read, kept as it is
     x2comAIDList list{};         ///< still to be sent
     x2comAIDList awaited{};      ///< in the frame now out; empty also means that any answer will do
     std::uint8_t lastCount = 0;  ///< what was left over after the frame before
@@ -51,7 +51,7 @@ struct Engine {
     x2comFrame rxBufferA{};
     x2comFrame rxBufferB{};
     x2comFrame* rxCurrent = &rxBufferA;  ///< received the last popped chunk
-    std::int32_t badFrameCount = 0;      ///< bad frames in a row, for whoever debugs the link; never read
+    std::int32_t badFrameCount = 0;      ///< bad frames in a row; never read, kept as it is
 
     x2comFrame txFrame{};
     x2comSink* sink = nullptr;
@@ -59,8 +59,8 @@ struct Engine {
     bool ackOwed = false;
     x2comAIDList ackOwedList;
     Reply resp{.frameType = x2comFrameResponse, .sent = x2comTxRespSent};
-    // The two push channels are dormant: nothing sets `owed`. The module's side uses these frame types, and
-    // their places in the order of service are part of the link.
+    // The two push channels are dormant: nothing sets `owed`, and the handset only receives these frame
+    // types. Kept as they are, with their places in the order of service.
     Reply pushA{.frameType = x2comFramePushA, .sent = x2comTxPushASent};
     Reply pushB{.frameType = x2comFramePushB, .sent = x2comTxPushBSent};
 
@@ -153,7 +153,7 @@ x2comTxResult sendFrame(Exchange& exchange, bool first) {
     exchange.wait = true;
     if (first) exchange.busy = true;
     // With nothing left over this empties `awaited`, so that any answer finishes the exchange, whatever it
-    // names: modules answer with the AIDs that they know, and a single AID needs no telling apart.
+    // names. Kept as it is; the driver asks for one AID at a time.
     x2comRemoveAIDs(exchange.awaited, exchange.list);
     exchange.lastCount = left;
     return withMore(exchange.sent, !last);

@@ -46,7 +46,7 @@ enum x2comTxResult : std::uint8_t {
     x2comTxRequestMore = 19,
 };
 
-/// Where frames go; what the driver provides to the engine.
+/// Where frames go; what the driver provides to the engine. Called within `x2comTransmit`, on its thread.
 class x2comSink {
 public:
     x2comSink() = default;
@@ -54,11 +54,12 @@ public:
     x2comSink& operator=(const x2comSink&) = delete;
     virtual ~x2comSink() = default;
 
+    /// One whole frame, 2 to 16 bytes, valid during the call.
     virtual void sendBytes(std::span<const std::uint8_t> frame) = 0;
     [[nodiscard]] virtual bool canSend() = 0;
 };
 
-/// Null takes the sink away: then nothing can be sent.
+/// Not owned. Null takes the sink away: then nothing can be sent.
 void x2comSetSink(x2comSink* sink);
 void x2comSendBytes(const std::uint8_t* bytes, std::uint8_t length);
 [[nodiscard]] bool x2comCanSend();
@@ -81,5 +82,6 @@ x2comTxResult x2comTransmit();
 [[nodiscard]] bool x2comRequestWrite(std::span<const std::uint8_t> aids);
 [[nodiscard]] bool x2comRequestRead(std::span<const std::uint8_t> aids);
 
+/// The timer of the write channel, or of the read channel, has run out.
 void x2comAckTimedOut();
 void x2comRespTimedOut();

@@ -35,7 +35,7 @@ public:
     [[nodiscard]] virtual bool open() = 0;
     /// Main thread. No event comes afterwards.
     virtual void close() = 0;
-    /// At most `room.size()` bytes; 0 or less when there is nothing to be had. Any thread.
+    /// How many bytes were read, at most `room.size()`; 0 or less when there are none. Any thread.
     virtual std::ptrdiff_t read(std::span<std::uint8_t> room) = 0;
     /// Asks for the next `bytesAvailable`, also for bytes that are there already. Any thread; the main
     /// loop is woken.
@@ -57,6 +57,7 @@ struct Endpoint {
     friend bool operator==(const Endpoint&, const Endpoint&) = default;
 };
 
+/// Main thread.
 class ByteStreamFactory {
 public:
     ByteStreamFactory() = default;
@@ -64,6 +65,7 @@ public:
     ByteStreamFactory& operator=(const ByteStreamFactory&) = delete;
     virtual ~ByteStreamFactory() = default;
 
+    /// A stream that is not open yet.
     [[nodiscard]] virtual std::shared_ptr<ByteStream> streamToHost(const Endpoint& endpoint) = 0;
 };
 

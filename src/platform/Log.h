@@ -12,6 +12,7 @@ namespace torv {
 /// One line to the system log. Any thread. Before a sink is set, lines are dropped.
 void logLine(std::string_view line);
 
+/// Called on the thread that logs, by several at a time. An empty one drops all lines.
 using LogSink = std::function<void(std::string_view)>;
 void setLogSink(LogSink sink);
 

@@ -20,7 +20,7 @@ public:
     NetworkInterfaces& operator=(const NetworkInterfaces&) = delete;
     virtual ~NetworkInterfaces() = default;
 
-    /// In the system's order; nothing when the list can't be had.
+    /// In the system's order; nothing when the list can't be read.
     [[nodiscard]] virtual std::optional<std::vector<Address>> addresses() const = 0;
     /// The flags of the way to the internet (0.0.0.0), as `Reachability` reads them; nothing when the
     /// system doesn't tell. Sends nothing.

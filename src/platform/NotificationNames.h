@@ -11,7 +11,7 @@ inline constexpr std::string_view x2comStopAckTimerNotification = "x2comStopAckT
 inline constexpr std::string_view x2comStartRespTimerNotification = "x2comStartRespTimerNotification";
 inline constexpr std::string_view x2comStopRespTimerNotification = "x2comStopRespTimerNotification";
 
-// By the driver on the reading thread: a report of trouble codes is in the store.
+// By the driver on the reading thread, under the driver's lock: a report of trouble codes is in the store.
 inline constexpr std::string_view dtc224Received = "dtc224Received";
 inline constexpr std::string_view dtc225Received = "dtc225Received";
 

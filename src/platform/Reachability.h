@@ -29,7 +29,7 @@ public:
     [[nodiscard]] static Reachability reachabilityForInternetConnection();
     [[nodiscard]] static bool isInternetAvailable();
 
-    /// 0 or 1.
+    /// 1 when it can be tried, else 0.
     [[nodiscard]] std::int32_t currentReachabilityStatus() const;
     [[nodiscard]] static std::int32_t networkStatusForFlags(std::uint32_t flags);
     [[nodiscard]] static std::int32_t localWiFiStatusForFlags(std::uint32_t flags);

@@ -29,6 +29,7 @@ public:
     /// Ends every turn, nested ones too, and then the program with this code. Any thread.
     virtual void quit(int code) = 0;
     void quit() { quit(0); }
+    /// These two: any thread.
     [[nodiscard]] virtual Clock::time_point now() const = 0;
     [[nodiscard]] virtual bool isMainThread() const = 0;
 };

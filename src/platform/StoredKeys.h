@@ -1,4 +1,4 @@
-// The key of every entry in the user defaults. Handsets in use have entries under these letters.
+// The key of every entry in the user defaults. A changed key loses what handsets have stored under it.
 #pragma once
 
 #include <string_view>

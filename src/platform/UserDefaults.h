@@ -13,8 +13,8 @@ namespace torv {
 /// The KEY of such a key; empty of any other.
 [[nodiscard]] std::string_view originOfUnreadable(std::string_view aside);
 
-/// What is known of an entry. Nothing stored and nothing that can be read are not the same: who takes a
-/// damaged entry for a new vehicle overwrites what its module holds.
+/// What is known of an entry. Nothing stored and nothing that can be read are not the same: to take a damaged
+/// entry for a new vehicle would be to overwrite what its module holds.
 enum class EntryState { absent, there, unreadable };
 
 /// The keyed store of the user's choices. Main thread, or one thread at a time.

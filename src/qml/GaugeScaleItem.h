@@ -8,7 +8,8 @@
 
 namespace torv {
 
-/// Draws the marks around a dial, once for each face. Main thread.
+/// Draws the marks around a dial, once for each face. Main thread, except for `paint`, which may run on a
+/// thread that draws, while the main thread waits.
 class GaugeScaleItem : public QQuickPaintedItem {
     Q_OBJECT
     QML_ELEMENT

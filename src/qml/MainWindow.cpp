@@ -25,7 +25,7 @@ constexpr QSize iconSize{128, 128};
 }  // namespace
 
 MainWindow::MainWindow() {
-    // Of static libraries, which would not be linked without a word for them.
+    // They stand in static libraries, and would not be linked without these calls.
     qml_register_types_iTorv();
     qml_register_types_iTorv_Screens();
     qml_register_types_iTorv_Dashboards();

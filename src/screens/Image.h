@@ -15,7 +15,7 @@ struct Image {
 };
 
 /// The picture that ships under this file name, its size read from the file. None when there is no such file,
-/// or none that is a PNG. Main thread.
+/// or none that is a PNG. Reads the disk at each call. Any thread.
 [[nodiscard]] Image imageNamed(const QString& name);
 
 }  // namespace torv

@@ -8,6 +8,7 @@ namespace torv {
 
 class SwitchTableViewCell;
 
+/// Hears of a touch on the switch, with its new state. Main thread.
 class SwitchTableViewCellDelegate {
 public:
     SwitchTableViewCellDelegate() = default;

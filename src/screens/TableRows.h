@@ -21,8 +21,8 @@ public:
     };
     struct Row {
         IndexPath path;
-        std::shared_ptr<TableViewCell>
-            cell;  ///< never null; one without height bears header and footer alone
+        /// Never null; one without height bears header and footer alone.
+        std::shared_ptr<TableViewCell> cell;
         double height = 0;
         bool highlights = true;
         bool deletable = false;

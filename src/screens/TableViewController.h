@@ -16,8 +16,8 @@ namespace torv {
 /// screen deselects it or appears anew.
 ///
 ///   Delete      entered by                          leaves by
-///   Off         `setEditing(false)`                 `setEditing(true)`: Marks; a swipe over a row:
-///   Confirming Marks       `setEditing(true)`                  a touch on a row's mark: Confirming
+///   Off         `setEditing(false)`                 `setEditing(true)`: Marks; swipe over a row: Confirming
+///   Marks       `setEditing(true)`                  a touch on a row's mark: Confirming
 ///   Confirming  a row's mark or a swipe over it     its red button: the row is deleted; any other touch
 class TableViewController : public torv::ViewController {
     Q_OBJECT

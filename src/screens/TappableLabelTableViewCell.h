@@ -6,6 +6,7 @@ namespace torv {
 
 class TappableLabelTableViewCell;
 
+/// Hears of a touch on the second text. Main thread.
 class TappableLabelTableViewCellDelegate {
 public:
     TappableLabelTableViewCellDelegate() = default;

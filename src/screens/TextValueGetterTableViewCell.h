@@ -7,7 +7,7 @@ namespace torv {
 
 class TextValueGetterTableViewCell;
 
-/// Hears of the text field of a cell, whose text is then what the field holds.
+/// Hears of the text field of a cell, whose value is then what the field holds. Main thread.
 class TextFieldDelegate {
 public:
     TextFieldDelegate() = default;

@@ -10,7 +10,7 @@ namespace {
 constexpr double headerWidth = 300;
 constexpr int headerFontSize = 17;
 constexpr double toolTipWidth = 300;
-constexpr double toolTipHeight = 60;
+constexpr double toolTipHeight = 76;
 constexpr int toolTipFontSize = 16;
 constexpr int toolTipLines = 3;
 

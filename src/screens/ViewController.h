@@ -71,7 +71,7 @@ public:
     [[nodiscard]] AlertView* alert() const;
     /// Over this screen alone, which it holds while something runs. Null takes the overlay away.
     void setProgress(std::shared_ptr<ProgressHUD> progress);
-    /// HUDForView: the overlay that stands on this screen, or null.
+    /// The overlay that stands on this screen, or null.
     [[nodiscard]] ProgressHUD* progress() const { return m_progress.get(); }
 
     [[nodiscard]] ViewController* presentedViewController() const { return m_presented.get(); }

@@ -25,7 +25,7 @@ public:
     ReconnectChain(const ReconnectChain&) = delete;
     ReconnectChain& operator=(const ReconnectChain&) = delete;
 
-    /// Behind the first opening, which is no attempt of the chain's.
+    /// After the first opening, which does not count as an attempt.
     void start();
     /// At once; does nothing while there is a session.
     void attemptNow();

@@ -26,8 +26,8 @@ public:
 /// Dims every read-out whose value is too old to be taken for live: four times a second, by one timer for
 /// all. Main thread.
 ///
-/// What counts is the age of the value that is shown and not that of the last one in the store, for an open
-/// strip and a drag hold values back. A value is old by `iTorvFeeder::isOldForAID`.
+/// What counts is the age of the value that is shown and not that of the last one in the store, because an
+/// open strip and a drag hold values back. A value is old by `iTorvFeeder::isOldForAID`.
 class ValueAger final {
 public:
     explicit ValueAger(std::shared_ptr<iTorvFeeder> feeder);
@@ -35,7 +35,7 @@ public:
     ValueAger(const ValueAger&) = delete;
     ValueAger& operator=(const ValueAger&) = delete;
 
-    /// As long as it lives.
+    /// Until it goes.
     void watch(std::weak_ptr<AgingReadOut> readOut);
 
 private:

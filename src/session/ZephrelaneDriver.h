@@ -30,7 +30,7 @@ namespace torv {
 ///   HalfUp   false      true         a data-available event: Up; every 3.0 s: reconnect
 ///   Up       true       true         stream error or end: Opening, with a reconnect at once
 ///
-/// Main thread, but for `readData`, `handleMessage` and `handleAIDsUpdateCount`, which run on the serial
+/// Main thread, except for `readData`, `handleMessage` and `handleAIDsUpdateCount`, which run on the serial
 /// reading thread. Two locks: the exchange lock lets one call into the engine run at a time and guards the
 /// two timers; the driver's lock guards the way out of frames and is held while the delegate hears of a
 /// message. Order: exchange, then driver. Neither is held while the main loop turns, nor across the
@@ -44,10 +44,11 @@ public:
     /// The started driver, or null.
     [[nodiscard]] static ZephrelaneDriver* sharedDriver();
 
+    /// Not owned. Set before `start`.
     [[nodiscard]] ZephrelaneDriverDelegate* delegate() const { return m_delegate; }
     void setDelegate(ZephrelaneDriverDelegate* delegate) { m_delegate = delegate; }
 
-    /// Once. The blocking calls below are for the main thread; elsewhere they fail at once, and change
+    /// Once. The blocking calls below are for the main thread; on any other they fail at once and change
     /// nothing.
     void start();
     /// Does nothing while connected. Otherwise closes, opens and comes again in 3.0 s, without end.
@@ -55,12 +56,12 @@ public:
 
     /// One attempt: true if the module acknowledged within 0.1 s. Turns the main loop meanwhile, so another
     /// exchange can begin inside this one; the inner run of the loop then sees the outcome of both. While
-    /// the stream takes no bytes it keeps waiting, until the loop gives up. From AID 220 up the first byte
-    /// says how many are copied, itself included; with 0 the value written before is sent again.
+    /// the stream takes no bytes it waits, until the loop quits. From AID 220 up the first byte says how many
+    /// are copied, itself included; with 0 the value written before is sent again.
     [[nodiscard]] bool writeValueForAID(const AV& value, std::int32_t aid);
     /// Up to 21 attempts with the last entry of the message.
     bool writeAV(const Message& message);
-    /// One attempt: true if the module responded within 0.1 s. The value itself comes by the usual road.
+    /// One attempt: true if the module responded within 0.1 s. The value itself comes as a message.
     [[nodiscard]] bool requestValueForAID(std::int32_t aid);
     /// What the module last sent; zeros if nothing. Any thread.
     [[nodiscard]] AV readValueForAID(std::int32_t aid) const;
@@ -93,20 +94,23 @@ public:
 
     [[nodiscard]] std::shared_ptr<ByteStream> readStream() const { return m_stream; }
     [[nodiscard]] std::shared_ptr<ByteStream> writeStream() const { return m_stream; }
+    /// These two: any thread.
     [[nodiscard]] bool connected() const { return m_connected; }
     [[nodiscard]] bool firstAVSeen() const { return m_firstAVSeen; }
     /// Reconnects left before failures are reported.
     [[nodiscard]] std::int32_t counter() const { return m_chain.credit(); }
 
     /// For whoever wants to see the link itself: every frame sent, and every chunk received with the
-    /// engine's result for the chunk before it. Set before `start`; called on the sending or reading thread.
+    /// engine's result for the chunk before it. Set before `start`.
     class Monitor {
     public:
         Monitor() = default;
         Monitor(const Monitor&) = delete;
         Monitor& operator=(const Monitor&) = delete;
         virtual ~Monitor() = default;
+        /// Main thread, under the exchange lock.
         virtual void frameSent(std::span<const std::uint8_t> frame, x2comTxResult result) = 0;
+        /// Reading thread, no lock held.
         virtual void chunkReceived(std::span<const std::uint8_t> chunk, x2comResult resultOfTheOneBefore) = 0;
     };
     void setMonitor(std::shared_ptr<Monitor> monitor) { m_monitor = std::move(monitor); }

@@ -17,6 +17,7 @@ struct MessageEntry {
 };
 using Message = std::vector<MessageEntry>;
 
+/// What the driver tells of: messages, and how its connection fares.
 class ZephrelaneDriverDelegate {
 public:
     ZephrelaneDriverDelegate() = default;
@@ -27,7 +28,7 @@ public:
     /// Reading thread, with the driver's lock held: never wait for the main thread here. The values may be
     /// written to; they are this message's own.
     virtual void zephrelaneDriverDidReceiveMessage(ZephrelaneDriver&, Message&) {}
-    /// Main thread, no lock held; blocking exchanges are allowed.
+    /// These two: main thread, no lock held; blocking exchanges are allowed.
     virtual void zephrelaneDriverDidEstablishConnection(ZephrelaneDriver&) {}
     virtual void zephrelaneDriverDidFailToConnect(ZephrelaneDriver&) {}
 };

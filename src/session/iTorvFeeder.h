@@ -24,18 +24,19 @@ namespace torv {
 ///   Timed, gate open   true     open    running  the next message is delivered and closes the gate
 ///   Timed, gate closed true     closed  running  messages are dropped until the next tick, every 1.0 s
 ///
-/// Main thread, but for the delivery, which runs on the reading thread with the driver's lock held and no
+/// Main thread, except for the delivery, which runs on the reading thread with the driver's lock held and no
 /// lock of the feeder.
 class iTorvFeeder final : public ZephrelaneDriverDelegate {
 public:
     explicit iTorvFeeder(ConnectionOptions options = {});
     ~iTorvFeeder() override;
 
-    /// The key is the AID as a decimal text. A reader stands in a key's list once.
+    /// The key is the AID as a decimal text. A reader stands in a key's list once. The reading thread may be
+    /// the last to let go of it.
     void addReaderForKey(std::shared_ptr<iTorvReader> reader, const std::string& key);
     /// There is no way to remove one: the screen that goes has the lists made anew.
     void removeAllReaders();
-    /// May hold duplicates. None is owned: a screen is listed until it has gone.
+    /// One that is added twice is told twice. None is owned: a screen is listed until it has gone.
     void addConnectionListener(const std::shared_ptr<iTorvConnectionListener>& listener);
     void removeAllConnectionListeners() { m_connectionListeners.clear(); }
 
@@ -44,7 +45,7 @@ public:
     bool setValueForAID(std::span<const std::uint8_t> bytes, AID aid);
     /// Blocking, one attempt; true if the module responded.
     bool requestValueForAID(AID aid);
-    /// The newest value in the store, whatever the feed mode.
+    /// The newest value in the store, whatever the feed mode. Any thread.
     [[nodiscard]] AV valueForAID(AID aid) const;
 
     /// True when the AID has arrived at the store too long ago to be taken for live, or never; whatever the

@@ -6,7 +6,8 @@
 
 namespace torv {
 
-/// SipHash-2-4: who does not know the key can't make texts whose hashes collide. Any thread.
+/// SipHash-2-4 (Aumasson and Bernstein, 2012): whoever does not know the key can't make texts whose hashes
+/// collide. Any thread.
 [[nodiscard]] std::uint64_t keyedHash(std::string_view text, const std::array<std::uint64_t, 2>& key);
 
 /// The same under a random key of this process: for tables of keys that come from outside.

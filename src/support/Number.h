@@ -9,8 +9,8 @@ namespace torv {
 /// A decimal number that keeps the text it was made from, so that nothing is lost between a document
 /// and whoever reads it. Any thread.
 ///
-/// The text has the form of a JSON number; the maker answers for that. Reading as a whole number cuts
-/// toward zero and saturates.
+/// The text has the form of a JSON number; the caller sees to that. Reading as a whole number cuts toward
+/// zero and saturates.
 class Number final {
 public:
     Number() = default;

@@ -28,8 +28,8 @@ namespace torv {
 [[nodiscard]] std::int64_t longLongFromDouble(double value);
 
 /// The value in fixed-point form, rounded to nearest on its exact binary value. `digits` below 0 counts
-/// as 0. No more than 149 digits are written: a float has none but zeros behind them, and the number of
-/// digits comes from documents that nobody has checked.
+/// as 0. No more than 149 digits are written: a float has only zeros behind them, and the number of digits
+/// comes from documents that nobody has checked.
 [[nodiscard]] std::string fixedText(double value, std::int64_t digits);
 
 /// A whole number padded on the left to `width`: with blanks, as "%4ld", or with zeros, as "%02ld".

@@ -10,7 +10,8 @@ namespace torv {
 /// Well-formed as the Unicode standard has it: no overlong forms, no surrogates, nothing past U+10FFFF.
 [[nodiscard]] bool isUtf8(std::string_view text);
 
-/// Percent escapes resolved; nothing when a percent sign opens no escape or the result is not UTF-8.
+/// Percent escapes (RFC 3986) resolved; nothing when a percent sign opens no escape or the result is not
+/// UTF-8.
 [[nodiscard]] std::optional<std::string> percentDecoded(std::string_view text);
 
 /// The first letter upper-cased or lower-cased, the rest as it was. Letters of the Latin (with Latin-1),

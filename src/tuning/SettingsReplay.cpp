@@ -42,7 +42,7 @@ void SettingsReplay::activateDefaultProfile() {
 }
 
 void SettingsReplay::run(TuningPass::Progress progress, TuningPass::Cancelled cancelled) {
-    // Whose settings these are has to be known.
+    // Without the vehicle nobody knows whose settings these are.
     if (defaults().stateForKey(currentVehicleKey) == EntryState::unreadable) return;
     replaySettings();
     const auto active = defaults().stateForKey(activeProfileKey);

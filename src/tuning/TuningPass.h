@@ -21,9 +21,9 @@ public:
     TuningPass(std::shared_ptr<iTorvFeeder> feeder, Progress progress, Cancelled cancelled)
         : m_feeder(std::move(feeder)), m_progress(std::move(progress)), m_cancelled(std::move(cancelled)) {}
 
-    /// One write, of which the module restores its own values, and each tuning item read back.
+    /// One write, on which the module restores its own values; then each tuning item is read back.
     void reset(const Vehicle& vehicle);
-    /// Writes each value and reads it back; goes on whatever happened.
+    /// Writes each value and reads it back; goes on after a failure.
     void apply(const ProfileDictionary& profile);
 
 private:

@@ -9,7 +9,7 @@
 namespace torv {
 
 /// Reads a profile document from a file, `info` included. Nothing when it can't be read; `error` is then one
-/// line that names the file, what is wrong first, and where. At most 16 MiB.
+/// line with the file, the place of the first fault, and what it is. At most 16 MiB. Any thread.
 [[nodiscard]] std::optional<Vehicle> vehicleFromFile(const std::filesystem::path& file, std::string& error);
 
 /// The same for a file that the user has named, or, with an empty path, for the profile that ships.

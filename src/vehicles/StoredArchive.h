@@ -8,7 +8,7 @@
 namespace torv {
 
 /// Moves an entry of the user defaults that can't be read to another key ("KEY unreadable 1" and on), says
-/// so in the log with the reason, and synchronizes. Nothing is overwritten.
+/// so in the log with the reason, and synchronizes. Nothing is overwritten. Main thread, as `UserDefaults`.
 void setAsideUnreadable(std::string_view key, const Value& value, const std::string& why);
 
 }  // namespace torv

@@ -50,12 +50,12 @@ std::optional<std::vector<Vehicle>> storedUnder(std::string_view key) {
         setAsideUnreadable(key, stored, error);
         return std::nullopt;
     }
-    // A start without resources once left one that says nothing, and that none could replace.
+    // A start without its resources may have stored one without a name, which no other could replace.
     std::erase_if(*vehicles, [](const Vehicle& vehicle) { return !vehicle.name(); });
     return vehicles->empty() ? std::nullopt : std::move(vehicles);
 }
 
-/// But for those without a name, which equal no vehicle.
+/// All except those without a name, which equal no vehicle.
 void archiveUnder(std::string_view key, std::vector<Vehicle> vehicles) {
     std::erase_if(vehicles, [](const Vehicle& vehicle) { return !vehicle.name(); });
     if (!vehicles.empty()) defaults().setObjectForKey(archivedVehicles(vehicles), key);
@@ -100,7 +100,7 @@ Vehicle VehicleDataSource::currentVehicle() {
         logLine(error);
         return {};
     }
-    // What stands in for a vehicle that can't be read is nobody's choice.
+    // Nobody has chosen what stands in for a vehicle that can't be read.
     if (currentVehicleIsKnown()) setCurrentVehicle(*vehicle);
     return *vehicle;
 }
@@ -155,7 +155,7 @@ std::vector<Vehicle> VehicleDataSource::vehicles() {
             const auto stored = std::find_if(merged.begin(), merged.end(),
                                              [&](const Vehicle& v) { return v.isEqual(remote); });
             if (stored == merged.end()) {
-                logLine("contains vehicles");  // the opposite is meant; whoever reads the log knows it so
+                logLine("contains vehicles");  // the opposite is meant; kept as it is
                 merged.push_back(std::move(remote));
                 continue;
             }

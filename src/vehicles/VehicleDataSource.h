@@ -14,9 +14,10 @@ namespace torv {
 /// the last two.
 ///
 /// No state of its own but the server's address: all lives in the user defaults "current_vehicle" and
-/// "vehicles", in the profile that ships, and on the server. Every call gives new objects. `remoteVehicles`,
-/// `vehicles` and `updateVehicle` block for as long as the network takes; `vehicles` may run on a background
-/// thread. Reading, merging and writing the list is not guarded against a `saveVehicle` in between.
+/// "vehicles", in the profile that ships, and on the server. Every call gives new objects.
+/// `vehiclesOfServer`, `remoteVehicles`, `vehicles` and `updateVehicle` block for as long as the network
+/// takes. Main thread; but `vehicles` may run on a background thread, where reading, merging and writing the
+/// list is not guarded against a `saveVehicle` in between, and the server's address is for any thread.
 class VehicleDataSource final {
 public:
     static constexpr auto defaultUpdateServer = "http://update.example.com";
@@ -29,13 +30,13 @@ public:
     /// The profile that ships, at the first use. An unreadable archive is set aside; the profile that ships
     /// then stands in for it and is not stored, so that each start knows that the vehicle is not known.
     [[nodiscard]] static Vehicle currentVehicle();
-    /// Stores no vehicle without a name, nor do the others.
+    /// As the other calls that store, leaves out a vehicle without a name.
     static void setCurrentVehicle(const Vehicle& vehicle);
     /// The current one alone, at the first use; none where even that one is missing.
     [[nodiscard]] static std::vector<Vehicle> storedVehicles();
-    /// Without documents; nothing when the manifest can't be had.
+    /// Without documents; nothing when the manifest can't be fetched.
     [[nodiscard]] static std::optional<std::vector<Vehicle>> vehiclesOfServer();
-    /// The same; none when the manifest can't be had.
+    /// The same; none when the manifest can't be fetched.
     [[nodiscard]] static std::vector<Vehicle> remoteVehicles();
     /// Stored and remote vehicles in one list, by name. Without a network the stored ones, and nothing is
     /// written. A stored vehicle whose version on the server is newer takes the address from there, and an
@@ -46,8 +47,8 @@ public:
     [[nodiscard]] static std::optional<Value> vehicleInfo(std::optional<std::string_view> text);
     /// In place of the stored one of that name, at the end of the list. False when it is not on disk.
     static bool saveVehicle(const Vehicle& vehicle);
-    /// Downloads the document into the vehicle and stores it. With no address, or nothing to be had there,
-    /// the vehicle stays as it is. A document that is no JSON empties it, and so it is stored. True when
+    /// Downloads the document into the vehicle and stores it. With no address, or no answer from there, the
+    /// vehicle stays as it is. A document that is no JSON empties it, and it is stored empty. True when
     /// something came.
     static bool updateVehicle(Vehicle& vehicle);
 };

@@ -8,9 +8,9 @@ namespace torv {
 /// Tells newer profile versions, through one merge.
 ///
 /// A version is two whole numbers around its first point. Newer is what has the larger number on either
-/// side of the point, each for itself: 1.1 is newer than 2.0. The update server's versions are numbered for
-/// this rule. A version with no point, or one at the front, compares by the numbers that the version before
-/// it on its side has left; at first both sides are equal.
+/// side of the point, each for itself: 1.1 is newer than 2.0; kept as it is. A version with no point, or one
+/// at the front, compares by the numbers that the version before it on its side has left; at first both sides
+/// are equal.
 class VersionComparison final {
 public:
     [[nodiscard]] bool isNewer(const std::optional<std::string>& stored,

@@ -16,6 +16,7 @@
 
 namespace fakes {
 
+/// Counts the calls of `synchronize`, which fails while `kept` is false.
 class MemoryUserDefaults final : public torv::UserDefaults {
 public:
     [[nodiscard]] torv::Value objectForKey(std::string_view key) const override {
@@ -73,6 +74,7 @@ private:
     std::shared_ptr<int> m_alive = std::make_shared<int>(0);
 };
 
+/// Installs itself, and keeps what is logged. One thread, in virtual time.
 class FakePlatform final : public torv::Platform {
 public:
     FakePlatform() {

@@ -9,6 +9,7 @@
 #include <thread>
 #include <vector>
 
+#include "fakes/WaitUntil.h"
 #include "platform/real/OnScreenKeyboard.h"
 #include "platform/real/QtRunLoop.h"
 #include "platform/real/ThreadWorkQueue.h"
@@ -71,8 +72,7 @@ TEST(RunLoop, TimersStopFromAnywhereEvenWithinThemselves) {
     });
     bool done = false;
     loop.scheduleTimer(30ms, false, [&](Timer&) { done = true; });
-    while (!done)
-        ASSERT_TRUE(loop.runOnce());
+    EXPECT_TRUE(fakes::waitUntil(loop, [&] { return done && repeated >= 3; }));  // a slow machine joins ticks
     EXPECT_EQ(once, 1);
     EXPECT_EQ(repeated, 3);
     EXPECT_EQ(never, 0);

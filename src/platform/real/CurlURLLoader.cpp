@@ -17,7 +17,7 @@ constexpr long mostRedirects = 5;
 constexpr auto protocols = "http,https";
 
 /// libcurl, loaded with the first request: it brings thirty libraries with it, and most starts of the
-/// program fetch nothing. Never unloaded, for some of those can't be.
+/// program fetch nothing. Never unloaded, because some of those can't be.
 struct Curl {
     decltype(&curl_global_init) globalInit = nullptr;
     decltype(&curl_easy_init) init = nullptr;

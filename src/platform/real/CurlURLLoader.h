@@ -8,8 +8,8 @@
 
 namespace torv {
 
-/// HTTP and HTTPS by libcurl. At most 60 s and 16 MiB a document where the maker says nothing else, at most
-/// 5 redirects, and no other protocol, redirects included: a manifest must not make the handset read its own
+/// HTTP and HTTPS by libcurl. At most 60 s and 16 MiB a document unless other limits are given, at most 5
+/// redirects, and no other protocol, redirects included: a manifest must not make the handset read its own
 /// files.
 class CurlURLLoader final : public URLLoader {
 public:
@@ -21,7 +21,7 @@ public:
     CurlURLLoader() : CurlURLLoader(Limits{}) {}
     explicit CurlURLLoader(Limits limits) : m_limits(limits) {}
 
-    /// In the words of libcurl's own parser; false without the library, which the log says.
+    /// As libcurl's own parser reads it. Without the library false, and a line in the log.
     [[nodiscard]] bool accepts(const std::string& url) const override;
     [[nodiscard]] Reply load(const std::string& url) override;
     void cancel() override { m_cancelled = true; }

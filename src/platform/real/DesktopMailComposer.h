@@ -7,7 +7,7 @@
 namespace torv {
 
 /// Opens the desktop's mail program by xdg-email. The attachment is written to `outbox` first and stays
-/// there, for the mail program may read it later.
+/// there, because the mail program may read it later.
 class DesktopMailComposer final : public MailComposer {
 public:
     explicit DesktopMailComposer(std::filesystem::path outbox) : m_outbox(std::move(outbox)) {}

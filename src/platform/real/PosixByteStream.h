@@ -14,7 +14,7 @@ namespace torv {
 /// Bytes leave at once (TCP_NODELAY), and a peer that has vanished becomes an error once sent bytes have
 /// stayed unacknowledged for 3.5 s (TCP_USER_TIMEOUT). The kernel looks at that only when it sends them
 /// again, which on a connection that was slow to come up may be 8 s later; so each write looks at it too:
-/// a peer of which neither acks nor data have come for so long has vanished.
+/// a peer that has sent neither acks nor data for so long has vanished.
 class PosixByteStream final : public ByteStream, public std::enable_shared_from_this<PosixByteStream> {
 public:
     PosixByteStream(RunLoop& loop, Endpoint endpoint);

@@ -46,8 +46,7 @@ private:
     std::shared_ptr<std::atomic<bool>> m_alive = std::make_shared<std::atomic<bool>>(true);
     std::atomic<bool> m_quitting{false};
 
-    // Work goes through a queue of our own and not through Qt's events, whose locks a thread sanitizer can't
-    // see.
+    // Work goes through a queue of our own: a thread sanitizer can't see the locks of Qt's.
     std::mutex m_workMutex;
     std::deque<std::function<void()>> m_work;
     const int m_wakeup;

@@ -6,7 +6,8 @@
 
 namespace torv {
 
-/// Turns SIGINT and SIGTERM into a call on the main thread, so that a program ends in order. One at a time.
+/// Turns SIGINT and SIGTERM into a call on the main thread, so that a program ends in order. Main thread; one
+/// object at a time.
 class QuitSignals final {
 public:
     explicit QuitSignals(std::function<void()> quit);

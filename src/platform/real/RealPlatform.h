@@ -54,7 +54,7 @@ private:
     SystemNetworkInterfaces m_interfaces;
     CurlURLLoader m_loader;
     DesktopMailComposer m_mail;
-    QtRunLoop m_loop;  // behind what its timers may own the users of
+    QtRunLoop m_loop;  // goes before the members above, which the owners of its timers still use
     Streams m_streams;
 };
 

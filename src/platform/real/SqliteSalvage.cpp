@@ -62,7 +62,7 @@ std::size_t bigEndian(std::span<const std::uint8_t> bytes, std::size_t place) {
     return number;
 }
 
-/// As the header says where it can be believed; every store of ours has the usual one.
+/// As the file's header says, where that is plausible; every store of ours has the usual one.
 std::size_t pageSizeOf(const Bytes& image) {
     if (image.size() < usualPageSize || std::memcmp(image.data(), "SQLite format 3", 16) != 0)
         return usualPageSize;
@@ -111,8 +111,8 @@ std::string column(sqlite3_stmt* statement, int index) {
 
 using Newest = std::map<std::string, std::pair<sqlite3_int64, StoredRow>, std::less<>>;
 
-/// The rows on one leaf page, which is for that long the whole table. One by one: a row whose further pages
-/// are damaged does not end the others.
+/// The rows on one leaf page, which SQLite meanwhile takes for the whole table. One by one, so that a row
+/// whose overflow pages are damaged does not end the others.
 void takeLeaf(sqlite3* database, std::size_t page, Newest& rows) {
     const auto turn = "UPDATE sqlite_schema SET rootpage = " + std::to_string(page);
     if (!run(database, turn) || !run(database, "PRAGMA writable_schema = RESET") ||

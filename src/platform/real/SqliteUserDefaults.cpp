@@ -180,7 +180,7 @@ constexpr int readAndWrite = SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE;
 
 SqliteUserDefaults::SqliteUserDefaults(std::filesystem::path file) : m_file(std::move(file)) {
     constexpr Access whole{readAndWrite, "", openStatements};
-    // How a store that can't be kept up can still be read.
+    // How a store that can't be written can still be read.
     constexpr std::array others{
         Access{SQLITE_OPEN_READWRITE, "",
                "PRAGMA locking_mode = EXCLUSIVE"},  // on a full disk: makes no file
@@ -347,7 +347,7 @@ void SqliteUserDefaults::beginAnewWhereMoved() {
     m_database = open(m_file, {readAndWrite, "", openStatements}, m_error, m_code);
     if (!m_database) return;
     m_contents.version.reset();
-    if (another) return;  // what another has put there stays, but for what has been set here
+    if (another) return;  // what another program has put there stays, except for keys set here
     for (const auto& [key, value] : m_contents.entries)
         m_changed.insert(key);
     if (!m_contents.whole) run(m_database.get(), keepLossStatement);
@@ -387,7 +387,7 @@ bool SqliteUserDefaults::synchronize() {
     beginAnewWhereMoved();
     bool kept = m_database && commit();
     if (!kept && m_database && (m_code == SQLITE_CORRUPT || m_code == SQLITE_NOTADB)) {
-        // Damaged where it has not been read: all that it held is known here, and goes into a new one.
+        // Damage that only the write has met: all entries are in memory, and go into a new file.
         const auto all = m_contents;
         const bool made = rescue(all.whole);
         for (const auto& [key, value] : all.entries)

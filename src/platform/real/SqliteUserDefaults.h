@@ -23,10 +23,9 @@ namespace torv {
 /// Entries are answered from memory, which follows what another program commits to the same file; a commit
 /// writes the keys that this one has set and no other. An entry that can't be read is set aside under another
 /// key, with what can be read of it in its place. A damaged file is kept under another name, and a new one
-/// begun with the entries that can still be read; that others were lost is kept in the new one. A file that
-/// is taken away while the program runs is made anew. Where the file can't be written, what it holds is read
-/// all the same, changes live in memory only, and one line in the log says so. Any thread, one call at a
-/// time.
+/// begun with the entries that can still be read, and a mark that others were lost. A file that is taken away
+/// while the program runs is made anew. Where the file can't be written, what it holds is read all the same,
+/// changes live in memory only, and one line in the log says so. Any thread.
 class SqliteUserDefaults final : public UserDefaults {
 public:
     explicit SqliteUserDefaults(std::filesystem::path file);

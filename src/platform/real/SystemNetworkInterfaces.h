@@ -4,8 +4,7 @@
 
 namespace torv {
 
-/// The interfaces by getifaddrs, the way to the internet from the kernel's routing table
-/// (IPv4 alone: it stands for the address 0.0.0.0).
+/// The interfaces by getifaddrs, the way to the internet by the default route in /proc/net/route. IPv4 only.
 class SystemNetworkInterfaces final : public NetworkInterfaces {
 public:
     [[nodiscard]] std::optional<std::vector<Address>> addresses() const override;

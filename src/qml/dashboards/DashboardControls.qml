@@ -3,7 +3,7 @@ import QtQuick
 import iTorv
 import iTorv.Dashboards
 
-// What of a page is touched: made after the gauges, as values come first.
+// The parts of a page that are touched. Made after the gauges, because values come first.
 Item {
     id: root
 

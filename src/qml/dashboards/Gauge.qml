@@ -52,7 +52,7 @@ Item {
         opacity: root.dim
     }
 
-    // Not the colour alone says it: beside the unit, or in a tile's corner.
+    // A warning shows by more than its colour: beside the unit, or in a tile's corner.
     Picture {
         u: root.u
         frame: root.gauge.tile ? Qt.rect(root.width / root.u - 19, root.height / root.u - 19, 14, 14)

@@ -55,7 +55,7 @@ Item {
         Accessible.name: text
     }
 
-    // Not the colour alone says it.
+    // A warning shows by more than its colour.
     Picture {
         u: root.u
         frame: Qt.rect(22, 1, 12, 12)

@@ -46,7 +46,7 @@ Item {
         height: Math.round(room.height * root.u)
         clip: true
         visible: root.height > y
-        // Made when the drawer is first opened: a start has better to do.
+        // Made when the drawer is first opened, to keep the start short.
         onVisibleChanged: if (visible) items.model = Qt.binding(() => root.picker.items)
 
         Item {
