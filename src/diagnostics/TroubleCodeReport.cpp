@@ -69,7 +69,7 @@ TroubleCodeReport TroubleCodeReport::fromStore(const iTorvFeeder& feeder, RunLoo
         if (ofSecond && row.old && arrival225) oldest = oldest ? std::min(*oldest, *arrival225) : *arrival225;
         report.rows.push_back(std::move(row));
     }
-    std::ranges::stable_partition(report.rows, [](const Row& row) { return !row.old; });
+    std::stable_partition(report.rows.begin(), report.rows.end(), [](const Row& row) { return !row.old; });
     if (oldest) report.lastAnswer = onTheWall(*oldest);
     return report;
 }

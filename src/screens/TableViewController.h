@@ -29,10 +29,14 @@ class TableViewController : public torv::ViewController {
     Q_PROPERTY(bool editing READ isEditing NOTIFY editingChanged)
     Q_PROPERTY(QString background READ background CONSTANT)
     Q_PROPERTY(bool searchable READ isSearchable NOTIFY searchableChanged)
+    // Where the look was when it last showed the table: points from the top, and the keyboard's row or -1.
+    Q_PROPERTY(double scrollOffset MEMBER m_scrollOffset NOTIFY scrolled)
+    Q_PROPERTY(int focusedIndex MEMBER m_focusedIndex NOTIFY scrolled)
 
 public:
-    static constexpr double usualRowHeight = 44;   // what a finger can hit
-    static constexpr double heightOfItsText = -1;  // all of a plain row's text, in as many lines as it takes
+    static constexpr double usualRowHeight = 44;  ///< what a finger can hit
+    /// As high as the text of a plain row needs, in as many lines as it takes.
+    static constexpr double heightOfItsText = -1;
     static constexpr int mostRowsWithoutSearch = 30;
 
     TableViewController();
@@ -98,6 +102,7 @@ signals:
     void loadingChanged();
     void editingChanged();
     void searchableChanged();
+    void scrolled();
 
 private:
     void confirm(std::optional<IndexPath> path);
@@ -110,6 +115,8 @@ private:
     bool m_editing = false;
     bool m_loading = false;
     bool m_searchable = false;
+    double m_scrollOffset = 0;
+    int m_focusedIndex = -1;
 };
 
 }  // namespace torv

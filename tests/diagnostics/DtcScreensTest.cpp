@@ -185,7 +185,10 @@ TEST_F(DtcScreensTest, MayBeLeftWhileAnExchangeRuns) {
     }
 }
 
-TEST_F(DtcScreensTest, WithoutTheDatabaseTheProcessEnds) {
+/// By this name it runs before all others, while there is no other thread.
+using DtcScreensDeathTest = DtcScreensTest;
+
+TEST_F(DtcScreensDeathTest, WithoutTheDatabaseTheProcessEnds) {
     platform.resourcesMissing = true;
     EXPECT_DEATH(readCodes(report224(1), report225(0)), "Failed to open database .DTCDB.sqlite");
 }

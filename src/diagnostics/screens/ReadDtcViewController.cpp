@@ -36,7 +36,8 @@ int ReadDtcViewController::numberOfRowsInSection(int section) {
 }
 
 const TroubleCodeReport::Row& ReadDtcViewController::row(IndexPath path) const {
-    return m_report.rows[static_cast<std::size_t>(path.row + (path.section == 0 ? 0 : m_fresh))];
+    const int before = path.section == 0 ? 0 : m_fresh;
+    return m_report.rows[static_cast<std::size_t>(path.row) + static_cast<std::size_t>(before)];
 }
 
 TableSectionView ReadDtcViewController::viewForHeaderInSection(int section) {

@@ -33,6 +33,20 @@ FocusScope {
 
         property bool keysUsed: false  // since the last touch
 
+        function keepPlace() {
+            table.screen.scrollOffset = (contentY - originY) / table.u;
+            table.screen.focusedIndex = currentIndex;
+        }
+        function findPlace() {
+            forceLayout();
+            currentIndex = Math.min(table.screen.focusedIndex, count - 1);
+            contentY = originY + table.screen.scrollOffset * table.u;
+            returnToBounds();
+        }
+
+        Component.onCompleted: findPlace()
+        Component.onDestruction: keepPlace()
+
         // A screen that stands upright is a column in the middle of a wide window.
         readonly property real column: table.screen.portrait ? Math.min(table.width, 320 * table.u) : table.width
 
@@ -64,6 +78,14 @@ FocusScope {
 
         Accessible.role: Accessible.List
         Accessible.name: table.screen.title
+
+        // Rows that are asked for anew come where the old ones were.
+        Connections {
+            target: table.screen.rows
+            function onModelAboutToBeReset() { list.keepPlace(); }
+            function onModelReset() { Qt.callLater(list.findPlace); }
+        }
+
         Keys.onPressed: event => {
             keysUsed = true;
             event.accepted = true;
