@@ -152,6 +152,7 @@ int settings(Handset& handset, const Arguments& arguments) {
     if (lists) return list(handset, settings, arguments.json);
     const auto& setting = settings.settings()[*row];
     if (!change(settings, setting, arguments.words[2])) return badArguments;
+    if (!isKept()) return noAnswer;
     const auto text = textOf(settings, setting, settings.formattedValueForSetting(setting));
     if (arguments.json) {
         print({{"aid", Number::fromInteger(setting.aid)},

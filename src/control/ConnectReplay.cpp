@@ -32,7 +32,7 @@ void ConnectReplay::runPass() {
     m_showProgress(overlay.hud());
     SettingsReplay{m_application->feeder(), m_application->currentVehicle()}.run(
         [&](std::size_t index, std::size_t failed, std::size_t total) { overlay.show(index, failed, total); },
-        [this] { return m_state != State::running; });
+        [this] { return m_state != State::running; }, [this] { return m_state == State::ended; });
     m_showProgress(nullptr);
 }
 

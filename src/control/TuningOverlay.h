@@ -25,6 +25,11 @@ public:
         m_hud->setTexts(QStringLiteral("Initializing settings"), QStringLiteral("Setting custom variables"));
     }
 
+    /// The look keeps the overlay a while longer, and a touch on Cancel may be on its way.
+    ~TuningOverlay() { m_hud->setCancelHidden(true); }
+    TuningOverlay(const TuningOverlay&) = delete;
+    TuningOverlay& operator=(const TuningOverlay&) = delete;
+
     [[nodiscard]] const std::shared_ptr<ProgressHUD>& hud() const { return m_hud; }
 
     void show(std::size_t index, std::size_t failed, std::size_t total) {

@@ -115,6 +115,7 @@ void iTorvAppDelegate::iTorvFeederDidEstablishConnection(iTorvFeeder&) {
 void iTorvAppDelegate::writeDefaults() {
     // What can't be read may be there, and what can't be stored would be written anew at each start.
     if (const auto trouble = storeTrouble()) return logLine("no defaults are written: " + *trouble);
+    const auto pass = beginPass();
     DefaultsWriter{*m_feeder, m_currentVehicle}.run(
         [this, vehicle = m_currentVehicle](const ProfileDictionary& values) {
             if (m_currentVehicle.isEqual(vehicle)) m_settingValues = values;
@@ -153,6 +154,13 @@ std::shared_ptr<void> iTorvAppDelegate::beginPass() {
     auto pass = m_pass.lock();
     if (!pass) m_pass = pass = std::make_shared<char>();
     return pass;
+}
+
+std::shared_ptr<AlertView> iTorvAppDelegate::alertDuringPass() const {
+    if (!isPassUnderWay()) return nullptr;
+    return std::make_shared<AlertView>(
+        "One moment", "Settings are on their way to the module. Try again when that has ended.",
+        QStringList{"OK"});
 }
 
 WorkQueue& iTorvAppDelegate::background() {

@@ -60,6 +60,9 @@ public:
     /// A pass over the link is under way for as long as somebody holds this.
     [[nodiscard]] std::shared_ptr<void> beginPass();
     [[nodiscard]] bool isPassUnderWay() const { return !m_pass.expired(); }
+    /// What to show in place of an exchange that is asked for meanwhile: one inside the other would upset
+    /// both. Null while none is under way.
+    [[nodiscard]] std::shared_ptr<AlertView> alertDuringPass() const;
     /// For work that waits for the network. It must not refer to a screen, which may have gone by then.
     [[nodiscard]] WorkQueue& background();
     /// Dims what is shown and too old.

@@ -402,10 +402,7 @@ void DashboardViewController::incrementPowerBy(std::int64_t delta) {
     if (aid == 0 || m_steppingPower) return;
     const auto level = m_feeder->valueForAID(aid).bytes()[0];
     if (delta < 0 && level == 0) return;
-    if (m_application->isPassUnderWay())  // an exchange inside another one would upset both
-        return showAlert(std::make_shared<AlertView>(
-            "One moment", "Settings are on their way to the module. Try again when that has ended.",
-            QStringList{"OK"}));
+    if (auto alert = m_application->alertDuringPass()) return showAlert(std::move(alert));
     const std::array<std::uint8_t, 1> next{static_cast<std::uint8_t>(level + delta)};
     const QScopedValueRollback stepping{m_steppingPower, true};
     m_feeder->setValueForAID(next, aid);

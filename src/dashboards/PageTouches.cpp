@@ -151,22 +151,24 @@ void PageTouches::settle(const Touch& touch, QPointF point) {
 void PageTouches::moved(int finger, QPointF point) {
     const auto found = m_touches.find(finger);
     if (found == m_touches.end()) return;
-    auto& touch = found->second;
-    if (touch.swiped) return;
-    if (isSwipe(touch, point)) {
-        touch.swiped = true;
-        return swipe(Touch{touch}, point);
+    if (found->second.swiped) return;
+    if (isSwipe(found->second, point)) {
+        found->second.swiped = true;
+        return swipe(Touch{found->second}, point);
     }
+    auto touch = found->second;  // what it moves may cancel all touches
     if (touch.target == Target::strip) {
         auto& strip = m_page.pageView().scrollView();
         touch.dragged = touch.dragged || strip.hasCopy();
         const auto way = point - touch.start;
         touch.moved = touch.moved || std::hypot(way.x(), way.y()) > jitter;
+        found->second = touch;
         if (!touch.moved && !strip.dragging()) return;
         if (!touch.scrolling) strip.touchesMoved(point, touch.previous);
         if (!touch.dragged) scroll(touch, point);
     }
     touch.previous = point;
+    if (const auto still = m_touches.find(finger); still != m_touches.end()) still->second = touch;
 }
 
 void PageTouches::ended(int finger, QPointF point) {

@@ -22,6 +22,7 @@ struct TableSectionView {
     Q_PROPERTY(double width MEMBER width)
     Q_PROPERTY(int fontSize MEMBER fontSize)
     Q_PROPERTY(int lines MEMBER lines)
+    Q_PROPERTY(bool bold MEMBER bold)
     Q_PROPERTY(bool centred MEMBER centred)
     Q_PROPERTY(bool accented MEMBER accented)
 
@@ -31,6 +32,7 @@ public:
     double width = 0;   ///< 0: as wide as the rows
     int fontSize = 16;
     int lines = 0;  ///< letters shrink to fit into so many; 0: as many as it takes
+    bool bold = true;
     bool centred = false;
     bool accented = false;  ///< in the accent colour
 };

@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "screens/Image.h"
+#include "screens/NavigationController.h"
 #include "screens/Touch.h"
 
 namespace torv {
@@ -130,6 +131,9 @@ void TableViewController::confirm(std::optional<IndexPath> path) {
 void TableViewController::touchRow(int section, int row) {
     queueTouch(this, [path = IndexPath{section, row}](TableViewController& self) {
         if (self.m_confirming) return self.confirm(std::nullopt);
+        // A second touch in the same turn: the first one's screen is over this one by now.
+        const auto* const stack = self.navigationController();
+        if (stack && stack->topViewController() != &self) return;
         if (!self.cellAt(path) || self.m_editing || !self.shouldHighlightRowAtIndexPath(path)) return;
         self.selectRowAtIndexPath(path);
         self.didSelectRowAtIndexPath(path);

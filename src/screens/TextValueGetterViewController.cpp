@@ -58,7 +58,7 @@ int Screen::numberOfRowsInSection(int) {
 }
 
 TableSectionView Screen::viewForHeaderInSection(int) {
-    return {.text = m_descriptionHeader, .width = headerWidth, .fontSize = headerFontSize};
+    return {.text = m_descriptionHeader, .width = headerWidth, .fontSize = headerFontSize, .bold = false};
 }
 
 TableSectionView Screen::viewForFooterInSection(int) {

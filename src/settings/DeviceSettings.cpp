@@ -37,10 +37,6 @@ DeviceSettings::DeviceSettings(std::shared_ptr<iTorvFeeder> feeder, Vehicle vehi
 
 void DeviceSettings::load() {
     m_settingValues = SettingValueStore::load(m_vehicle);
-    if (m_pending.empty()) return;
-    if (!m_settingValues) m_settingValues.emplace();
-    for (const auto& [aid, value] : m_pending)
-        m_settingValues->insert_or_assign(aid, value);
 }
 
 AVFormatterData DeviceSettings::formattedValueForSetting(const TorvAttribute& setting) const {
@@ -60,10 +56,12 @@ bool DeviceSettings::isUntaken(const TorvAttribute& setting) const {
 }
 
 void DeviceSettings::setText(const TorvAttribute& setting, const std::string& text) {
+    load();
     apply(setting, typedRecord(formattedValueForSetting(setting), text));
 }
 
 void DeviceSettings::setSwitch(const TorvAttribute& setting, bool on) {
+    load();
     const auto record = switchedRecord(setting, formattedValueForSetting(setting), on);
     if (setting.aid == turboTimerSettingAID && !m_ended) {
         setTurboLamp(on);
@@ -73,6 +71,7 @@ void DeviceSettings::setSwitch(const TorvAttribute& setting, bool on) {
 }
 
 void DeviceSettings::pick(const TorvAttribute& setting, std::size_t choice) {
+    load();
     apply(setting, pickedRecord(setting, formattedValueForSetting(setting), choice));
 }
 
@@ -83,16 +82,13 @@ void DeviceSettings::apply(const TorvAttribute& setting, const AVFormatterData& 
     if (value) updateAIDWithAV(setting.aid, *value);
 }
 
-/// Other changes may come while this one blocks, here and to the store: so it is among the values before it
-/// is written, and what is stored then is the store of that time with all that is under way.
+/// The write blocks, and the store may be another one by then.
 void DeviceSettings::updateAIDWithAV(AID aid, const AV& value) {
-    m_pending.insert_or_assign(aid, value);
-    load();
-    ++m_writes;
     UntakenSettings::note(m_vehicle, aid, m_feeder->setValueForAID(value.bytes(), aid));
     load();
-    if (m_settingValues) SettingValueStore::save(*m_settingValues, m_vehicle);
-    if (--m_writes == 0) m_pending.clear();
+    if (!m_settingValues) m_settingValues.emplace();
+    m_settingValues->insert_or_assign(aid, value);
+    SettingValueStore::save(*m_settingValues, m_vehicle);
 }
 
 void DeviceSettings::reset() {
@@ -102,12 +98,18 @@ void DeviceSettings::reset() {
     defaults().removeObjectForKey(key);
     if (!original.isNull()) defaults().setObjectForKey(original, key);
     UntakenSettings::forget(m_vehicle);
-    m_pending.clear();
     defaults().synchronize();
     load();
 }
 
 void storeLowestValues(const Vehicle& before, const Vehicle& chosen) {
+    setTurboLamp(false);
+    // What can't be read may be there, and is not to be replaced by the lowest values at the next connect.
+    for (const auto* vehicle : {&before, &chosen}) {
+        if (SettingValueStore::state(*vehicle) == EntryState::unreadable)
+            return logLine("the settings of " + vehicle->name().value_or("the vehicle") +
+                           " can't be read and stay");
+    }
     auto values = SettingValueStore::load(before).value_or(ProfileDictionary{});
     for (const auto& setting : before.settings()) {
         auto record =
@@ -118,7 +120,6 @@ void storeLowestValues(const Vehicle& before, const Vehicle& chosen) {
         values.insert_or_assign(setting.aid, *value);
         SettingValueStore::save(values, chosen);
     }
-    setTurboLamp(false);
 }
 
 }  // namespace torv

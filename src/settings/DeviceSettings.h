@@ -17,7 +17,8 @@ namespace torv {
 /// the module and into the store. What the module holds is never read. Main thread; a change blocks until the
 /// module has acknowledged it or 21 attempts are over, and the loop turns meanwhile.
 ///
-/// A change is stored whether or not the module took it; `isUntaken` tells.
+/// A change is stored whether or not the module took it; `isUntaken` tells. One at a time: a screen keeps
+/// another one back until it has ended.
 class DeviceSettings final {
 public:
     DeviceSettings(std::shared_ptr<iTorvFeeder> feeder, Vehicle vehicle);
@@ -26,7 +27,7 @@ public:
     /// In the order of the profile.
     [[nodiscard]] const std::vector<TorvAttribute>& settings() const { return m_settings; }
     [[nodiscard]] std::size_t count() const { return m_settingValues ? m_settingValues->size() : 0; }
-    /// From the store anew; what is being written stays.
+    /// From the store anew, as each change does first.
     void load();
 
     /// What is stored; where nothing is the formatter decides. An empty record without a formatter.
@@ -60,8 +61,6 @@ private:
     const Vehicle m_vehicle;
     const std::vector<TorvAttribute> m_settings;
     std::optional<ProfileDictionary> m_settingValues;
-    ProfileDictionary m_pending;  // written and not stored yet
-    int m_writes = 0;             // under way, one inside the other
     bool m_ended = false;
 };
 

@@ -51,6 +51,7 @@ void DriveTrainInfo::pick(Part part, const std::string& text) {
     const auto texts = choices(part);
     const auto found = std::find(texts.begin(), texts.end(), text);
     if (found == texts.end()) return;
+    m_settings.load();
     const auto code =
         longLongValue(codesOf(m_setting, part)[static_cast<std::size_t>(found - texts.begin())]);
     auto record = formattedValue();
@@ -61,12 +62,15 @@ void DriveTrainInfo::pick(Part part, const std::string& text) {
 }
 
 bool DriveTrainInfo::acceptsTireSize(const std::string& text) const {
-    const auto size = static_cast<double>(floatValue(trimmed(text)));
-    return !(size < m_setting.minValue || size > m_setting.maxValue);
+    // The whole text: it is stored as it is, and what is not a number would spoil every speed.
+    const auto size = wholeTextFloatValue(trimmed(text));
+    return size && static_cast<double>(*size) >= m_setting.minValue &&
+           static_cast<double>(*size) <= m_setting.maxValue;
 }
 
 void DriveTrainInfo::setTireSize(const std::string& text) {
     const auto size = trimmed(text);
+    m_settings.load();
     auto record = formattedValue();
     record.value = size;
     apply(record);

@@ -26,11 +26,13 @@ bool SensorWarnings::accepts(std::size_t row, const std::string& text) const {
 }
 
 void SensorWarnings::setText(std::size_t row, const std::string& text) {
+    load();  // another sensor of the same name shares its entry
     m_sensors[row].warningValue = longLongValue(trimmed(text));
     m_vehicle.updateSensor(m_sensors[row]);
 }
 
 void SensorWarnings::setSwitch(std::size_t row, bool on) {
+    load();
     auto& rule = m_sensors[row].warningRule;
     rule = static_cast<std::int32_t>(static_cast<std::uint32_t>(rule) +
                                      static_cast<std::uint32_t>(on ? -switchedOff : switchedOff));

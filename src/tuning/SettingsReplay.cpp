@@ -20,10 +20,11 @@ UserDefaults& defaults() {
 
 }  // namespace
 
-void SettingsReplay::replaySettings() {
+void SettingsReplay::replaySettings(const TuningPass::Cancelled& ended) {
     const auto settings = SettingValueStore::load(m_vehicle);
     if (!settings) return;
     for (const auto& [aid, value] : *settings) {
+        if (ended()) break;
         if (aid == driveTrainAID) {
             auto bytes = value;
             if (const auto record = AVDriveTrainInfoFormatter{}.dataFromAV(bytes.bytes().data())) {
@@ -41,10 +42,12 @@ void SettingsReplay::activateDefaultProfile() {
     defaults().setObjectForKey(std::string{defaultProfileName}, activeProfileKey);
 }
 
-void SettingsReplay::run(TuningPass::Progress progress, TuningPass::Cancelled cancelled) {
+void SettingsReplay::run(TuningPass::Progress progress, TuningPass::Cancelled cancelled,
+                         const TuningPass::Cancelled& ended) {
     // Without the vehicle nobody knows whose settings these are.
     if (defaults().stateForKey(currentVehicleKey) == EntryState::unreadable) return;
-    replaySettings();
+    replaySettings(ended);
+    if (ended()) return;
     const auto active = defaults().stateForKey(activeProfileKey);
     if (active == EntryState::unreadable) return;
     if (active == EntryState::absent) activateDefaultProfile();

@@ -15,12 +15,14 @@ public:
 
     /// The first one ever makes the default profile the active one. What the store holds and can't be read is
     /// not sent, and nothing in its place: without the vehicle nothing, without the active profile no tuning.
-    void run(TuningPass::Progress progress, TuningPass::Cancelled cancelled);
+    /// Once `ended` says so nothing more is sent, whatever there is.
+    void run(TuningPass::Progress progress, TuningPass::Cancelled cancelled,
+             const TuningPass::Cancelled& ended);
     /// Makes the default profile the active one, for good.
     static void activateDefaultProfile();
 
 private:
-    void replaySettings();
+    void replaySettings(const TuningPass::Cancelled& ended);
 
     std::shared_ptr<iTorvFeeder> m_feeder;
     Vehicle m_vehicle;

@@ -167,7 +167,9 @@ std::vector<Vehicle> VehicleDataSource::vehicles() {
                     stored->setUpdateAvailable(true);
                 }
             }
-            if (stored->isEqual(current) && currentVehicleIsKnown()) setCurrentVehicle(*stored);
+            // A document that was no profile has emptied the stored one; the current one is not to follow.
+            const bool emptied = stored->info().empty() && !current.info().empty();
+            if (stored->isEqual(current) && currentVehicleIsKnown() && !emptied) setCurrentVehicle(*stored);
         }
         archiveUnder(vehiclesKey, merged);
     }

@@ -159,6 +159,28 @@ TEST_F(ReplayTest, AReplayThatIsLeftEndsAndNeverStartsAgain) {
     EXPECT_EQ(written(31), 0);
 }
 
+TEST_F(ReplayTest, AReplayThatIsLeftSendsNoFurtherSettingAndNoReset) {
+    SettingValueStore::save({{95, AV::forAID(95, fakes::Bytes{7})}, {96, AV::forAID(96, fakes::Bytes{8})}},
+                            app->currentVehicle());
+    fakes::connectModule(platform, writes, true, [this] { replay->end(); });
+    platform.loop.runFor(2s);
+    EXPECT_EQ(written(95), 1);
+    EXPECT_EQ(written(96) + written(24), 0);
+}
+
+TEST_F(ReplayTest, ATouchOnCancelThatComesTooLateFindsNothing) {
+    storeProfile("Tow", {31});
+    fakes::connectModule(platform, writes, false);
+    std::shared_ptr<ProgressHUD> kept;
+    onWords = [&](ProgressHUD&) { kept = overlay; };
+    platform.loop.runFor(20s);
+    ASSERT_NE(kept, nullptr);
+    EXPECT_FALSE(kept->cancellable());
+    kept->touchCancel();
+    platform.loop.runWork();
+    EXPECT_EQ(platform.defaults.objectForKey("savedprofile").textValue(), "Tow");
+}
+
 TEST_F(ReplayTest, AfterFiveSecondsTheOverlayMayGoIntoTheBackground) {
     ProgressHUD hud{nullptr};
     hud.touchBackground();

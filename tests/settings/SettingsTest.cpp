@@ -270,21 +270,39 @@ TEST_F(SettingsTest, WhatTheModuleDoesNotTakeIsMarkedUntilItDoes) {
     EXPECT_FALSE(UntakenSettings::contains(truck(), 95));
 }
 
-TEST_F(SettingsTest, AChangeInsideAnotherLosesNeither) {
-    const auto screen = open<SettingsViewController>({});
+TEST_F(SettingsTest, AChangeWaitsForTheOneBeforeItAndForAPass) {
+    const auto screen = open<SettingsViewController>({{95, AV::forAID(95, Bytes{9})}});
+    auto& high = dynamic_cast<SwitchTableViewCell&>(*screen->cellAt({0, toggle}));
     bool nested = false;
     const auto acknowledge = platform.stream().onWrite;
     platform.stream().onWrite = [&](const Bytes& sent) {
         acknowledge(sent);
         if (std::exchange(nested, true)) return;
-        dynamic_cast<SwitchTableViewCell&>(*screen->cellAt({0, toggle})).touchSwitch();
-        stack->touchBack();  // and the value's screen is left meanwhile
+        high.touchSwitch();
+        screen->rightBarButton()->touch();  // Reset
+        stack->touchBack();                 // and the value's screen is left meanwhile
     };
     touch(*screen, plain);
     type("77");
     EXPECT_EQ(stored(95), (Bytes{77, 0, 0, 0}));
-    EXPECT_EQ(stored(153)[0], 1);
+    EXPECT_EQ(writes.size(), 1U);
+    EXPECT_FALSE(high.isOn());
     EXPECT_EQ(stack->topViewController(), screen.get());
+    for (int alerts = 0; alerts < 2; ++alerts) {
+        ASSERT_NE(stack->alert(), nullptr);
+        EXPECT_EQ(stack->alert()->title(), "One moment");
+        stack->alert()->touchButton(0);
+        run();
+    }
+    {
+        const auto pass = app->beginPass();
+        touch(*screen, plain);
+        EXPECT_FALSE(type("78"));
+        stack->alert()->touchButton(0);
+        run();
+    }
+    EXPECT_TRUE(type("78"));
+    EXPECT_EQ(writes.size(), 2U);
 }
 
 TEST_F(SettingsTest, AnotherVehicleEndsTheChangesOfTheOldOne) {
@@ -328,7 +346,13 @@ TEST_F(SettingsTest, TheDriveTrainTravelsInOneRecordAndCorrectsSpeeds) {
     touch(screen, 2);
     EXPECT_EQ(top<TextValueGetterViewController>().toolTip(),
               "This attribute min value is 20.0 INCHES and it's max value is 40.0 INCHES.");
-    EXPECT_FALSE(type("40.1"));
+    for (const auto& refused : {"40.1", "19.9", "31.5\"", "31,5", ""}) {
+        EXPECT_FALSE(type(refused)) << refused;
+        ASSERT_NE(stack->alert(), nullptr);
+        if (QString{refused} == "") break;
+        stack->alert()->touchButton(0);
+        run();
+    }
     EXPECT_EQ(stack->alert()->message(),
               "The value you typed is out of range. Please use values between 20.0 and 40.0.");
     stack->alert()->touchButton(0);
@@ -343,6 +367,48 @@ TEST_F(SettingsTest, TheDriveTrainTravelsInOneRecordAndCorrectsSpeeds) {
     EXPECT_EQ(AVVehicleSpeedFormatter::stockTireSize(), "31.5");
     EXPECT_EQ(AVVehicleSpeedFormatter::currentTireSize(), "33");
     EXPECT_EQ(platform.defaults.objectForKey(stockTireSizeKey).textValue(), "31.5");
+    app->iTorvFeederDidFailToConnect(*app->feeder());
+    screen.iTorvFeederDidFailToConnect(*app->feeder());
+    touch(screen, 0);
+    EXPECT_EQ(stack->topViewController(), &screen);
+    EXPECT_TRUE(screen.cellAt({0, 0})->dimmed());
+}
+
+TEST_F(SettingsTest, ADriveTrainThatIsNotTakenSaysSoOnBothScreens) {
+    auto& settings = *open<SettingsViewController>({{226, AV::forAID(226, Bytes{6})}}, true, false);
+    touch(settings, driveTrain);
+    auto& screen = top<DriveTrainInfoViewController>();
+    touch(screen, 1);
+    pick(1);
+    EXPECT_EQ(screen.viewForFooterInSection(0).text, "⚠ not taken by the module");
+    EXPECT_EQ(settings.cellAt({0, driveTrain})->note(), "not taken by the module");
+}
+
+TEST_F(SettingsTest, TheSecondModeHasARangeOfItsOwn) {
+    auto& screen = *open<SettingsViewController>({{152, AV::forAID(152, Bytes{3, 0x90, 1})}});
+    touch(screen, turboTimer);
+    EXPECT_EQ(top<TextValueGetterViewController>().toolTip(),
+              "This attribute min value is 300 ºF and it's max value is 700 ºF.");
+    EXPECT_EQ(top<TextValueGetterViewController>().defaultTexts(), QStringList{"400"});
+    EXPECT_FALSE(type("299"));
+    EXPECT_EQ(stack->alert()->message(),
+              "The value you typed is out of range. Please use values between 300 and 700.");
+    stack->alert()->touchButton(0);
+    run();
+    EXPECT_TRUE(type("700"));
+    EXPECT_EQ(stored(152), (Bytes{3, 0xBC, 2, 0}));
+}
+
+TEST_F(SettingsTest, SensorsOfOneNameLoseNothingOfEachOther) {
+    Vehicle twins;
+    twins.setName("Twins");
+    const auto sensor = with(attribute(10, "Boost", 0, 0, 60), {{"warningRule", number(1)}});
+    twins.setInfo(ProfileInfo{Dictionary{{"parameters", Dictionary{{"sensors", Array{sensor, sensor}}}}}});
+    SensorWarnings warnings{twins};
+    warnings.setText(0, "60");
+    warnings.setSwitch(1, false);
+    EXPECT_EQ(twins.sensors()[0].warningValue, 60);
+    EXPECT_EQ(twins.sensors()[0].warningRule, 101);
 }
 
 TEST_F(SettingsTest, WarningsAreSwitchedByAHundredAndEveryChangeIsTold) {
@@ -383,6 +449,8 @@ TEST_F(SettingsTest, NumbersAreTypedAsTheLocaleWritesThem) {
     EXPECT_EQ(typedNumber("31.5", QLocale{QLocale::German}), "31.5");
     EXPECT_EQ(typedNumber("31,5", QLocale{QLocale::English}), "31,5");
     EXPECT_EQ(typedNumber("-٣١٫٥", QLocale{QLocale::Arabic, QLocale::Egypt}), "-31.5");
+    EXPECT_EQ(typedNumber("−5", QLocale{QLocale::Swedish}), "-5");
+    EXPECT_EQ(typedNumber("5²", QLocale{QLocale::English}), "5²");
 }
 
 }  // namespace

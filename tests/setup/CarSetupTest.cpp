@@ -164,6 +164,8 @@ INSTANTIATE_TEST_SUITE_P(
              "Old 2.0", "Old 44 ", true},
         Case{"the same, update refused", false, "Old", true, true, nullptr, "0", "Update available ",
              "Old 1.0", "", true},
+        Case{"the same, updated with a login page", false, "Old", true, true, "<html>Log in</html>", "10",
+             "Update available Update error ", "Old 1.0", "", false},
         Case{"the same, update fails", false, "Old", true, true, nullptr, "10",
              "Update available Update error ", "Old 1.0", "Old 222 ", false}));
 
@@ -198,6 +200,35 @@ TEST_F(CarSetupTest, TheListLoadsInTheBackgroundAndMarksWhatThereIs) {
     EXPECT_TRUE(app->connectionErrorMessageAllowed());
 }
 
+TEST_F(CarSetupTest, AChoiceMixesTheStoresAndTellsANewVersion) {
+    const auto old = vehicle("Old", 7, true, "1.0");
+    auto updated = vehicle("Old", 7, true, "1.1");
+    updated.setInfo(ProfileInfo{R"({"vehicle": "Old", "version": "1.1", "parameters": {"settings": [
+        {"aid": 152, "formatter": 7, "minValue": 30}]}})"});
+    VehicleDataSource::setCurrentVehicle(updated);
+    VehicleDataSource::saveVehicle(updated);
+    const std::vector<std::uint8_t> modes{3, 99, 0};
+    SettingValueStore::save({{152, AV::forAID(152, modes)}, {17, AV::forAID(17, modes)}}, updated);
+    platform.defaults.setObjectForKey(true, turboSettingKey);
+    platform.network.flags = 0;
+    open(false);
+    run();
+    EXPECT_EQ(screen->alert()->message(),
+              "You are not connected to the Internet. Please quit this app and connect to the Internet. Then "
+              "re-launch this app");
+    screen->alert()->touchButton(0);
+    run();
+    VehicleDataSource::setCurrentVehicle(old);  // another program has done this
+    screen->touchRow(0, 0);
+    run();
+    EXPECT_EQ(app->currentVehicle().version(), "1.1");
+    const auto values = SettingValueStore::load(updated);
+    EXPECT_EQ(values->at(152).bytes()[0], 3);   // the switches stay
+    EXPECT_EQ(values->at(152).bytes()[1], 30);  // the number is the lowest
+    EXPECT_EQ(values->at(17).bytes()[1], 99);   // what the profile does not tell of stays
+    EXPECT_FALSE(platform.defaults.objectForKey(turboSettingKey).boolValue());
+}
+
 TEST_F(CarSetupTest, AScreenThatIsLeftDuringADownloadChangesNothing) {
     VehicleDataSource::setCurrentVehicle(vehicle("Old", 1));
     VehicleDataSource::saveVehicle(vehicle("New", 2, false));
@@ -211,6 +242,8 @@ TEST_F(CarSetupTest, AScreenThatIsLeftDuringADownloadChangesNothing) {
     answer(document("New", "2.0", 3));
     screen->touchRow(0, 0);
     run();
+    EXPECT_EQ(screen->alert()->message(),
+              "Choosing a new vehicle profile will clear the sensors you have chosen.");
     screen->alert()->touchButton(1);
     stack->touchBack();  // comes after the button and before the download's end
     run();

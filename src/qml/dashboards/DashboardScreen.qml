@@ -91,20 +91,22 @@ Item {
         }
 
         // One line in the strip's style while nothing stands on the page.
-        Words {
+        OnDemand {
             z: 5
             anchors.centerIn: parent
-            u: page.u
-            words: page.screen.advice
+            shown: page.screen.advice !== "" ? page.screen : null
+            look: "../dashboards/Words.qml"
+            parameters: screen => ({ "words": Qt.binding(() => screen.advice), "u": Qt.binding(() => page.u) })
         }
 
-        Words {
+        OnDemand {
             z: 14
             anchors.horizontalCenter: parent.horizontalCenter
             y: 4 * page.u
-            u: page.u
-            words: page.screen.notice
-            ink: Theme.alarm
+            shown: page.screen.notice !== "" ? page.screen : null
+            look: "../dashboards/Words.qml"
+            parameters: screen => ({ "words": Qt.binding(() => screen.notice), "u": Qt.binding(() => page.u),
+                                     "ink": Theme.alarm })
         }
 
         // Which of the pages this is.

@@ -55,6 +55,7 @@ Item {
     TapHandler {
         id: area
 
+        gesturePolicy: TapHandler.ReleaseWithinBounds  // no row or other button below hears of it
         onTapped: button.touched()
     }
 }

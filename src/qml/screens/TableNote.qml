@@ -16,8 +16,8 @@ Item {
         id: words
 
         visible: text !== ""
-        x: note.view.width > 0 ? (note.width - width) / 2 : note.view.centred ? 0 : 8 * note.u
-        width: note.view.width > 0 ? Math.min(note.view.width * note.u, note.width) : note.width - 2 * x
+        x: note.view.centred ? (note.width - width) / 2 : 10 * note.u
+        width: note.view.width > 0 ? Math.min(note.view.width * note.u, note.width) : note.width - (note.view.centred ? 0 : 20 * note.u)
         height: note.height
         horizontalAlignment: note.view.centred ? Text.AlignHCenter : Text.AlignLeft
         verticalAlignment: Text.AlignVCenter
@@ -30,7 +30,7 @@ Item {
         text: note.view.text
         color: note.view.accented ? Theme.accent : "white"
         font.pixelSize: Math.max(Math.round(note.view.fontSize * note.u), 1)
-        font.bold: true
+        font.bold: note.view.bold
         Accessible.role: Accessible.Heading
         Accessible.name: text
     }

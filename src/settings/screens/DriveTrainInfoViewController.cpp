@@ -40,8 +40,8 @@ DriveTrainInfoViewController::DriveTrainInfoViewController(const TorvAttribute& 
       m_info(m_settings, setting),
       m_connected(m_application->connected()) {
     m_application->addDelegate(this);
-    m_replayed = Platform::current().notificationCenter().addObserver(customTuningSettingsUpdated,
-                                                                      [this] { reloadData(); });
+    m_replayed =
+        Platform::current().notificationCenter().addObserver(customTuningSettingsUpdated, [this] { load(); });
 }
 
 DriveTrainInfoViewController::~DriveTrainInfoViewController() {
@@ -135,6 +135,8 @@ QString DriveTrainInfoViewController::textValueGetterViewControllerDidRequestMes
 void DriveTrainInfoViewController::textValueGetterViewControllerDidGetValue(
     TextValueGetterViewController& screen) {
     const auto self = shared_from_this();  // the write blocks, and the screen may be left meanwhile
+    if (auto alert = m_application->alertDuringPass()) return showAlert(std::move(alert));
+    const auto pass = m_application->beginPass();
     m_info.setTireSize(typedNumber(screen.values().value(0)));
     reloadData();
     screen.popIfOnTop();
@@ -144,19 +146,28 @@ void DriveTrainInfoViewController::textValueGetterViewControllerDidGetValue(
 void DriveTrainInfoViewController::tablePickerViewControllerDidPickValue(TablePickerViewController& picker,
                                                                          const QString& value) {
     const auto self = shared_from_this();
+    if (auto alert = m_application->alertDuringPass()) {
+        picker.popIfOnTop();
+        return showAlert(std::move(alert));
+    }
+    const auto pass = m_application->beginPass();
     m_info.pick(partOfRow(picker.tag()), value.toStdString());
     reloadData();
     picker.popIfOnTop();
     changed();
 }
 
-/// Once this screen has left its stack the delegate may have left too, and it reads the store anew anyway.
 void DriveTrainInfoViewController::changed() {
-    if (m_delegate && navigationController()) m_delegate->driveTrainInfoViewControllerDidChange(*this);
+    if (const auto delegate = m_delegate.lock()) delegate->driveTrainInfoViewControllerDidChange(*this);
+}
+
+void DriveTrainInfoViewController::load() {
+    m_settings.load();
+    reloadData();
 }
 
 void DriveTrainInfoViewController::setConnected(bool connected) {
-    if (std::exchange(m_connected, connected) != connected) reloadData();
+    if (std::exchange(m_connected, connected) != connected) load();
 }
 
 void DriveTrainInfoViewController::iTorvFeederDidEstablishConnection(iTorvFeeder&) {

@@ -37,7 +37,9 @@ public:
     ~DriveTrainInfoViewController() override;
     [[nodiscard]] static std::shared_ptr<DriveTrainInfoViewController> initWithAttribute(
         const TorvAttribute& setting, std::shared_ptr<iTorvAppDelegate> application);
-    void setDelegate(DriveTrainInfoViewControllerDelegate* delegate) { m_delegate = delegate; }
+    void setDelegate(std::weak_ptr<DriveTrainInfoViewControllerDelegate> delegate) {
+        m_delegate = std::move(delegate);
+    }
 
     void viewDidLoad() override { setTitle(QStringLiteral("Drive Train Info")); }
     [[nodiscard]] int numberOfRowsInSection(int) override { return 3; }
@@ -67,12 +69,13 @@ private:
     void pushPicker(int row);
     void pushTireSize(int row);
     void changed();
+    void load();
 
     const std::shared_ptr<iTorvAppDelegate> m_application;
     DeviceSettings m_settings;
     DriveTrainInfo m_info;
     bool m_connected;
-    DriveTrainInfoViewControllerDelegate* m_delegate = nullptr;
+    std::weak_ptr<DriveTrainInfoViewControllerDelegate> m_delegate;
     NotificationCenter::Observation m_replayed;
 };
 

@@ -74,7 +74,7 @@ std::shared_ptr<TableViewCell> SettingsViewController::emptyCell(const TorvAttri
         auto cell = std::make_shared<SwitchTableViewCell>(TableViewCell::Style::Subtitle, identifier);
         cell->setDelegate(this);
         cell->on(isSwitchedOn(record));
-        cell->enable(m_connected);
+        cell->enable(m_connected && isChangeable(setting));
         const bool besideButton = setting.aid == turboTimerSettingAID && m_connected;
         cell->setOffsetFromRight(besideButton ? switchOffsetBesideButton : switchOffset);
         return cell;
@@ -113,10 +113,13 @@ std::shared_ptr<TableViewCell> SettingsViewController::cellForRowAtIndexPath(Ind
                                                  : TableViewCell::Accessory::None);
     }
     cell->setDimmed(!m_connected && !isDriveTrain);
-    cell->setNote(!isChangeable(setting)           ? QStringLiteral("can't be changed here")
-                  : m_settings->isUntaken(setting) ? QStringLiteral("not taken by the module")
-                                                   : QString{});
+    cell->setNote(noteFor(setting));
     return cell;
+}
+
+QString SettingsViewController::noteFor(const TorvAttribute& setting) const {
+    if (!isChangeable(setting)) return QStringLiteral("can't be changed here");
+    return m_settings->isUntaken(setting) ? QStringLiteral("not taken by the module") : QString{};
 }
 
 bool SettingsViewController::shouldHighlightRowAtIndexPath(IndexPath path) {
@@ -129,7 +132,7 @@ void SettingsViewController::didSelectRowAtIndexPath(IndexPath path) {
     const auto& setting = this->setting(path.row);
     if (setting.aid == driveTrainSettingAID) {
         const auto screen = DriveTrainInfoViewController::initWithAttribute(setting, m_application);
-        screen->setDelegate(this);
+        screen->setDelegate(std::shared_ptr<DriveTrainInfoViewControllerDelegate>{shared_from_this(), this});
         return navigationController()->pushViewControllerAnimated(screen, true);
     }
     const auto record = m_settings->formattedValueForSetting(setting);
@@ -162,9 +165,13 @@ void SettingsViewController::pushPicker(int row) {
 
 void SettingsViewController::switchTableViewCellDidChangedValue(SwitchTableViewCell& cell, bool on) {
     const auto self = shared_from_this();  // the write blocks, and the screen may be left meanwhile
-    const auto& changed = setting(cell.tag());
-    m_settings->setSwitch(changed, on);
-    cell.setNote(m_settings->isUntaken(changed) ? QStringLiteral("not taken by the module") : QString{});
+    if (auto alert = m_application->alertDuringPass()) {
+        cell.on(!on);
+        return showAlert(std::move(alert));
+    }
+    const auto pass = m_application->beginPass();
+    m_settings->setSwitch(setting(cell.tag()), on);
+    cell.setNote(noteFor(setting(cell.tag())));
 }
 
 bool SettingsViewController::textValueGetterViewControllerShouldValidateValues(
@@ -184,6 +191,8 @@ QString SettingsViewController::textValueGetterViewControllerDidRequestMessageFo
 
 void SettingsViewController::textValueGetterViewControllerDidGetValue(TextValueGetterViewController& screen) {
     const auto self = shared_from_this();
+    if (auto alert = m_application->alertDuringPass()) return showAlert(std::move(alert));
+    const auto pass = m_application->beginPass();
     m_settings->setText(setting(screen.tag()), typedNumber(screen.values().value(0)));
     reloadData();
     screen.popIfOnTop();
@@ -192,6 +201,11 @@ void SettingsViewController::textValueGetterViewControllerDidGetValue(TextValueG
 void SettingsViewController::tablePickerViewControllerDidPickValue(TablePickerViewController& picker,
                                                                    const QString& value) {
     const auto self = shared_from_this();
+    if (auto alert = m_application->alertDuringPass()) {
+        picker.popIfOnTop();
+        return showAlert(std::move(alert));
+    }
+    const auto pass = m_application->beginPass();
     const auto choice = picker.values().indexOf(value);
     m_settings->pick(setting(picker.tag()), static_cast<std::size_t>(choice));
     reloadData();
@@ -204,7 +218,9 @@ void SettingsViewController::driveTrainInfoViewControllerDidChange(DriveTrainInf
 }
 
 void SettingsViewController::setConnected(bool connected) {
-    if (std::exchange(m_connected, connected) != connected) reloadData();
+    if (std::exchange(m_connected, connected) == connected) return;
+    m_settings->load();  // the first connect of a vehicle has stored its lowest values
+    reloadData();
 }
 
 void SettingsViewController::iTorvFeederDidEstablishConnection(iTorvFeeder&) {
@@ -220,6 +236,7 @@ void SettingsViewController::iTorvAppDelegateDidChangeCurrentVehicle(iTorvAppDel
 }
 
 void SettingsViewController::reset() {
+    if (auto alert = m_application->alertDuringPass()) return showAlert(std::move(alert));
     m_settings->reset();
     m_application->configureZephrelaneFeatures();
     reloadData();

@@ -68,6 +68,8 @@ private:
     [[nodiscard]] const TorvAttribute& setting(int row) const;
     [[nodiscard]] std::shared_ptr<TableViewCell> emptyCell(const TorvAttribute& setting,
                                                            const AVFormatterData& record);
+    /// A word behind the setting's value.
+    [[nodiscard]] QString noteFor(const TorvAttribute& setting) const;
     void pushPicker(int row);
     void setConnected(bool connected);
 

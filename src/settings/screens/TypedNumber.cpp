@@ -4,11 +4,12 @@ namespace torv {
 
 std::string typedNumber(const QString& text, const QLocale& locale) {
     const auto decimalSign = locale.decimalPoint();
+    auto typed = text;
+    typed.replace(locale.negativeSign(), QStringLiteral("-"));
     QString plain;
-    for (const auto sign : text) {
-        const int digit = sign.digitValue();
-        if (digit >= 0) {
-            plain += QChar{u'0' + digit};
+    for (const auto sign : typed) {
+        if (sign.category() == QChar::Number_DecimalDigit) {
+            plain += QChar{u'0' + sign.digitValue()};
         } else {
             plain += sign == decimalSign ? QChar{u'.'} : sign;
         }

@@ -130,11 +130,17 @@ std::shared_ptr<TableViewCell> CarSetupTableViewController::cellForRowAtIndexPat
 }
 
 bool CarSetupTableViewController::shouldHighlightRowAtIndexPath(IndexPath) {
-    return !m_vehicles.empty();
+    return !m_vehicles.empty() && !m_downloading;
 }
 
 void CarSetupTableViewController::setBusy(int row) {
     if (auto* const cell = cellAt({0, row})) cell->setBusy(true);
+}
+
+void CarSetupTableViewController::putIntoList(const Vehicle& vehicle) {
+    for (auto& listed : m_vehicles) {
+        if (listed.isEqual(vehicle)) listed = vehicle;
+    }
 }
 
 int CarSetupTableViewController::rowOf(const Vehicle& vehicle) const {
@@ -146,6 +152,10 @@ int CarSetupTableViewController::rowOf(const Vehicle& vehicle) const {
 void CarSetupTableViewController::didSelectRowAtIndexPath(IndexPath path) {
     const auto self = shared_from_this();  // a download turns the loop, and the screen may be left meanwhile
     if (m_vehicles.empty() || m_downloading) return;
+    if (auto alert = m_application->alertDuringPass()) {
+        deselectRow();
+        return showAlert(std::move(alert));
+    }
     setBusy(path.row);
     m_workingVehicle = m_vehicles[static_cast<std::size_t>(path.row)];
     if (!m_workingVehicle.isEqual(m_currentVehicle)) {
@@ -183,7 +193,10 @@ bool CarSetupTableViewController::updateVehicle(Vehicle& vehicle) {
 }
 
 void CarSetupTableViewController::updateWorkingVehicle() {
-    if (needsDownload(m_workingVehicle) && !updateVehicle(m_workingVehicle)) return;
+    if (needsDownload(m_workingVehicle)) {
+        if (!updateVehicle(m_workingVehicle)) return;
+        putIntoList(m_workingVehicle);  // whatever came: what is no profile has emptied it
+    }
     if (needsDownload(m_workingVehicle)) return showUpdateErrorAlertWithTag(rowOf(m_workingVehicle));
     setCurrentVehicle(m_workingVehicle);
     close();
@@ -262,13 +275,12 @@ void CarSetupTableViewController::updateCurrentVehicle(int tag) {
         auto updated = m_currentVehicle;
         if (!updateVehicle(updated)) return;
         m_currentVehicle = updated;
+        if (tag == updateOfPicked) putIntoList(updated);
     }
     if (needsDownload(m_currentVehicle)) return showUpdateErrorAlertWithTag(rowOf(m_currentVehicle));
     setCurrentVehicle(m_currentVehicle);
     if (tag == updateOfPicked) return close();
-    for (auto& listed : m_vehicles) {
-        if (listed.isEqual(m_currentVehicle)) listed = m_currentVehicle;
-    }
+    putIntoList(m_currentVehicle);
     refresh();
 }
 

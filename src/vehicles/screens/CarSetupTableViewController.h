@@ -15,12 +15,14 @@ namespace torv {
 /// page, later from the menu. The only place where the current vehicle changes; nothing goes to the module
 /// from here. Main thread.
 ///
-///   State        entered by               left by
-///   Loading      the screen being made    the list of stored and remote vehicles, read on a thread of its
-///   own Idle         the list                 a row, or an alert's button Downloading  a row, an alert's
-///   "YES"  the end of the download, on that thread too: the loop turns meanwhile,
-///                                         and no row can be picked
-///   Closed       the choice, "Close"      -
+///   State        entered by                left by
+///   Loading      the screen's making       the list of stored and remote vehicles
+///   Idle         the list                  a row, or a button of an alert
+///   Downloading  a row, or an alert's YES  the end of the download
+///   Closed       the choice, or Close      -
+///
+/// Lists and documents come on the application's background queue. A download has the loop turn until it is
+/// there; meanwhile no row can be picked, and a screen that is left by then changes nothing more.
 class CarSetupTableViewController final : public torv::TableViewController {
     Q_OBJECT
 
@@ -62,6 +64,7 @@ private:
     void updateCurrentVehicle(int tag);
     void useOlderCopy(int row);
 
+    void putIntoList(const Vehicle& vehicle);
     [[nodiscard]] int rowOf(const Vehicle& vehicle) const;
     void setBusy(int row);
 

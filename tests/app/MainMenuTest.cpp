@@ -1,0 +1,67 @@
+// The menu's rows by vehicle.
+#include <gtest/gtest.h>
+
+#include "app/Screens.h"
+#include "fakes/FakePlatform.h"
+#include "fakes/FreshEngine.h"
+#include "screens/NavigationController.h"
+#include "screens/TableViewController.h"
+#include "vehicles/VehicleDataSource.h"
+
+namespace {
+
+using namespace torv;
+
+struct MainMenuTest : testing::Test {
+    MainMenuTest() {
+        fakes::freshenEngine();
+        app->applicationDidFinishLaunchingWithOptions({}, [](const auto&) {});
+    }
+    ~MainMenuTest() override { app->applicationWillTerminate(); }
+    void use(const char* name, Vehicle::Text DTC) {
+        Vehicle vehicle;
+        vehicle.setName(name);
+        vehicle.setDTC(std::move(DTC));
+        VehicleDataSource::setCurrentVehicle(vehicle);
+        menu->viewWillAppear();
+    }
+
+    fakes::FakePlatform platform;
+    std::shared_ptr<iTorvAppDelegate> app = std::make_shared<iTorvAppDelegate>();
+    std::shared_ptr<TableViewController> menu =
+        std::dynamic_pointer_cast<TableViewController>(Screens{app}.mainMenu());
+};
+
+TEST_F(MainMenuTest, TheLastRowIsForVehiclesWithTroubleCodesAndTheFirstNamesTheVehicle) {
+    use("Truck", "YES");
+    const QStringList expected{"Vehicle Setup", "Settings",     "Sensor Warnings",
+                               "Custom Tuning", "Data Logging", "Diagnostics",
+                               "DTC's"};
+    ASSERT_EQ(menu->numberOfRowsInSection(0), 7);
+    for (int row = 0; row < 7; ++row) {
+        EXPECT_EQ(menu->cellAt({0, row})->text(), expected[row]);
+        EXPECT_EQ(menu->cellAt({0, row})->detailText(), row == 0 ? "Truck" : "");
+    }
+    for (const auto& no : {Vehicle::Text{"yes"}, Vehicle::Text{}}) {
+        use("Van", no);  // while another screen was over the menu
+        EXPECT_EQ(menu->numberOfRowsInSection(0), 6);
+        EXPECT_EQ(menu->cellAt({0, 6}), nullptr);
+        EXPECT_EQ(menu->cellAt({0, 0})->detailText(), "Van");
+    }
+}
+
+TEST_F(MainMenuTest, EachRowLeadsToTheScreenOfItsName) {
+    use("Truck", "YES");
+    NavigationController stack{menu};
+    for (int row = 0; row < 7; ++row) {
+        menu->touchRow(0, row);
+        menu->touchRow(0, row);  // a second touch in the same turn opens nothing more
+        platform.loop.runWork();
+        ASSERT_EQ(stack.depth(), 2) << row;
+        EXPECT_EQ(stack.topViewController()->title(), menu->cellAt({0, row})->text());
+        stack.popViewControllerAnimated(false);
+        platform.loop.runWork();
+    }
+}
+
+}  // namespace
