@@ -104,7 +104,7 @@ bool change(DeviceSettings& settings, const TorvAttribute& setting, const std::s
         complain(nameOf(setting) + " can only be read");
         return false;
     }
-    // What is beside the value would be made up, and the rest of a new vehicle never get its lowest values.
+    // The rest of the record would be invented, and a new vehicle would never get its other lowest values.
     if (!settings.isStored(setting)) {
         complain("nothing is stored of " + nameOf(setting) + " yet; start itorv once with the module");
         return false;

@@ -9,7 +9,8 @@ namespace torv {
 /// A running time: bytes 0 and 1 the hours, 2 the minutes, 3 the seconds. Needs bytes; writes 4 bytes.
 ///
 /// The high byte of the hours counts 255 and not 256, and the way back does not mirror that; kept as it is.
-/// The way back ignores its record and writes what was last decoded by this object.
+/// The way back ignores its record and writes what was last decoded by this object. Both threads
+/// decode: each of the three numbers is whole, and together they may be of two values.
 class AVTimeFormatter final : public AVFormatter {
 public:
     AVTimeFormatter(std::int64_t hrs, std::int64_t mins, std::int64_t secs)

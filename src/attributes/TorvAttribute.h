@@ -16,7 +16,8 @@ namespace torv {
 /// What one AID means on the current vehicle.
 ///
 /// Built from a profile's dictionary on each request; what is not in there is 0, false or nothing. Read-only
-/// once built, except for rule and value of the warning on the warnings screen.
+/// once built, except for rule and value of the warning on the warnings screen. Made on one thread, then read
+/// on any: the reading thread decodes by it.
 struct TorvAttribute {
     using Text = std::optional<std::string>;
 

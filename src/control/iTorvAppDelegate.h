@@ -68,7 +68,8 @@ public:
     /// Dims what is shown and too old.
     [[nodiscard]] ValueAger& ager() { return *m_ager; }
     [[nodiscard]] const Vehicle& currentVehicle() const { return m_currentVehicle; }
-    /// Nothing when nothing is stored for the vehicle. Follows at the next connect or from the settings.
+    /// Nothing when nothing is stored for the vehicle. Brought up to date by the next connect, or
+    /// by the settings screen.
     [[nodiscard]] const std::optional<ProfileDictionary>& settingValues() const { return m_settingValues; }
     [[nodiscard]] bool connectionErrorMessageAllowed() const { return m_connectionErrorMessageAllowed; }
     void setConnectionErrorMessageAllowed(bool allowed) { m_connectionErrorMessageAllowed = allowed; }

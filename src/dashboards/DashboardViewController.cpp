@@ -138,7 +138,7 @@ void DashboardViewController::loadGauges() {
         if (!isMainPlace(*m_droppableViews.back())) m_droppableViews.back()->setAlpha(hidden);
     }
     if (m_traits.number == 2) {
-        // Meant for the tiles; nobody reads it.
+        // Nobody reads it; kept as it is.
         for (std::int32_t number = 0; number < 10; ++number)
             m_droppableViews.front()->setNumber(number);
     }

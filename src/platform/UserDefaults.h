@@ -17,7 +17,8 @@ namespace torv {
 /// entry for a new vehicle would be to overwrite what its module holds.
 enum class EntryState { absent, there, unreadable };
 
-/// The keyed store of the user's choices. Main thread, or one thread at a time.
+/// The keyed store of the user's choices. Any thread: each call is whole by itself, a read
+/// and a later write are not.
 ///
 /// Any text is a key: empty, with slashes, quotes or blanks, of any length. What is set is seen at once
 /// by this process and is on disk once `synchronize` has returned true.

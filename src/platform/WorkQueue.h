@@ -10,7 +10,7 @@ public:
     WorkQueue() = default;
     WorkQueue(const WorkQueue&) = delete;
     WorkQueue& operator=(const WorkQueue&) = delete;
-    /// Ends the piece under way and drops the rest.
+    /// Waits for the piece under way and drops the rest. Not on its own thread.
     virtual ~WorkQueue() = default;
 
     /// Any thread.

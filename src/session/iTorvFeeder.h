@@ -34,7 +34,7 @@ public:
     /// The key is the AID as a decimal text. A reader stands in a key's list once. The reading thread may be
     /// the last to let go of it.
     void addReaderForKey(std::shared_ptr<iTorvReader> reader, const std::string& key);
-    /// There is no way to remove one: the screen that goes has the lists made anew.
+    /// A single reader can't be removed: a screen that leaves has the lists made anew.
     void removeAllReaders();
     /// One that is added twice is told twice. None is owned: a screen is listed until it has gone.
     void addConnectionListener(const std::shared_ptr<iTorvConnectionListener>& listener);

@@ -16,8 +16,9 @@ namespace torv {
 /// No state of its own but the server's address: all lives in the user defaults "current_vehicle" and
 /// "vehicles", in the profile that ships, and on the server. Every call gives new objects.
 /// `vehiclesOfServer`, `remoteVehicles`, `vehicles` and `updateVehicle` block for as long as the network
-/// takes. Main thread; but `vehicles` may run on a background thread, where reading, merging and writing the
-/// list is not guarded against a `saveVehicle` in between, and the server's address is for any thread.
+/// takes. Main thread; but `vehicles` and `updateVehicle` may run on a background thread, where reading,
+/// merging and writing the list is not guarded against another change in between. The server's address is
+/// for any thread.
 class VehicleDataSource final {
 public:
     static constexpr auto defaultUpdateServer = "http://update.example.com";

@@ -43,7 +43,7 @@ bool lacksKeyboard(std::string_view devices) {
 }
 
 void chooseOnScreenKeyboard() {
-    // Under Wayland the compositor brings a keyboard of its own.
+    // Under Wayland the compositor has its own keyboard.
     const std::array chosen{"QT_IM_MODULE", "XMODIFIERS", "WAYLAND_DISPLAY"};
     if (std::any_of(chosen.begin(), chosen.end(),
                     [](const char* name) { return qEnvironmentVariableIsSet(name); }))

@@ -51,7 +51,7 @@ FocusScope {
         Accessible.name: overlay.alert.title
         Accessible.description: overlay.alert.message
 
-        // A long message is drawn; its buttons stay.
+        // A long message scrolls; its buttons stay.
         Flickable {
             width: parent.width
             anchors.top: parent.top

@@ -83,7 +83,12 @@ FocusScope {
         Connections {
             target: table.screen.rows
             function onModelAboutToBeReset() { list.keepPlace(); }
-            function onModelReset() { Qt.callLater(list.findPlace); }
+            function onModelReset() { comeBack.restart(); }
+        }
+        Timer {
+            id: comeBack
+            interval: 0  // once the rows are there
+            onTriggered: list.findPlace()
         }
 
         Keys.onPressed: event => {
@@ -109,7 +114,7 @@ FocusScope {
     }
 
     Rectangle {
-        // How far the list has been drawn; appears while it moves.
+        // A scroll bar, bright while the list moves.
         visible: list.visible && list.contentHeight > list.height
         anchors.right: parent.right
         anchors.rightMargin: 4 * table.u

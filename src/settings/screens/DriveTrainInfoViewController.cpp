@@ -71,7 +71,7 @@ std::shared_ptr<TableViewCell> DriveTrainInfoViewController::cellForRowAtIndexPa
     return cell;
 }
 
-/// The three travel in one record, so that it is one word for all of them.
+/// All three are in one record, so they have one note.
 TableSectionView DriveTrainInfoViewController::viewForFooterInSection(int) {
     if (!m_settings.isUntaken(m_info.setting())) return {};
     return {.text = QStringLiteral("⚠ not taken by the module"),

@@ -37,7 +37,7 @@ public:
         TextValueGetterViewController& screen) override;
     void textValueGetterViewControllerDidGetValue(TextValueGetterViewController& screen) override;
 
-    /// Asks nothing.
+    /// Without asking the user first.
     void reset();
 
 private:

@@ -59,7 +59,7 @@ public:
     void iTorvAppDelegateDidChangeCurrentVehicle(iTorvAppDelegate& application) override;
     void iTorvAppDelegateDidChangeWarningSensors(iTorvAppDelegate&) override {}
 
-    /// Asks nothing.
+    /// Without asking the user first.
     void reset();
 
 private:
