@@ -10,26 +10,21 @@ namespace itorvctl {
 
 using namespace torv;
 
-namespace {
-
-UserDefaults& defaults() {
-    return Platform::current().userDefaults();
-}
-
-}  // namespace
-
 StoredValue::StoredValue(const Vehicle& vehicle, AID aid, Kind kind)
     : m_vehicle(vehicle), m_aid(aid), m_kind(kind) {}
 
 std::string StoredValue::profileName() const {
-    return defaults().objectForKey(activeProfileKey).textValue().value_or(std::string{defaultProfileName});
+    return torv::defaults()
+        .objectForKey(activeProfileKey)
+        .textValue()
+        .value_or(std::string{defaultProfileName});
 }
 
 /// Nothing of a profile that can't be read; `itorv` sends nothing of it either.
 std::optional<ProfileDictionary> StoredValue::values() const {
     if (m_kind == Kind::setting) return SettingValueStore::load(m_vehicle);
     std::string error;
-    return profileDictionaryFromArchive(defaults().objectForKey(profileName()), error);
+    return profileDictionaryFromArchive(torv::defaults().objectForKey(profileName()), error);
 }
 
 std::optional<std::string> StoredValue::whyNot() const {
@@ -64,8 +59,8 @@ bool StoredValue::store(const AV& value) const {
     auto all = values().value_or(ProfileDictionary{});
     all.insert_or_assign(m_aid, value);
     if (m_kind == Kind::setting) return SettingValueStore::save(all, m_vehicle);
-    defaults().setObjectForKey(archivedProfileDictionary(all), profileName());
-    return defaults().synchronize();
+    torv::defaults().setObjectForKey(archivedProfileDictionary(all), profileName());
+    return torv::defaults().synchronize();
 }
 
 }  // namespace itorvctl

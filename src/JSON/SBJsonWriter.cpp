@@ -7,7 +7,7 @@ namespace torv {
 namespace {
 
 constexpr std::string_view escapedCharacters = "\"\\\b\t\n\f\r";
-constexpr std::string_view escapeLetters = "\"\\btnfr";
+constexpr std::string_view lettersOfEscaped = "\"\\btnfr";
 
 constexpr bool needsEscape(char c) {
     return static_cast<unsigned char>(c) < 0x20 || c == '"' || c == '\\';
@@ -17,7 +17,7 @@ void appendEscape(char c, std::string& out) {
     constexpr std::string_view digits = "0123456789abcdef";
     if (const auto row = escapedCharacters.find(c); row != std::string_view::npos) {
         out += '\\';
-        out += escapeLetters[row];
+        out += lettersOfEscaped[row];
     } else {
         const auto byte = static_cast<unsigned char>(c);
         out += "\\u00";

@@ -1,25 +1,12 @@
 #include "diagnostics/TroubleCodeDatabase.h"
 
-#include <sqlite3.h>
-
-#include <memory>
-
 #include "platform/Platform.h"
+#include "sqlite/Sqlite.h"
 
 namespace torv {
 namespace {
 
 constexpr auto statement = "SELECT * FROM dtc";
-
-struct Close {
-    void operator()(sqlite3* database) const { sqlite3_close(database); }
-    void operator()(sqlite3_stmt* rows) const { sqlite3_finalize(rows); }
-};
-
-std::string column(sqlite3_stmt* row, int index) {
-    const auto* text = sqlite3_column_text(row, index);
-    return text ? reinterpret_cast<const char*>(text) : std::string{};
-}
 
 }  // namespace
 
@@ -32,7 +19,7 @@ std::optional<TroubleCodeDatabase::Texts> TroubleCodeDatabase::load(const std::f
                                                                     std::string& error) {
     sqlite3* opened = nullptr;
     const int result = sqlite3_open_v2(file.c_str(), &opened, SQLITE_OPEN_READONLY, nullptr);
-    const std::unique_ptr<sqlite3, Close> database{opened};
+    const sqlite::Database database{opened};
     if (result != SQLITE_OK) {
         error = "Failed to open database (" + file.string() + ")";
         return std::nullopt;
@@ -42,13 +29,12 @@ std::optional<TroubleCodeDatabase::Texts> TroubleCodeDatabase::load(const std::f
                 file.string() + ")";
         return std::nullopt;
     };
-    sqlite3_stmt* prepared = nullptr;
-    if (sqlite3_prepare_v2(opened, statement, -1, &prepared, nullptr) != SQLITE_OK) return refuse();
-    const std::unique_ptr<sqlite3_stmt, Close> rows{prepared};
+    const auto rows = sqlite::prepare(opened, statement);
+    if (!rows) return refuse();
     Texts texts;
     int step = SQLITE_DONE;
-    while ((step = sqlite3_step(prepared)) == SQLITE_ROW)
-        texts.insert_or_assign(column(prepared, 0), column(prepared, 1));
+    while ((step = sqlite3_step(rows.get())) == SQLITE_ROW)
+        texts.insert_or_assign(sqlite::column(rows.get(), 0), sqlite::column(rows.get(), 1));
     if (step != SQLITE_DONE) return refuse();
     return texts;
 }

@@ -46,4 +46,9 @@ private:
     NotificationCenter m_notificationCenter;
 };
 
+/// Those of the platform that is installed.
+[[nodiscard]] inline UserDefaults& defaults() {
+    return Platform::current().userDefaults();
+}
+
 }  // namespace torv

@@ -12,10 +12,6 @@
 namespace torv {
 namespace {
 
-UserDefaults& defaults() {
-    return Platform::current().userDefaults();
-}
-
 void setTurboLamp(bool on) {
     Platform::current().notificationCenter().postNotificationName(on ? turboOnNotification
                                                                      : turboOffNotification);

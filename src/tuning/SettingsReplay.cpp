@@ -14,10 +14,6 @@ namespace {
 
 constexpr AID driveTrainAID = 226;
 
-UserDefaults& defaults() {
-    return Platform::current().userDefaults();
-}
-
 }  // namespace
 
 void SettingsReplay::replaySettings(const TuningPass::Cancelled& ended) {

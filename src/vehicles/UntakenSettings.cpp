@@ -6,10 +6,6 @@
 namespace torv {
 namespace {
 
-UserDefaults& defaults() {
-    return Platform::current().userDefaults();
-}
-
 std::string keyFor(const Vehicle& vehicle) {
     return std::string{untakenKeyPrefix} + vehicle.name().value_or("(null)");
 }

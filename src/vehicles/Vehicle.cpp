@@ -9,10 +9,6 @@
 namespace torv {
 namespace {
 
-UserDefaults& defaults() {
-    return Platform::current().userDefaults();
-}
-
 /// What is missing shows as this in a key made from it.
 constexpr auto nothing = "(null)";
 

@@ -22,10 +22,6 @@ namespace {
 
 constexpr auto manifestPath = "/itorvv2/update.json";
 
-UserDefaults& defaults() {
-    return Platform::current().userDefaults();
-}
-
 struct Server {
     std::mutex mutex;
     std::string url = VehicleDataSource::defaultUpdateServer;

@@ -15,7 +15,7 @@ using namespace torv;
 using namespace std::chrono_literals;
 
 constexpr AID shiftLight = 95;
-constexpr AID oilPressure = 12;
+constexpr AID oilPressureAID = 12;
 
 class SettingsJourneyTest : public testing::Test {
 protected:
@@ -101,7 +101,7 @@ TEST_F(SettingsJourneyTest, ATypedSettingReachesTheModuleAndIsFoundAfterARestart
 
 TEST_F(SettingsJourneyTest, ALimitThatIsChangedWarnsAtOnce) {
     start();
-    module.setValue(oilPressure, {60});
+    module.setValue(oilPressureAID, {60});
     auto& warning = app->first->controls()->warningView();
     ASSERT_TRUE(app->waitUntil([&] { return !warning.warning(); }));
     openMenuRow(2, "Sensor Warnings");

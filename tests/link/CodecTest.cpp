@@ -13,7 +13,6 @@
 namespace {
 
 using Bytes = std::vector<std::uint8_t>;
-constexpr auto complete = x2comFrameComplete, partial = x2comFramePartial;
 
 /// Bytes told in hexadecimal, blanks for the eye.
 struct Hex : Bytes {
@@ -97,7 +96,8 @@ TEST(Codec, ParsesAndBuildsTheWorkedFrames) {
         clear();
         std::uint32_t parsedType = 0;
         Bytes parsed;
-        EXPECT_EQ(parse(padded(bytes), parsedType, parsed), slots.empty() ? partial : complete);
+        EXPECT_EQ(parse(padded(bytes), parsedType, parsed),
+                  slots.empty() ? x2comFramePartial : x2comFrameComplete);
         EXPECT_EQ(parsedType, type);
         EXPECT_EQ(parsed, aids);
         expectSlots(slots);
@@ -123,15 +123,25 @@ TEST(Codec, Aid255HasNoSlotOfItsOwn) {
 
 TEST(Codec, UnpacksEvenOddPayloads) {
     const std::tuple<std::string, std::uint8_t, Hex, x2comResult, Hex, std::vector<Hex>> rows[] = {
-        {"no items", 1, "", partial, "", {}},
-        {"cut short", 1, "09 01 C8 0708", partial, "09 C8", {"09 01", "C8 0708"}},
-        {"length 0", 1, "DC 00 050609", partial, "DC", {"DC 00 050609", "09"}},
-        {"length beyond", 1, "DC 0E 01", partial, "DC", {"DC 0E 01"}},
-        {"last of 1, 2, 3", 1, "4A 01 95 0102 B8 010203", complete, "4A95B8", {"B8 010203"}},
-        {"first of 2, 3, 4", 1, "4B 0102 96 010203 B9 01020304", complete, "4B96B9", {"B901020304"}},
-        {"last of 4", 1, "DB 01020304 DC 02 09", complete, "DB DC", {"DB 01020304", "DC 0209"}},
-        {"an item for 255", 1, "FF 02AA 09 01", complete, "FF 09", {"00", "09 01"}},
-        {"14 AIDs", 2, "010203040506070809C8DCFEFF00", partial, "010203040506070809C8DCFEFF00", {"09"}}};
+        {"no items", 1, "", x2comFramePartial, "", {}},
+        {"cut short", 1, "09 01 C8 0708", x2comFramePartial, "09 C8", {"09 01", "C8 0708"}},
+        {"length 0", 1, "DC 00 050609", x2comFramePartial, "DC", {"DC 00 050609", "09"}},
+        {"length beyond", 1, "DC 0E 01", x2comFramePartial, "DC", {"DC 0E 01"}},
+        {"last of 1, 2, 3", 1, "4A 01 95 0102 B8 010203", x2comFrameComplete, "4A95B8", {"B8 010203"}},
+        {"first of 2, 3, 4",
+         1,
+         "4B 0102 96 010203 B9 01020304",
+         x2comFrameComplete,
+         "4B96B9",
+         {"B901020304"}},
+        {"last of 4", 1, "DB 01020304 DC 02 09", x2comFrameComplete, "DB DC", {"DB 01020304", "DC 0209"}},
+        {"an item for 255", 1, "FF 02AA 09 01", x2comFrameComplete, "FF 09", {"00", "09 01"}},
+        {"14 AIDs",
+         2,
+         "010203040506070809C8DCFEFF00",
+         x2comFramePartial,
+         "010203040506070809C8DCFEFF00",
+         {"09"}}};
     for (const auto& [name, type, payload, result, aids, slots] : rows) {
         SCOPED_TRACE(name);
         clear();

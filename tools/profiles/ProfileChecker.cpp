@@ -36,7 +36,7 @@ constexpr std::array<KindRow, 8> kinds{{
     {Kind::object, "an object", [](const Value& v) { return v.dictionary() != nullptr; }},
 }};
 
-std::string quoted(std::string_view text) {
+std::string inQuotes(std::string_view text) {
     constexpr std::size_t most = 60;
     return '"' + std::string{text.substr(0, most)} + (text.size() > most ? "...\"" : "\"");
 }
@@ -89,7 +89,7 @@ std::string unknownKey(std::string_view name, Place place) {
             nearest = &key;
         }
     }
-    if (nearest) sentence += "; is " + quoted(nearest->name) + " meant?";
+    if (nearest) sentence += "; is " + inQuotes(nearest->name) + " meant?";
     return sentence;
 }
 
@@ -164,7 +164,7 @@ void ProfileChecker::checkValue(const Value& value, const Key& key, const std::s
     if (value.number()) {
         const auto given = value.doubleValue();
         if (given >= key.lowest && given <= key.highest) return;
-        m_faults.add(path, "is " + quoted(value.number()->stringValue()) + " and must be from " +
+        m_faults.add(path, "is " + inQuotes(value.number()->stringValue()) + " and must be from " +
                                shortText(key.lowest) + " to " + shortText(key.highest));
     } else if (value.text()) {
         const auto decoded = torv::percentDecoded(*value.text());
@@ -174,7 +174,7 @@ void ProfileChecker::checkValue(const Value& value, const Key& key, const std::s
             m_faults.add(path, "must not be empty");
         } else if (!key.choices.empty() && !oneOf(*value.text(), key.choices)) {
             m_faults.add(path,
-                         "is " + quoted(*value.text()) + " and must be one of " + std::string{key.choices});
+                         "is " + inQuotes(*value.text()) + " and must be one of " + std::string{key.choices});
         }
     } else if (value.array()) {
         checkElements(value, key.kind, path);
@@ -193,7 +193,7 @@ void ProfileChecker::checkElements(const Value& list, Kind kind, const std::stri
                                             std::to_string(torv::intValue(*value.text())) != *value.text())) {
             m_faults.add(element(path, i), "must be a text with a whole number from 0 to 255, as in \"3\"");
         } else if (!seen.insert(*value.text()).second) {
-            m_faults.add(element(path, i), quoted(*value.text()) + " is in the list twice");
+            m_faults.add(element(path, i), inQuotes(*value.text()) + " is in the list twice");
         }
     }
 }
@@ -203,14 +203,14 @@ void ProfileChecker::checkHead(const Dictionary& profile) {
         const auto point = version->find('.');
         if (point == std::string::npos || !isDigits(version->substr(0, point)) ||
             !isDigits(version->substr(point + 1))) {
-            m_faults.add("version", "is " + quoted(*version) +
+            m_faults.add("version", "is " + inQuotes(*version) +
                                         " and must be two whole numbers with a point, as in \"1.10\"");
         }
     }
     const auto* url = profile["url"].text();
     if (url && !m_loader.accepts(*url)) {
         m_faults.add("url",
-                     "is " + quoted(*url) + " and must be an address beginning with http:// or https://");
+                     "is " + inQuotes(*url) + " and must be an address beginning with http:// or https://");
     }
     if (!profile.find("url") && m_urlNeeded) m_faults.add("url", "is missing; --base-url gives one to all");
 }
@@ -407,7 +407,8 @@ void ProfileChecker::checkCategories(const Value& sensors, const std::string& pa
         auto topic = category->substr(0, line);
         auto index = line == std::string::npos ? std::string{} : category->substr(line + 1);
         if (topic.empty() || !isDigits(index) || std::to_string(torv::intValue(index)) != index) {
-            m_faults.add(at, "is " + quoted(*category) + " and must be a topic and a row, as in \"Turbo_0\"");
+            m_faults.add(at,
+                         "is " + inQuotes(*category) + " and must be a topic and a row, as in \"Turbo_0\"");
             continue;
         }
         ++sizes[topic];
@@ -416,7 +417,7 @@ void ProfileChecker::checkCategories(const Value& sensors, const std::string& pa
     for (const auto& [at, topic, index] : rows) {
         const auto size = sizes[topic];
         if (static_cast<std::size_t>(torv::intValue(index)) < size) continue;
-        m_faults.add(at, "the rows of " + quoted(topic) + " must be numbered from 0 to " +
+        m_faults.add(at, "the rows of " + inQuotes(topic) + " must be numbered from 0 to " +
                              std::to_string(size - 1) + " without a gap");
     }
 }
@@ -435,7 +436,7 @@ void ProfileChecker::checkOnce(FirstPlaces& seen, const std::string& what, std::
     if (what.empty()) return;
     const auto [first, isNew] = seen.emplace(what, path);
     if (isNew) return;
-    m_faults.add(path, "the " + std::string{kind} + ' ' + quoted(what) + " is already at " + first->second);
+    m_faults.add(path, "the " + std::string{kind} + ' ' + inQuotes(what) + " is already at " + first->second);
 }
 
 }  // namespace profiles

@@ -1,7 +1,5 @@
 #include "platform/real/SqliteSalvage.h"
 
-#include <sqlite3.h>
-
 #include <algorithm>
 #include <cstring>
 #include <fstream>
@@ -12,8 +10,12 @@
 #include <system_error>
 #include <utility>
 
+#include "sqlite/Sqlite.h"
+
 namespace torv {
 namespace {
+
+using sqlite::column, sqlite::prepare, sqlite::run;
 
 using Bytes = std::vector<std::uint8_t>;
 
@@ -22,29 +24,10 @@ constexpr std::size_t usualPageSize = 4096;
 constexpr std::uint8_t tableLeaf = 0x0D;  // first byte of such a page
 constexpr std::size_t pageCountPlace = 28;
 
-struct Close {
-    void operator()(sqlite3* database) const { sqlite3_close_v2(database); }
-};
-struct Finalize {
-    void operator()(sqlite3_stmt* statement) const { sqlite3_finalize(statement); }
-};
-using Database = std::unique_ptr<sqlite3, Close>;
-using Statement = std::unique_ptr<sqlite3_stmt, Finalize>;
-
-Database inMemory() {
+sqlite::Database inMemory() {
     sqlite3* database = nullptr;
     sqlite3_open(":memory:", &database);
-    return Database{database};
-}
-
-Statement prepare(sqlite3* database, const char* text) {
-    sqlite3_stmt* statement = nullptr;
-    sqlite3_prepare_v2(database, text, -1, &statement, nullptr);
-    return Statement{statement};
-}
-
-bool run(sqlite3* database, const std::string& text) {
-    return sqlite3_exec(database, text.c_str(), nullptr, nullptr, nullptr) == SQLITE_OK;
+    return sqlite::Database{database};
 }
 
 Bytes contentsOf(const std::filesystem::path& file) {
@@ -101,12 +84,6 @@ Bytes soundFirstPage(std::size_t pageSize) {
         sqlite3_serialize(sound.get(), "main", &size, 0), &sqlite3_free};
     if (!bytes || size < static_cast<sqlite3_int64>(pageSize)) return {};
     return {bytes.get(), bytes.get() + pageSize};
-}
-
-std::string column(sqlite3_stmt* statement, int index) {
-    const auto* bytes = static_cast<const char*>(sqlite3_column_blob(statement, index));
-    return bytes ? std::string(bytes, static_cast<std::size_t>(sqlite3_column_bytes(statement, index)))
-                 : std::string{};
 }
 
 using Newest = std::map<std::string, std::pair<sqlite3_int64, StoredRow>, std::less<>>;

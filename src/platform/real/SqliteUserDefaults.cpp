@@ -1,7 +1,5 @@
 #include "platform/real/SqliteUserDefaults.h"
 
-#include <sqlite3.h>
-
 #include <algorithm>
 #include <array>
 #include <system_error>
@@ -19,6 +17,8 @@ struct SqliteUserDefaults::Access {
 };
 
 namespace {
+
+using sqlite::column, sqlite::prepare, sqlite::run;
 
 constexpr auto tableStatement =
     "CREATE TABLE IF NOT EXISTS defaults (key BLOB PRIMARY KEY, kind TEXT NOT NULL, value NOT NULL)";
@@ -38,31 +38,10 @@ constexpr auto lossStatement = "PRAGMA user_version";
 constexpr auto keepLossStatement = "PRAGMA user_version = 1";
 constexpr int busyMilliseconds = 2000;
 
-struct Finalize {
-    void operator()(sqlite3_stmt* statement) const { sqlite3_finalize(statement); }
-};
-using Statement = std::unique_ptr<sqlite3_stmt, Finalize>;
-
-Statement prepare(sqlite3* database, const char* text) {
-    sqlite3_stmt* statement = nullptr;
-    sqlite3_prepare_v2(database, text, -1, &statement, nullptr);
-    return Statement{statement};
-}
-
-bool run(sqlite3* database, const char* text) {
-    return sqlite3_exec(database, text, nullptr, nullptr, nullptr) == SQLITE_OK;
-}
-
 std::optional<int> numberFrom(sqlite3* database, const char* text) {
     const auto statement = prepare(database, text);
     if (!statement || sqlite3_step(statement.get()) != SQLITE_ROW) return std::nullopt;
     return sqlite3_column_int(statement.get(), 0);
-}
-
-std::string column(sqlite3_stmt* statement, int index) {
-    const auto* bytes = static_cast<const char*>(sqlite3_column_blob(statement, index));
-    return bytes ? std::string(bytes, static_cast<std::size_t>(sqlite3_column_bytes(statement, index)))
-                 : std::string{};
 }
 
 // Texts stand as they are, however long; all else as archived text.
@@ -168,10 +147,6 @@ bool isDamage(int code) {
 
 }  // namespace
 
-void SqliteUserDefaults::Close::operator()(sqlite3* database) const {
-    sqlite3_close_v2(database);
-}
-
 namespace {
 
 constexpr int readAndWrite = SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE;
@@ -214,12 +189,12 @@ bool SqliteUserDefaults::read(const Access& access) {
     return false;
 }
 
-SqliteUserDefaults::Database SqliteUserDefaults::open(const std::filesystem::path& file, const Access& access,
-                                                      std::string& error, int& code) {
+sqlite::Database SqliteUserDefaults::open(const std::filesystem::path& file, const Access& access,
+                                          std::string& error, int& code) {
     sqlite3* made = nullptr;
     code = sqlite3_open_v2((uriOf(file) + access.parameters).c_str(), &made, access.flags | SQLITE_OPEN_URI,
                            nullptr);
-    Database database{made};
+    sqlite::Database database{made};
     if (database) sqlite3_busy_timeout(database.get(), busyMilliseconds);
     if (code == SQLITE_OK && run(database.get(), access.statements)) return database;
     code = database ? sqlite3_errcode(database.get()) : SQLITE_NOMEM;

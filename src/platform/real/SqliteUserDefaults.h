@@ -12,8 +12,7 @@
 
 #include "platform/UserDefaults.h"
 #include "platform/real/SqliteSalvage.h"
-
-struct sqlite3;
+#include "sqlite/Sqlite.h"
 
 namespace torv {
 
@@ -41,10 +40,6 @@ public:
     [[nodiscard]] bool isKept() const override;
 
 private:
-    struct Close {
-        void operator()(sqlite3* database) const;
-    };
-    using Database = std::unique_ptr<sqlite3, Close>;
     struct Access;
     /// The store as it was last read, with what has been set since.
     struct Contents {
@@ -54,8 +49,8 @@ private:
         std::optional<int> version;                     ///< moves with the commits of others
     };
 
-    [[nodiscard]] static Database open(const std::filesystem::path& file, const Access& access,
-                                       std::string& error, int& code);
+    [[nodiscard]] static sqlite::Database open(const std::filesystem::path& file, const Access& access,
+                                               std::string& error, int& code);
     [[nodiscard]] bool read(const Access& access);
     [[nodiscard]] bool load() const;
     void follow() const;
@@ -65,8 +60,8 @@ private:
     [[nodiscard]] bool commit();
 
     const std::filesystem::path m_file;
-    Database m_database;  // null: in memory only
-    std::string m_error;  // of the last access that failed
+    sqlite::Database m_database;  // null: in memory only
+    std::string m_error;          // of the last access that failed
     int m_code = 0;
     bool m_failing = false;  // the last commit could not be kept, which has been said
 

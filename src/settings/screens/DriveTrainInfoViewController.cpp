@@ -23,10 +23,6 @@ Part partOfRow(int row) {
     return row == transmission ? Part::transmission : Part::rearEndRatio;
 }
 
-QString text(const std::string& words) {
-    return QString::fromStdString(words);
-}
-
 QString tenths(double number) {
     return QString::number(number, 'f', 1);
 }
@@ -62,9 +58,10 @@ std::shared_ptr<TableViewCell> DriveTrainInfoViewController::cellForRowAtIndexPa
     cell->setTag(path.row);
     cell->setText(titles[static_cast<std::size_t>(path.row)]);
     if (path.row == tireSize) {
-        cell->setDetailValue(text(m_info.formattedValue().value), text(unitText(m_info.setting().unit)));
+        cell->setDetailValue(QString::fromStdString(m_info.formattedValue().value),
+                             QString::fromStdString(unitText(m_info.setting().unit)));
     } else {
-        cell->setDetailText(text(m_info.choice(partOfRow(path.row))));
+        cell->setDetailText(QString::fromStdString(m_info.choice(partOfRow(path.row))));
     }
     cell->setAccessory(m_connected ? TableViewCell::Accessory::Disclosure : TableViewCell::Accessory::None);
     cell->setDimmed(!m_connected);
@@ -92,24 +89,25 @@ void DriveTrainInfoViewController::didSelectRowAtIndexPath(IndexPath path) {
 void DriveTrainInfoViewController::pushPicker(int row) {
     QStringList values;
     for (const auto& choice : m_info.choices(partOfRow(row)))
-        values.push_back(text(choice));
+        values.push_back(QString::fromStdString(choice));
     const auto picker = TablePickerViewController::initWithTitleValuesSelectedValue(
-        text(m_info.setting().name.value_or(std::string{})), values, text(m_info.choice(partOfRow(row))));
+        QString::fromStdString(m_info.setting().name.value_or(std::string{})), values,
+        QString::fromStdString(m_info.choice(partOfRow(row))));
     picker->setTag(row);
     picker->setDelegate(this);
     navigationController()->pushViewControllerAnimated(picker, true);
 }
 
 void DriveTrainInfoViewController::pushTireSize(int row) {
-    const QStringList value{text(m_info.formattedValue().value)};
+    const QStringList value{QString::fromStdString(m_info.formattedValue().value)};
     const auto& setting = m_info.setting();
     const auto screen = TextValueGetterViewController::initWithValuesAndDefaultTexts(value, value);
     screen->setInput({.keyboardType = numbersAndPunctuation});
     screen->setDelegate(this);
-    screen->setTitle(text(setting.name.value_or(std::string{})));
+    screen->setTitle(QString::fromStdString(setting.name.value_or(std::string{})));
     screen->setTag(row);
     if (setting.minValue != 0.0 || setting.maxValue != 0.0) {
-        const auto unit = text(unitText(setting.unit));
+        const auto unit = QString::fromStdString(unitText(setting.unit));
         screen->setToolTip(QStringLiteral("This attribute min value is %1 %2 and it's max value is %3 %4.")
                                .arg(tenths(setting.minValue), unit, tenths(setting.maxValue), unit));
     }

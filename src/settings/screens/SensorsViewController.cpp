@@ -9,10 +9,6 @@ namespace {
 
 constexpr std::int64_t switchOffset = 40;
 
-QString text(const std::string& words) {
-    return QString::fromStdString(words);
-}
-
 }  // namespace
 
 void SensorsViewController::viewDidLoad() {
@@ -40,8 +36,9 @@ std::shared_ptr<TableViewCell> SensorsViewController::cellForRowAtIndexPath(Inde
     }
     const auto& sensor = this->sensor(path.row);
     cell->on(SensorWarnings::isOn(sensor));
-    cell->setText(text(sensor.name.value_or(std::string{})));
-    cell->setDetailValue(text(SensorWarnings::textOfValue(sensor)), text(unitText(sensor.unit)));
+    cell->setText(QString::fromStdString(sensor.name.value_or(std::string{})));
+    cell->setDetailValue(QString::fromStdString(SensorWarnings::textOfValue(sensor)),
+                         QString::fromStdString(unitText(sensor.unit)));
     cell->setTag(path.row);
     return cell;
 }
@@ -49,15 +46,15 @@ std::shared_ptr<TableViewCell> SensorsViewController::cellForRowAtIndexPath(Inde
 void SensorsViewController::didSelectRowAtIndexPath(IndexPath path) {
     if (!navigationController()) return;
     const auto& sensor = this->sensor(path.row);
-    const QStringList value{text(SensorWarnings::textOfValue(sensor))};
+    const QStringList value{QString::fromStdString(SensorWarnings::textOfValue(sensor))};
     const auto screen = TextValueGetterViewController::initWithValuesAndDefaultTexts(value, value);
     screen->setInput({.keyboardType = numberPad});
     screen->setDelegate(this);
-    screen->setTitle(text(sensor.name.value_or(std::string{})));
+    screen->setTitle(QString::fromStdString(sensor.name.value_or(std::string{})));
     screen->setTag(path.row);
     const auto range = SensorWarnings::range(sensor);
     if (range.isTold) {
-        const auto unit = text(unitText(range.unit));
+        const auto unit = QString::fromStdString(unitText(range.unit));
         screen->setToolTip(
             QStringLiteral("This sensor warning min value is %1 %2 and it's max value is %3 %4.")
                 .arg(QString::number(range.lowest), unit, QString::number(range.highest), unit));

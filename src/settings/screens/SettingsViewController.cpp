@@ -13,21 +13,17 @@ namespace torv {
 namespace {
 
 // Points between a switch and the row's right edge; the larger one leaves room for the detail button.
-constexpr std::int64_t switchOffset = 40;
+constexpr std::int64_t switchOffsetAlone = 40;
 constexpr std::int64_t switchOffsetBesideButton = 60;
 
-QString text(const std::string& words) {
-    return QString::fromStdString(words);
-}
-
 QString nameOf(const TorvAttribute& setting) {
-    return text(setting.name.value_or(std::string{}));
+    return QString::fromStdString(setting.name.value_or(std::string{}));
 }
 
 QStringList optionsOf(const TorvAttribute& setting) {
     QStringList options;
     for (const auto& option : textsOfList(setting.options))
-        options.push_back(text(option));
+        options.push_back(QString::fromStdString(option));
     return options;
 }
 
@@ -76,7 +72,7 @@ std::shared_ptr<TableViewCell> SettingsViewController::emptyCell(const TorvAttri
         cell->on(isSwitchedOn(record));
         cell->enable(m_connected && isChangeable(setting));
         const bool besideButton = setting.aid == turboTimerSettingAID && m_connected;
-        cell->setOffsetFromRight(besideButton ? switchOffsetBesideButton : switchOffset);
+        cell->setOffsetFromRight(besideButton ? switchOffsetBesideButton : switchOffsetAlone);
         return cell;
     }
     if (setting.aid == threeWaySettingAID) {
@@ -85,7 +81,8 @@ std::shared_ptr<TableViewCell> SettingsViewController::emptyCell(const TorvAttri
         if (!cell)
             cell = std::make_shared<TappableLabelTableViewCell>(TableViewCell::Style::Subtitle, identifier);
         cell->setDelegate(this);
-        cell->setAdditionalLabel(text(textOfChoice(setting, choiceOfSetting(setting, record))));
+        cell->setAdditionalLabel(
+            QString::fromStdString(textOfChoice(setting, choiceOfSetting(setting, record))));
         cell->setEnabled(m_connected);
         return cell;
     }
@@ -104,7 +101,7 @@ std::shared_ptr<TableViewCell> SettingsViewController::cellForRowAtIndexPath(Ind
     cell->setText(nameOf(setting));
     if (!isDriveTrain) {
         const auto unit = rangeOfSetting(setting, record).unit;
-        cell->setDetailValue(text(record.value), text(unitText(unit)));
+        cell->setDetailValue(QString::fromStdString(record.value), QString::fromStdString(unitText(unit)));
     }
     if (setting.aid == turboTimerSettingAID) {
         cell->setAccessory(m_connected ? TableViewCell::Accessory::Detail : TableViewCell::Accessory::None);
@@ -136,7 +133,7 @@ void SettingsViewController::didSelectRowAtIndexPath(IndexPath path) {
         return navigationController()->pushViewControllerAnimated(screen, true);
     }
     const auto record = m_settings->formattedValueForSetting(setting);
-    const QStringList value{text(record.value)};
+    const QStringList value{QString::fromStdString(record.value)};
     const auto screen = TextValueGetterViewController::initWithValuesAndDefaultTexts(value, value);
     screen->setInput({.keyboardType = numberPad});
     screen->setDelegate(this);
@@ -144,7 +141,7 @@ void SettingsViewController::didSelectRowAtIndexPath(IndexPath path) {
     screen->setTag(path.row);
     const auto range = rangeOfSetting(setting, record);
     if (range.isTold) {
-        const auto unit = text(unitText(range.unit));
+        const auto unit = QString::fromStdString(unitText(range.unit));
         screen->setToolTip(
             QStringLiteral("This attribute min value is %1 %2 and it's max value is %3 %4.")
                 .arg(QString::number(range.lowest), unit, QString::number(range.highest), unit));
@@ -157,7 +154,7 @@ void SettingsViewController::pushPicker(int row) {
     if (!navigationController() || !isChangeable(setting)) return;
     const auto choice = choiceOfSetting(setting, m_settings->formattedValueForSetting(setting));
     const auto picker = TablePickerViewController::initWithTitleValuesSelectedValue(
-        nameOf(setting), optionsOf(setting), text(textOfChoice(setting, choice)));
+        nameOf(setting), optionsOf(setting), QString::fromStdString(textOfChoice(setting, choice)));
     picker->setTag(row);
     picker->setDelegate(this);
     navigationController()->pushViewControllerAnimated(picker, true);
