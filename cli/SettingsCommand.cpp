@@ -56,7 +56,7 @@ std::string textOf(DeviceSettings& settings, const TorvAttribute& setting, const
         words = {printable(info.choice(record, Part::transmission)),
                  printable(info.choice(record, Part::rearEndRatio))};
     }
-    std::string text = record.value + " " + printable(unitText(rangeOfSetting(setting, record).unit));
+    std::string text = record.value + " " + printable(unitText(valueRange(setting, record).unit));
     for (const auto& word : words)
         text += ", " + word;
     return text;

@@ -6,20 +6,43 @@
 #include "app/PlainViewController.h"
 #include "diagnostics/screens/DtcViewController.h"
 #include "diagnostics/screens/GroupsViewController.h"
+#include "platform/Platform.h"
+#include "platform/StoredKeys.h"
+#include "screens/NavigationController.h"
 #include "settings/screens/SensorsViewController.h"
 #include "settings/screens/SettingsViewController.h"
+#include "tuning/screens/CustomTuningViewController.h"
+#include "tuning/screens/PassReportViewController.h"
 #include "vehicles/screens/CarSetupTableViewController.h"
 
 namespace torv {
 
 std::shared_ptr<iTorvViewController> Screens::firstPage() const {
-    const DashboardScreens others{.mainMenu = [screens = *this] { return screens.mainMenu(); },
-                                  .carSetup = [screens = *this] { return screens.carSetup(); }};
+    const DashboardScreens others{
+        .mainMenu = [screens = *this] { return screens.mainMenu(); },
+        .carSetup = [screens = *this] { return screens.carSetup(); },
+        .passReport =
+            [control = m_control](const PassReport& report) {
+                const auto name = defaults().objectForKey(activeProfileKey).textValue();
+                return std::make_shared<PassReportViewController>(
+                    control, QString::fromStdString(name.value_or(std::string{})), report);
+            }};
     return std::make_shared<iTorvViewController>(m_control, others);
 }
 
 std::shared_ptr<ViewController> Screens::carSetup() const {
     return std::make_shared<CarSetupTableViewController>(m_control);
+}
+
+void Screens::presentImport(ViewController& page) const {
+    if (!m_control->importVehicleInfo() && !m_control->importTrouble()) return;
+    const auto screen = std::make_shared<CustomTuningViewController>(m_control);
+    screen->setImportVehicleInfo(m_control->importVehicleInfo());
+    screen->setImportTrouble(QString::fromStdString(m_control->importTrouble().value_or(std::string{})));
+    auto* top = &page;  // the choice of a vehicle may lie over it
+    while (top->presentedViewController())
+        top = top->presentedViewController();
+    top->presentModalViewControllerAnimated(std::make_shared<NavigationController>(screen), false);
 }
 
 std::shared_ptr<ViewController> Screens::mainMenu() const {
@@ -32,7 +55,7 @@ std::shared_ptr<ViewController> Screens::mainMenu() const {
         {"Vehicle Setup", [screens = *this] { return screens.carSetup(); }},
         {"Settings", [control] { return std::make_shared<SettingsViewController>(control); }},
         {"Sensor Warnings", [control] { return std::make_shared<SensorsViewController>(control); }},
-        plain("Custom Tuning"),
+        {"Custom Tuning", [control] { return std::make_shared<CustomTuningViewController>(control); }},
         plain("Data Logging"),
         {"Diagnostics",
          [control] {

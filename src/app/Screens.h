@@ -16,6 +16,8 @@ public:
     [[nodiscard]] std::shared_ptr<iTorvViewController> firstPage() const;
     [[nodiscard]] std::shared_ptr<ViewController> mainMenu() const;
     [[nodiscard]] std::shared_ptr<ViewController> carSetup() const;
+    /// Over all, for the file that the program was launched with; nothing without one.
+    void presentImport(ViewController& page) const;
 
 private:
     std::shared_ptr<iTorvAppDelegate> m_control;

@@ -212,6 +212,7 @@ int main(int argc, char** argv) {
                 stage = std::make_unique<Stage>(firstPage, status.get());
                 mainWindow->show(*stage);
                 whenShown();
+                Screens{control}.presentImport(*firstPage);
             });
         });
     auto* window = mainWindow->window();

@@ -13,9 +13,10 @@ namespace torv {
 void ConnectReplay::run() {
     if (m_state == State::running) m_state = State::startingOver;
     if (m_state != State::idle) return;
+    PassReport report;
     do {
         m_state = State::running;
-        runPass();
+        report = runPass();
         if (m_state == State::cancelled) {
             SettingsReplay::activateDefaultProfile();
             Platform::current().userDefaults().synchronize();
@@ -23,17 +24,20 @@ void ConnectReplay::run() {
     } while (m_state == State::startingOver || m_state == State::cancelled);
     if (m_state == State::running) m_state = State::idle;
     Platform::current().notificationCenter().postNotificationName(customTuningSettingsUpdated);
+    const bool isNews = m_application->tellsAnew(report.summary());
+    if (m_state == State::idle && m_showReport && isNews && !report.isClean()) m_showReport(report);
 }
 
-void ConnectReplay::runPass() {
+PassReport ConnectReplay::runPass() {
     const auto pass = m_application->beginPass();
     logLine("getsran");
     TuningOverlay overlay{[this] { cancel(); }};
     m_showProgress(overlay.hud());
-    SettingsReplay{m_application->feeder(), m_application->currentVehicle()}.run(
+    auto report = SettingsReplay{m_application->feeder(), m_application->currentVehicle()}.run(
         [&](std::size_t index, std::size_t failed, std::size_t total) { overlay.show(index, failed, total); },
         [this] { return m_state != State::running; }, [this] { return m_state == State::ended; });
     m_showProgress(nullptr);
+    return report;
 }
 
 void ConnectReplay::cancel() {

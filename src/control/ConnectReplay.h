@@ -5,6 +5,7 @@
 
 #include "control/iTorvAppDelegate.h"
 #include "screens/ProgressHUD.h"
+#include "tuning/PassReport.h"
 
 namespace torv {
 
@@ -25,8 +26,14 @@ public:
     /// Null takes the overlay away.
     using ShowProgress = std::function<void(std::shared_ptr<ProgressHUD>)>;
 
-    ConnectReplay(std::shared_ptr<iTorvAppDelegate> application, ShowProgress showProgress)
-        : m_application(std::move(application)), m_showProgress(std::move(showProgress)) {}
+    /// What of the active profile the module has not taken, once a replay has ended and it is news.
+    using ShowReport = std::function<void(const PassReport&)>;
+
+    ConnectReplay(std::shared_ptr<iTorvAppDelegate> application, ShowProgress showProgress,
+                  ShowReport showReport = {})
+        : m_application(std::move(application)),
+          m_showProgress(std::move(showProgress)),
+          m_showReport(std::move(showReport)) {}
 
     void run();
     void cancel();
@@ -35,10 +42,11 @@ public:
 private:
     enum class State { idle, running, startingOver, cancelled, ended };
 
-    void runPass();
+    PassReport runPass();
 
     const std::shared_ptr<iTorvAppDelegate> m_application;
     const ShowProgress m_showProgress;
+    const ShowReport m_showReport;
     State m_state = State::idle;
 };
 

@@ -44,9 +44,14 @@ void iTorvAppDelegate::importFileURL(const std::string& text) {
     if (!url.isLocalFile()) return;
     std::string error;
     const auto contents = contentsOfFile(url.toLocalFile().toStdString(), error);
-    if (!contents) return logLine(error);
-    m_importVehicleInfo = isUtf8(*contents) ? VehicleDataSource::vehicleInfo(*contents) : std::nullopt;
-    logLine(text + (m_importVehicleInfo ? " is ready to be imported" : " holds no tuning profile"));
+    if (contents)
+        m_importVehicleInfo = isUtf8(*contents) ? VehicleDataSource::vehicleInfo(*contents) : std::nullopt;
+    if (!contents) {
+        m_importTrouble = error;
+    } else if (!m_importVehicleInfo) {
+        m_importTrouble = url.toLocalFile().toStdString() + " holds no tuning profile.";
+    }
+    logLine(m_importTrouble.value_or(text + " is ready to be imported"));
 }
 
 void iTorvAppDelegate::applicationWillTerminate() {

@@ -5,6 +5,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "control/iTorvAppDelegateDelegate.h"
@@ -82,6 +83,13 @@ public:
     [[nodiscard]] std::optional<DataLog>& dataLoggingDict() { return m_dataLoggingDict; }
     /// The document of the launch URL, until the import screen takes it.
     [[nodiscard]] const std::optional<Value>& importVehicleInfo() const { return m_importVehicleInfo; }
+    /// Why the launch URL holds no such document, in one sentence; nothing where all is well, or where there
+    /// is none.
+    [[nodiscard]] const std::optional<std::string>& importTrouble() const { return m_importTrouble; }
+    /// False for what was told last: the replay of each page finds the same.
+    [[nodiscard]] bool tellsAnew(const std::string& sentence) {
+        return std::exchange(m_lastTold, sentence) != sentence;
+    }
 
     void readAid(std::span<std::uint8_t>, AID) override {}
     [[nodiscard]] std::int32_t priority() const override { return 1; }
@@ -111,6 +119,8 @@ private:
     bool m_connectionErrorMessageAllowed = false;
     std::shared_ptr<AlertView> m_disconnectedWarning;
     std::optional<Value> m_importVehicleInfo;
+    std::optional<std::string> m_importTrouble;
+    std::string m_lastTold;
 };
 
 }  // namespace torv

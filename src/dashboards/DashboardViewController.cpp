@@ -45,10 +45,13 @@ DashboardViewController::DashboardViewController(const DashboardTraits& traits,
       m_screens(std::move(screens)),
       m_feeder(m_application->feeder()),
       m_currentVehicle(m_application->currentVehicle()),
-      m_replay(m_application, [this](auto overlay) {
-          if (overlay) overlay->setSwallowsTouches(false);
-          setProgress(std::move(overlay));
-      }) {}
+      m_replay(
+          m_application,
+          [this](auto overlay) {
+              if (overlay) overlay->setSwallowsTouches(false);
+              setProgress(std::move(overlay));
+          },
+          [this](const PassReport& report) { showPassReport(report); }) {}
 
 DashboardViewController::~DashboardViewController() {
     m_application->removeDelegate(this);
@@ -445,6 +448,17 @@ void DashboardViewController::pushViewControllerAnimated(std::shared_ptr<ViewCon
 void DashboardViewController::pushMainMenuViewController() {
     m_pageView->releaseDraggingView();
     if (m_screens.mainMenu) pushViewControllerAnimated(m_screens.mainMenu(), true);
+}
+
+void DashboardViewController::showPassReport(const PassReport& report) {
+    const bool hasRows = !report.rows.empty() && m_screens.passReport;
+    auto alert = std::make_shared<AlertView>("After the connect", QString::fromStdString(report.summary()),
+                                             hasRows ? QStringList{"Close", "Show"} : QStringList{"Close"});
+    alert->setDismissedHandler([this, weak = weak_from_this(), report](int index) {
+        const auto self = weak.lock();
+        if (self && index == 1) pushViewControllerAnimated(m_screens.passReport(report), true);
+    });
+    showAlert(std::move(alert));
 }
 
 void DashboardViewController::pushCarSetupTableViewController() {

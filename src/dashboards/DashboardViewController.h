@@ -28,6 +28,7 @@ struct DashboardScreens {
     using Maker = std::function<std::shared_ptr<ViewController>()>;
     Maker mainMenu;
     Maker carSetup;
+    std::function<std::shared_ptr<ViewController>(const PassReport&)> passReport{};
 };
 
 /// One of the three full-screen pages of live gauges: their places, the strip that sensors are dragged from,
@@ -85,6 +86,8 @@ public:
     /// Writes all that is stored to the module, behind an overlay. Blocks.
     void sendvalues();
     void cancelCustomTuning() { m_replay.cancel(); }
+    /// What of the active profile the module did not take at this connect.
+    void showPassReport(const PassReport& report);
     void hideControls();
     void pushMainMenuViewController();
     void pushCarSetupTableViewController();

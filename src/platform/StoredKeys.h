@@ -12,12 +12,16 @@ inline constexpr std::string_view firstRunKey =
 inline constexpr std::string_view stockTireSizeKey = "STOCK_TIRE_SIZE";  // text of the first size entered
 inline constexpr std::string_view turboSettingKey = "turbosetting";      // whether the turbo lamp is on
 inline constexpr std::string_view activeProfileKey = "savedprofile";     // name of the active tuning profile
+inline constexpr std::string_view damagedListKey =
+    "DAMAGED_PROFILE_LIST";  // path of the list of tuning profiles that ended an earlier process
 
 // Behind these stands the name of a vehicle.
 inline constexpr std::string_view settingsKeyPrefix = "SETTINGS_";  // profile dictionary of device settings
 inline constexpr std::string_view sensorsKeyPrefix = "SENSORS_";    // warning rule and value by sensor name
 inline constexpr std::string_view untakenKeyPrefix =
     "UNTAKEN_";  // settings that the module has not acknowledged
+inline constexpr std::string_view asFoundKeyPrefix =
+    "AS_FOUND_";  // name of the profile of what the module held at first, empty when that is lost
 // Read by the reset of the settings; nothing has ever written it. Kept as it is.
 inline constexpr std::string_view originalSettingsKeyPrefix = "ORIGINAL_SETTINGS_";
 

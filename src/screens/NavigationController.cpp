@@ -56,7 +56,12 @@ void NavigationController::popViewControllerAnimated(bool animated) {
 }
 
 void NavigationController::popToRootViewControllerAnimated(bool animated) {
-    while (m_stack.size() > 2)
+    popToIndexAnimated(0, animated);
+}
+
+void NavigationController::popToIndexAnimated(int index, bool animated) {
+    if (depth() < index + 2) return;
+    while (depth() > index + 2)
         letGoOf(m_stack.end() - 2);
     popViewControllerAnimated(animated);
 }

@@ -34,6 +34,8 @@ public:
     /// Does nothing on the root.
     void popViewControllerAnimated(bool animated);
     void popToRootViewControllerAnimated(bool animated);
+    /// Until the screen that lies so high is on top, the root being 0. Does nothing on a lower stack.
+    void popToIndexAnimated(int index, bool animated);
 
     // As the whole stack comes and goes, so does its topmost screen.
     void viewDidLoad() override { topViewController()->loadViewIfNeeded(); }

@@ -33,6 +33,7 @@ class TextValueGetterTableViewCell final : public torv::TableViewCell {
     Q_PROPERTY(QString placeholder READ placeholder NOTIFY fieldChanged)
     Q_PROPERTY(bool secure READ secureTextEntry NOTIFY fieldChanged)
     Q_PROPERTY(int inputHints READ inputHints NOTIFY fieldChanged)
+    Q_PROPERTY(bool clearsOnBeginEditing READ clearsOnBeginEditing NOTIFY fieldChanged)
     Q_PROPERTY(bool firstResponder READ isFirstResponder NOTIFY firstResponderChanged)
 
 public:
@@ -60,6 +61,12 @@ public:
     [[nodiscard]] QString placeholder() const { return m_placeholder; }
     void setPlaceholder(const QString& text);
     void setInput(const Input& input);
+    /// Whether what is typed first wipes the old text.
+    [[nodiscard]] bool clearsOnBeginEditing() const { return m_clearsOnBeginEditing; }
+    void setClearsOnBeginEditing(bool clears) {
+        m_clearsOnBeginEditing = clears;
+        emit fieldChanged();
+    }
     [[nodiscard]] bool secureTextEntry() const { return m_input.secureTextEntry; }
     /// Qt::InputMethodHints.
     [[nodiscard]] int inputHints() const;
@@ -88,6 +95,7 @@ private:
     QString m_value;
     QString m_placeholder;
     Input m_input;
+    bool m_clearsOnBeginEditing = true;
     bool m_firstResponder = false;
 };
 

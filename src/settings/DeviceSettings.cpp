@@ -39,8 +39,8 @@ AVFormatterData DeviceSettings::formattedValueForSetting(const TorvAttribute& se
     return torv::formattedValueForSetting(setting, m_settingValues).value_or(AVFormatterData{});
 }
 
-SettingRange DeviceSettings::range(const TorvAttribute& setting) const {
-    return rangeOfSetting(setting, formattedValueForSetting(setting));
+ValueRange DeviceSettings::range(const TorvAttribute& setting) const {
+    return valueRange(setting, formattedValueForSetting(setting));
 }
 
 bool DeviceSettings::accepts(const TorvAttribute& setting, const std::string& text) const {

@@ -32,7 +32,7 @@ public:
 
     /// What is stored; where nothing is the formatter decides. An empty record without a formatter.
     [[nodiscard]] AVFormatterData formattedValueForSetting(const TorvAttribute& setting) const;
-    [[nodiscard]] SettingRange range(const TorvAttribute& setting) const;
+    [[nodiscard]] ValueRange range(const TorvAttribute& setting) const;
     /// Whether the text is a whole number within the range.
     [[nodiscard]] bool accepts(const TorvAttribute& setting, const std::string& text) const;
     [[nodiscard]] bool isStored(const TorvAttribute& setting) const {

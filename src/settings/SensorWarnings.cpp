@@ -17,8 +17,8 @@ std::string SensorWarnings::textOfValue(const TorvAttribute& sensor) {
     return std::to_string(static_cast<std::uint64_t>(sensor.warningValue));
 }
 
-SettingRange SensorWarnings::range(const TorvAttribute& sensor) {
-    return rangeOfSetting(sensor, {});
+ValueRange SensorWarnings::range(const TorvAttribute& sensor) {
+    return valueRange(sensor, {});
 }
 
 bool SensorWarnings::accepts(std::size_t row, const std::string& text) const {

@@ -23,7 +23,7 @@ public:
     /// As an unsigned number: a negative one shows as a very large one. Kept as it is.
     [[nodiscard]] static std::string textOfValue(const TorvAttribute& sensor);
     /// Cut to whole numbers.
-    [[nodiscard]] static SettingRange range(const TorvAttribute& sensor);
+    [[nodiscard]] static ValueRange range(const TorvAttribute& sensor);
 
     [[nodiscard]] bool accepts(std::size_t row, const std::string& text) const;
     void setText(std::size_t row, const std::string& text);

@@ -12,23 +12,11 @@ using Flag = AVFormatterData::Flag;
 /// What byte of state stands for which option of the setting with three.
 constexpr std::array<std::int32_t, 3> threeWayFlags{Flag::firstOff, Flag::firstOn, Flag::third};
 
-bool isInSecondMode(const TorvAttribute& setting, const AVFormatterData& record) {
-    return setting.aid == turboTimerSettingAID && (record.flags & Flag::secondOn) != 0;
-}
-
 AVFormatterData recordOf(std::int32_t flags, std::string value) {
     return {.flags = flags, .value = std::move(value), .additionalData = {}};
 }
 
 }  // namespace
-
-SettingRange rangeOfSetting(const TorvAttribute& setting, const AVFormatterData& record) {
-    const bool second = isInSecondMode(setting, record);
-    return {.lowest = longLongFromDouble(second ? setting.additionalMinValue : setting.minValue),
-            .highest = longLongFromDouble(second ? setting.additionalMaxValue : setting.maxValue),
-            .unit = second ? setting.additionalUnit : setting.unit,
-            .isTold = setting.minValue != 0.0 || setting.maxValue != 0.0};
-}
 
 bool isSwitchedOn(const AVFormatterData& record) {
     return (record.flags & Flag::firstOn) != 0;
@@ -68,13 +56,6 @@ AVFormatterData pickedRecord(const TorvAttribute& setting, const AVFormatterData
 
 AVFormatterData typedRecord(const AVFormatterData& record, const std::string& text) {
     return recordOf(record.flags, trimmed(text));
-}
-
-std::string trimmed(const std::string& text) {
-    constexpr auto blanks = " \t";
-    const auto begin = text.find_first_not_of(blanks);
-    if (begin == std::string::npos) return {};
-    return text.substr(begin, text.find_last_not_of(blanks) - begin + 1);
 }
 
 }  // namespace torv

@@ -4,31 +4,16 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <optional>
 #include <string>
 #include <vector>
 
-#include "attributes/TorvAttribute.h"
+#include "attributes/ValueRange.h"
 
 namespace torv {
 
 // Settings with a part of their own; modules have them under these numbers.
-inline constexpr AID threeWaySettingAID = 91;     // a choice of three beside the value
-inline constexpr AID turboTimerSettingAID = 152;  // a switch, and a choice of two modes with a range each
+inline constexpr AID threeWaySettingAID = 91;  // a choice of three beside the value
 inline constexpr AID driveTrainSettingAID = 226;
-
-/// Between which whole numbers a value may lie, both included, and in what unit.
-struct SettingRange {
-    std::int64_t lowest = 0;
-    std::int64_t highest = 0;
-    std::optional<std::string> unit;  ///< key of the unit table
-    bool isTold = false;              ///< with neither end given there is nothing to tell
-
-    [[nodiscard]] bool contains(std::int64_t number) const { return number >= lowest && number <= highest; }
-};
-
-/// The mode of a two-mode setting decides.
-[[nodiscard]] SettingRange rangeOfSetting(const TorvAttribute& setting, const AVFormatterData& record);
 
 [[nodiscard]] bool isSwitchedOn(const AVFormatterData& record);
 /// Which of its options the record of a setting with a choice stands at.
@@ -45,8 +30,5 @@ struct SettingRange {
 [[nodiscard]] AVFormatterData pickedRecord(const TorvAttribute& setting, const AVFormatterData& record,
                                            std::size_t choice);
 [[nodiscard]] AVFormatterData typedRecord(const AVFormatterData& record, const std::string& text);
-
-/// A text without the blanks at its ends.
-[[nodiscard]] std::string trimmed(const std::string& text);
 
 }  // namespace torv

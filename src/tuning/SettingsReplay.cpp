@@ -4,9 +4,9 @@
 
 #include "attributes/AVDriveTrainInfoFormatter.h"
 #include "attributes/AVVehicleSpeedFormatter.h"
-#include "platform/Log.h"
 #include "platform/Platform.h"
 #include "platform/StoredKeys.h"
+#include "tuning/Activation.h"
 #include "vehicles/UntakenSettings.h"
 
 namespace torv {
@@ -38,24 +38,18 @@ void SettingsReplay::activateDefaultProfile() {
     defaults().setObjectForKey(std::string{defaultProfileName}, activeProfileKey);
 }
 
-void SettingsReplay::run(TuningPass::Progress progress, TuningPass::Cancelled cancelled,
-                         const TuningPass::Cancelled& ended) {
+PassReport SettingsReplay::run(TuningPass::Progress progress, TuningPass::Cancelled cancelled,
+                               const TuningPass::Cancelled& ended) {
     // Without the vehicle nobody knows whose settings these are.
-    if (defaults().stateForKey(currentVehicleKey) == EntryState::unreadable) return;
+    if (defaults().stateForKey(currentVehicleKey) == EntryState::unreadable) return {};
     replaySettings(ended);
-    if (ended()) return;
+    if (ended()) return {};
     const auto active = defaults().stateForKey(activeProfileKey);
-    if (active == EntryState::unreadable) return;
+    if (active == EntryState::unreadable) return {};
     if (active == EntryState::absent) activateDefaultProfile();
     const auto name = defaults().objectForKey(activeProfileKey).textValue().value_or(std::string{});
-    TuningPass pass{m_feeder, std::move(progress), std::move(cancelled)};
-    if (name == defaultProfileName) return pass.reset(m_vehicle);
-    std::string error;
-    const auto stored = defaults().objectForKey(name);
-    if (stored.isNull()) return;
-    const auto profile = profileDictionaryFromArchive(stored, error);
-    if (!profile) return logLine("the tuning profile " + name + " can't be read: " + error);
-    pass.apply(*profile);
+    return Activation{m_feeder, m_vehicle}.push(name, std::move(progress), std::move(cancelled),
+                                                TuningPass::Words::few);
 }
 
 }  // namespace torv

@@ -1,7 +1,6 @@
 #pragma once
 
-#include <string>
-
+#include "tuning/PassReport.h"
 #include "tuning/TuningPass.h"
 
 namespace torv {
@@ -16,8 +15,9 @@ public:
     /// The first one ever makes the default profile the active one. What the store holds and can't be read is
     /// not sent, and nothing instead: with the vehicle unknown nothing is sent, with the active profile
     /// unknown no tuning. Once `ended` says so nothing more is sent, whatever there is.
-    void run(TuningPass::Progress progress, TuningPass::Cancelled cancelled,
-             const TuningPass::Cancelled& ended);
+    /// What comes tells of the tuning alone.
+    PassReport run(TuningPass::Progress progress, TuningPass::Cancelled cancelled,
+                   const TuningPass::Cancelled& ended);
     /// Makes the default profile the active one, for good.
     static void activateDefaultProfile();
 

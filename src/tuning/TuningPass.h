@@ -3,12 +3,26 @@
 #include <cstddef>
 #include <functional>
 #include <memory>
+#include <optional>
+#include <string>
+#include <vector>
 
 #include "session/iTorvFeeder.h"
 #include "vehicles/SettingValueStore.h"
 #include "vehicles/Vehicle.h"
 
 namespace torv {
+
+/// What became of one value that was written.
+struct PushedItem {
+    AID aid = 0;
+    AV wanted;
+    bool isReset = false;  ///< the write on which the module restores its own values
+    bool acknowledged = false;
+    std::optional<AV> found{};  ///< what the module held afterwards; nothing when it did not answer
+};
+/// In the order of the writes.
+using PassRecord = std::vector<PushedItem>;
 
 /// Pushes a tuning profile to the module, or lets the module take its own defaults. Main thread; blocks, and
 /// the loop turns meanwhile.
@@ -18,20 +32,32 @@ public:
     using Progress = std::function<void(std::size_t index, std::size_t failed, std::size_t total)>;
     using Cancelled = std::function<bool()>;
 
-    TuningPass(std::shared_ptr<iTorvFeeder> feeder, Progress progress, Cancelled cancelled)
-        : m_feeder(std::move(feeder)), m_progress(std::move(progress)), m_cancelled(std::move(cancelled)) {}
+    /// Whether each value gets a line in the log.
+    enum class Words { few, many };
 
+    TuningPass(std::shared_ptr<iTorvFeeder> feeder, Progress progress, Cancelled cancelled,
+               Words words = Words::few)
+        : m_feeder(std::move(feeder)),
+          m_progress(std::move(progress)),
+          m_cancelled(std::move(cancelled)),
+          m_words(words) {}
+
+    /// The profile of this name; none, or one that can't be read, sends nothing. The default profile is the
+    /// module's own.
+    PassRecord push(const std::string& name, const Vehicle& vehicle);
     /// One write, on which the module restores its own values; then each tuning item is read back.
-    void reset(const Vehicle& vehicle);
+    PassRecord reset(const Vehicle& vehicle);
     /// Writes each value and reads it back; goes on after a failure.
-    void apply(const ProfileDictionary& profile);
+    PassRecord apply(const ProfileDictionary& profile);
 
 private:
-    void readBack(AID aid);
+    bool readBack(AID aid);
+    void tell(const std::string& line) const;
 
     std::shared_ptr<iTorvFeeder> m_feeder;
     Progress m_progress;
     Cancelled m_cancelled;
+    Words m_words;
 };
 
 }  // namespace torv

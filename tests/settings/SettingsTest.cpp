@@ -12,7 +12,7 @@
 #include "screens/NavigationController.h"
 #include "settings/screens/SensorsViewController.h"
 #include "settings/screens/SettingsViewController.h"
-#include "settings/screens/TypedNumber.h"
+#include "screens/TypedNumber.h"
 #include "vehicles/UntakenSettings.h"
 #include "vehicles/VehicleDataSource.h"
 

@@ -35,13 +35,13 @@ Item {
         onActiveFocusChanged: {
             if (activeFocus) {
                 typed = false;
-                selectAll();
+                if (control.cell.clearsOnBeginEditing) selectAll();
                 control.cell.editingBegun();
             } else {
                 control.cell.editingEnded(text);
             }
         }
-        onReleased: if (!typed) selectAll()
+        onReleased: if (!typed && control.cell.clearsOnBeginEditing) selectAll()
         onTextEdited: {
             typed = true;
             control.cell.textEdited(text);

@@ -6,7 +6,7 @@
 #include "platform/NotificationNames.h"
 #include "platform/Platform.h"
 #include "screens/NavigationController.h"
-#include "settings/screens/TypedNumber.h"
+#include "screens/TypedNumber.h"
 #include "vehicles/VehicleDataSource.h"
 
 namespace torv {

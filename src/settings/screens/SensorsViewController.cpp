@@ -1,7 +1,7 @@
 #include "settings/screens/SensorsViewController.h"
 
 #include "screens/NavigationController.h"
-#include "settings/screens/TypedNumber.h"
+#include "screens/TypedNumber.h"
 #include "vehicles/VehicleDataSource.h"
 
 namespace torv {
@@ -80,7 +80,8 @@ QString SensorsViewController::textValueGetterViewControllerDidRequestTitleForVa
 
 QString SensorsViewController::textValueGetterViewControllerDidRequestMessageForValidationError(
     TextValueGetterViewController& screen) {
-    return outOfRangeMessage(SensorWarnings::range(sensor(screen.tag())));
+    const auto range = SensorWarnings::range(sensor(screen.tag()));
+    return outOfRangeMessage(range.lowest, range.highest);
 }
 
 void SensorsViewController::textValueGetterViewControllerDidGetValue(TextValueGetterViewController& screen) {

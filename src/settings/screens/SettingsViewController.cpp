@@ -6,7 +6,7 @@
 #include "platform/NotificationNames.h"
 #include "platform/Platform.h"
 #include "screens/NavigationController.h"
-#include "settings/screens/TypedNumber.h"
+#include "screens/TypedNumber.h"
 #include "vehicles/VehicleDataSource.h"
 
 namespace torv {
@@ -100,7 +100,7 @@ std::shared_ptr<TableViewCell> SettingsViewController::cellForRowAtIndexPath(Ind
     cell->setTag(path.row);
     cell->setText(nameOf(setting));
     if (!isDriveTrain) {
-        const auto unit = rangeOfSetting(setting, record).unit;
+        const auto unit = valueRange(setting, record).unit;
         cell->setDetailValue(QString::fromStdString(record.value), QString::fromStdString(unitText(unit)));
     }
     if (setting.aid == turboTimerSettingAID) {
@@ -139,7 +139,7 @@ void SettingsViewController::didSelectRowAtIndexPath(IndexPath path) {
     screen->setDelegate(this);
     screen->setTitle(nameOf(setting));
     screen->setTag(path.row);
-    const auto range = rangeOfSetting(setting, record);
+    const auto range = valueRange(setting, record);
     if (range.isTold) {
         const auto unit = QString::fromStdString(unitText(range.unit));
         screen->setToolTip(
@@ -183,7 +183,8 @@ QString SettingsViewController::textValueGetterViewControllerDidRequestTitleForV
 
 QString SettingsViewController::textValueGetterViewControllerDidRequestMessageForValidationError(
     TextValueGetterViewController& screen) {
-    return outOfRangeMessage(m_settings->range(setting(screen.tag())));
+    const auto range = m_settings->range(setting(screen.tag()));
+    return outOfRangeMessage(range.lowest, range.highest);
 }
 
 void SettingsViewController::textValueGetterViewControllerDidGetValue(TextValueGetterViewController& screen) {

@@ -2,9 +2,8 @@
 
 #include <QLocale>
 #include <QString>
+#include <cstdint>
 #include <string>
-
-#include "settings/SettingRules.h"
 
 namespace torv {
 
@@ -15,6 +14,6 @@ namespace torv {
 // The alert after a typed value was refused.
 inline const QString outOfRangeTitle = QStringLiteral("Value out of range");
 [[nodiscard]] QString outOfRangeMessage(const QString& lowest, const QString& highest);
-[[nodiscard]] QString outOfRangeMessage(const SettingRange& range);
+[[nodiscard]] QString outOfRangeMessage(std::int64_t lowest, std::int64_t highest);
 
 }  // namespace torv

@@ -1,4 +1,4 @@
-#include "settings/screens/TypedNumber.h"
+#include "screens/TypedNumber.h"
 
 namespace torv {
 
@@ -22,8 +22,8 @@ QString outOfRangeMessage(const QString& lowest, const QString& highest) {
         .arg(lowest, highest);
 }
 
-QString outOfRangeMessage(const SettingRange& range) {
-    return outOfRangeMessage(QString::number(range.lowest), QString::number(range.highest));
+QString outOfRangeMessage(std::int64_t lowest, std::int64_t highest) {
+    return outOfRangeMessage(QString::number(lowest), QString::number(highest));
 }
 
 }  // namespace torv

@@ -1,0 +1,76 @@
+#include "tuning/AsFoundProfile.h"
+
+#include <algorithm>
+#include <array>
+#include <ctime>
+#include <string>
+
+#include "platform/Log.h"
+#include "platform/Platform.h"
+#include "platform/StoredKeys.h"
+#include "tuning/ProfileList.h"
+#include "tuning/ProfileValues.h"
+
+namespace torv {
+namespace {
+
+constexpr int readAttempts = 2;
+
+std::string keyFor(const Vehicle& vehicle) {
+    return std::string{asFoundKeyPrefix} + vehicle.name().value_or("(null)");
+}
+
+std::string today() {
+    const std::time_t now = std::time(nullptr);
+    std::tm local{};
+    localtime_r(&now, &local);
+    std::array<char, 16> text{};
+    return {text.data(), std::strftime(text.data(), text.size(), "%Y-%m-%d", &local)};
+}
+
+std::string freeName(const ProfileList& list) {
+    const auto plain = "As found " + today();
+    auto name = plain;
+    for (int number = 2; list.count(name) > 0 || !defaults().objectForKey(name).isNull(); ++number)
+        name = plain + " " + std::to_string(number);
+    return name;
+}
+
+bool read(iTorvFeeder& feeder, AID aid) {
+    for (int attempt = 0; attempt < readAttempts; ++attempt) {
+        if (feeder.requestValueForAID(aid)) return true;
+    }
+    return false;
+}
+
+}  // namespace
+
+AsFoundProfile::Outcome AsFoundProfile::keep(const std::shared_ptr<iTorvFeeder>& feeder,
+                                             const Vehicle& vehicle, const std::function<bool()>& ended) {
+    const auto items = vehicle.tuningItems();
+    if (items.empty() || defaults().stateForKey(keyFor(vehicle)) != EntryState::absent)
+        return Outcome::notDue;
+    ProfileDictionary values;
+    for (const auto& item : items) {
+        if (ended() || !read(*feeder, item.aid)) return Outcome::unanswered;
+        values.insert_or_assign(item.aid, feeder->valueForAID(item.aid));
+    }
+    ProfileList list;
+    const auto name = freeName(list);
+    if (!ProfileValues::store(name, values)) return Outcome::unanswered;
+    list.add(name);
+    defaults().setObjectForKey(name, keyFor(vehicle));
+    defaults().synchronize();
+    logLine("what the module held is kept as the profile \"" + name + "\"");
+    return Outcome::kept;
+}
+
+void AsFoundProfile::closeAfter(const PassRecord& record, const Vehicle& vehicle) {
+    if (defaults().stateForKey(keyFor(vehicle)) != EntryState::absent || vehicle.tuningItems().empty() ||
+        std::ranges::none_of(record, &PushedItem::acknowledged))
+        return;
+    defaults().setObjectForKey(std::string{}, keyFor(vehicle));
+    defaults().synchronize();
+}
+
+}  // namespace torv

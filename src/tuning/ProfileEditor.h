@@ -1,0 +1,66 @@
+#pragma once
+
+#include <cstddef>
+#include <ctime>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "attributes/ValueRange.h"
+#include "session/iTorvFeeder.h"
+#include "vehicles/SettingValueStore.h"
+#include "vehicles/Vehicle.h"
+
+namespace torv {
+
+/// One tuning profile as it is made and changed. Each value is stored at once, with all the others, and none
+/// goes to the module: that takes an activation. Main thread.
+class ProfileEditor final {
+public:
+    /// With what is stored under the name.
+    ProfileEditor(std::string name, Vehicle vehicle, std::shared_ptr<iTorvFeeder> feeder);
+
+    [[nodiscard]] const std::string& name() const { return m_name; }
+    [[nodiscard]] const Vehicle& vehicle() const { return m_vehicle; }
+    [[nodiscard]] const std::vector<TorvAttributeGroup>& groups() const { return m_groups; }
+    [[nodiscard]] const ProfileDictionary& settingValues() const { return m_settingValues; }
+
+    /// Every tuning item takes what the AV store holds of it.
+    void seed();
+    /// From nothing: what the document's "settingsMap" tells of an item, else what the AV store holds.
+    void take(const Value& document);
+
+    /// An empty record for an item without a stored value or a formatter.
+    [[nodiscard]] AVFormatterData formattedValueForSetting(const TorvAttribute& item) const;
+    [[nodiscard]] ValueRange range(const TorvAttribute& item) const;
+    /// By the leading whole number of the text; a text that is no number counts as 0.
+    [[nodiscard]] bool accepts(const TorvAttribute& item, const std::string& text) const;
+    /// The flags of the old value go: what was typed is all there is. Nothing happens without a way back.
+    void setText(const TorvAttribute& item, const std::string& text);
+    void setRecord(const TorvAttribute& item, const AVFormatterData& record);
+    void updateAIDWithAV(AID aid, const AV& value);
+
+    /// For another handset: name, vehicle, and each item's value in its own unit, as JSON. Flags and further
+    /// fields of a value don't travel.
+    [[nodiscard]] std::optional<std::string> document() const;
+
+private:
+    const std::string m_name;
+    const Vehicle m_vehicle;
+    const std::vector<TorvAttributeGroup> m_groups;
+    const std::shared_ptr<iTorvFeeder> m_feeder;
+    ProfileDictionary m_settingValues;
+};
+
+/// The name in a document; empty where there is none.
+[[nodiscard]] std::string profileNameOf(const Value& document);
+/// What is odd about a document for this vehicle, in one sentence: another vehicle's, values that this one
+/// has not, values that are no numbers or texts. Empty when nothing is.
+[[nodiscard]] std::string oddityOf(const Value& document, const Vehicle& vehicle);
+
+/// "iTorv-2026-11-23-09.05.07.json", at this moment of local time: by a 12-hour clock that does not say
+/// which half of the day it is; kept as it is.
+[[nodiscard]] std::string exportFileName(std::time_t now);
+
+}  // namespace torv

@@ -1,0 +1,42 @@
+#pragma once
+
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include "sqlite/Sqlite.h"
+
+namespace torv {
+
+/// The names of the tuning profiles, oldest first: the table FIELDS of "data.sqlite3" in the user's documents
+/// folder. Main thread.
+///
+/// A name may stand there twice: that it does not is up to who asks `count` before `add`. A list that can't
+/// be opened, read or written ends the process with the reason; the file stays as it is, and the next start
+/// is told where it is (`damagedFile`).
+class ProfileList final {
+public:
+    /// Opens the file, and makes it and its table where they are missing.
+    ProfileList();
+
+    [[nodiscard]] static std::filesystem::path dataFilePath();
+
+    [[nodiscard]] std::vector<std::string> names() const;
+    /// How many rows bear exactly this name.
+    [[nodiscard]] int count(const std::string& name) const;
+    void add(const std::string& name);
+    void remove(const std::string& name);
+
+    /// Where the list stands that ended an earlier process; empty when there is none.
+    [[nodiscard]] static std::filesystem::path damagedFile();
+    /// Puts that file aside under another name, and begins a new list of what the user defaults hold.
+    /// False when the file can't be moved.
+    static bool beginAnew();
+
+private:
+    [[noreturn]] void fail(const std::string& text) const;
+
+    sqlite::Database m_database;
+};
+
+}  // namespace torv

@@ -1,0 +1,165 @@
+#include "tuning/screens/CustomTuningViewController.h"
+
+#include <utility>
+
+#include "platform/Log.h"
+#include "platform/NotificationNames.h"
+#include "platform/Platform.h"
+#include "platform/StoredKeys.h"
+#include "screens/NavigationController.h"
+#include "tuning/ProfileList.h"
+#include "tuning/ProfileValues.h"
+#include "tuning/screens/PassReportViewController.h"
+#include "tuning/screens/ProfileEditViewController.h"
+#include "tuning/screens/ProfileNameViewController.h"
+
+namespace torv {
+namespace {
+
+constexpr int yesButton = 1;
+constexpr int beginAnewButton = 2;
+
+}  // namespace
+
+CustomTuningViewController::CustomTuningViewController(std::shared_ptr<iTorvAppDelegate> application)
+    : m_application(std::move(application)), m_push(m_application, *this) {}
+
+void CustomTuningViewController::viewDidLoad() {
+    setTitle(QStringLiteral("Custom Tuning"));
+    setRightBarButton(std::make_unique<BarButtonItem>(
+        "Add", [this] { addProfile(); }, "picture/ICON_ADD.png"));
+    std::vector<std::unique_ptr<BarButtonItem>> toolbar;
+    toolbar.push_back(std::make_unique<BarButtonItem>(
+        "Delete", [this] { editItems(); }, "picture/ICON_TRASH.png"));
+    setToolbarItems(std::move(toolbar));
+    m_connected = m_application->connected();
+    m_application->feeder()->addConnectionListener(
+        std::dynamic_pointer_cast<iTorvConnectionListener>(shared_from_this()));
+    // The replay after a connect may change which profile is active, and keep the first one of all.
+    m_pushed = Platform::current().notificationCenter().addObserver(customTuningSettingsUpdated, [this] {
+        if (ProfileList::damagedFile().empty()) fillList();
+    });
+    if (!m_importVehicleInfo || !navigationController()) return;
+    setLeftBarButton(std::make_unique<BarButtonItem>("Close", [this] { back(); }));
+}
+
+void CustomTuningViewController::viewWillAppear() {
+    TableViewController::viewWillAppear();
+    m_profileList = {std::string{defaultProfileName}};
+    if (ProfileList::damagedFile().empty()) fillList();
+    reloadData();
+}
+
+void CustomTuningViewController::viewDidAppear() {
+    if (!m_importTrouble.isEmpty()) {
+        auto alert =
+            std::make_shared<AlertView>("The file can't be imported", m_importTrouble, QStringList{"OK"});
+        alert->setDismissedHandler([this, self = weak_from_this()](int) {
+            if (self.lock()) back();
+        });
+        m_importTrouble.clear();
+        return showAlert(std::move(alert));
+    }
+    if (!ProfileList::damagedFile().empty()) return askAboutDamagedList();
+    if (!m_importVehicleInfo || !navigationController()) return;
+    // Once: what comes back to this screen has been imported, or left.
+    navigationController()->pushViewControllerAnimated(
+        std::make_shared<ProfileNameViewController>(m_application, std::exchange(m_importVehicleInfo, {})),
+        true);
+}
+
+void CustomTuningViewController::fillList() {
+    m_profileList = {std::string{defaultProfileName}};
+    for (auto& name : ProfileList{}.names())
+        m_profileList.push_back(std::move(name));
+    reloadData();
+}
+
+void CustomTuningViewController::askAboutDamagedList() {
+    auto alert = std::make_shared<AlertView>(
+        "The list of profiles could not be read",
+        QStringLiteral(
+            "It stays as it is in %1. A new list can be made of the profiles whose values are stored.")
+            .arg(QString::fromStdString(ProfileList::damagedFile().string())),
+        QStringList{"Not now", "Try again", "New list"});
+    alert->setDismissedHandler([this, self = weak_from_this()](int index) {
+        if (!self.lock() || index < yesButton) return;
+        if (index == beginAnewButton && !ProfileList::beginAnew()) {
+            return showAlert(std::make_shared<AlertView>(
+                "No new list", "The old list can't be moved out of the way.", QStringList{"OK"}));
+        }
+        if (index == yesButton) defaults().removeObjectForKey(damagedListKey);
+        fillList();
+    });
+    showAlert(std::move(alert));
+}
+
+std::shared_ptr<TableViewCell> CustomTuningViewController::cellForRowAtIndexPath(IndexPath path) {
+    const auto identifier = QStringLiteral("Cell");
+    auto cell = dequeueReusableCell(identifier);
+    if (!cell) cell = std::make_shared<TableViewCell>(TableViewCell::Style::Plain, identifier);
+    const bool isActive = defaults().objectForKey(activeProfileKey).textValue() == nameOf(path);
+    cell->setText(QString::fromStdString(nameOf(path)));
+    cell->setAccessory(path.row == 0 ? TableViewCell::Accessory::None : TableViewCell::Accessory::Detail);
+    cell->setDimmed(!m_connected);
+    cell->setImage(isActive ? QStringLiteral("checkmark.png") : QString{});
+    return cell;
+}
+
+void CustomTuningViewController::didSelectRowAtIndexPath(IndexPath path) {
+    const bool resets = path.row == 0;
+    const auto name = QString::fromStdString(nameOf(path));
+    auto alert = std::make_shared<AlertView>(
+        resets ? QStringLiteral("Change Profile") : name,
+        resets ? QStringLiteral("Are you sure you want to reset the device to the defaults?")
+               : QStringLiteral("Are you sure you want to activate the profile %1").arg(name),
+        QStringList{"Cancel", "Yes"});
+    alert->setDismissedHandler([this, weak = weak_from_this(), resets, name](int index) {
+        const auto self = weak.lock();
+        if (!self) return;
+        logLine("hello");
+        if (index == yesButton) updateSettings(resets ? std::string{defaultProfileName} : name.toStdString());
+    });
+    showAlert(std::move(alert));
+    deselectRow();
+}
+
+void CustomTuningViewController::updateSettings(const std::string& name) {
+    const auto self = shared_from_this();  // the pass blocks, and the screen may be left meanwhile
+    if (auto alert = m_application->alertDuringPass()) return showAlert(std::move(alert));
+    const auto report =
+        m_push.run([&name](Activation& activation, const auto& progress, const auto& cancelled) {
+            return activation.push(name, progress, cancelled);
+        });
+    if (m_push.takeCancel()) return updateSettings(std::string{defaultProfileName});
+    Activation::setActive(name);
+    reloadData();
+    showPassReport(*this, m_application, QString::fromStdString(name), report);
+}
+
+void CustomTuningViewController::addProfile() {
+    logLine("add profile");
+    if (!ProfileList::damagedFile().empty()) return askAboutDamagedList();
+    if (!navigationController()) return;
+    navigationController()->pushViewControllerAnimated(
+        std::make_shared<ProfileNameViewController>(m_application, std::nullopt), true);
+}
+
+void CustomTuningViewController::accessoryButtonTappedForRowAtIndexPath(IndexPath path) {
+    if (!navigationController()) return;
+    navigationController()->pushViewControllerAnimated(
+        std::make_shared<ProfileEditViewController>(m_application, nameOf(path), std::nullopt), true);
+}
+
+void CustomTuningViewController::deleteRowAtIndexPath(IndexPath path) {
+    ProfileList{}.remove(nameOf(path));
+    ProfileValues::remove(nameOf(path));
+    m_profileList.erase(m_profileList.begin() + path.row);
+    reloadData();
+}
+
+void CustomTuningViewController::setConnected(bool connected) {
+    if (std::exchange(m_connected, connected) != connected) reloadData();
+}
+
+}  // namespace torv
