@@ -114,6 +114,10 @@ void Bench::clearFaults() {
     m_runner->onThread([this] { m_runner->server.applyFaults(); });
 }
 
+void Bench::setWriteFault(std::uint8_t aid, WriteFault fault) {
+    m_runner->server.setWriteFault(aid, fault);
+}
+
 void Bench::dropConnections() {
     m_runner->onThread([this] { m_runner->server.dropConnection(); });
 }

@@ -6,6 +6,7 @@
 #include <set>
 
 #include "Statistics.h"
+#include "WriteFault.h"
 
 namespace bench {
 
@@ -20,6 +21,7 @@ struct Options {
     /// The drive stands still at this second of it, so that two handsets see the same.
     std::optional<int> standsAt{};
     std::vector<std::pair<Fault, Trigger>> faults{};
+    std::vector<std::pair<std::uint8_t, WriteFault>> writeFaults{};
     std::vector<std::string> troubleCodes{};
     /// Asked on the bench's thread before each segment; while it says no, nothing is sent. For a handset
     /// whose receive queue can be seen, so that no two segments arrive as one. It must not call the bench.
@@ -48,6 +50,7 @@ public:
 
     void setFault(Fault fault, const Trigger& trigger);
     void clearFaults();
+    void setWriteFault(std::uint8_t aid, WriteFault fault);
     void dropConnections();
 
     [[nodiscard]] Bytes value(std::uint8_t aid) const;

@@ -4,6 +4,8 @@
 #include <charconv>
 #include <cmath>
 
+#include "WriteFault.h"
+
 namespace bench {
 namespace {
 
@@ -38,6 +40,17 @@ const std::array<FaultName, faultCount> faultNames{{
     {"own-request", "ask the handset for a value"},
     {"own-write", "write a value to the handset"},
 }};
+
+std::optional<std::pair<std::uint8_t, WriteFault>> parseWriteFault(const std::string& text) {
+    constexpr std::array<std::pair<std::string_view, WriteFault>, 3> names{
+        {{"stuck:", WriteFault::stuck}, {"clamp:", WriteFault::clamp}, {"refuse:", WriteFault::refuse}}};
+    const auto row =
+        std::ranges::find_if(names, [&](const auto& entry) { return text.starts_with(entry.first); });
+    if (row == names.end()) return std::nullopt;
+    const auto aid = number(std::string_view{text}.substr(row->first.size()));
+    if (!aid || *aid < 0 || *aid > 254 || *aid != std::floor(*aid)) return std::nullopt;
+    return std::pair{static_cast<std::uint8_t>(*aid), row->second};
+}
 
 std::optional<std::pair<Fault, Trigger>> parseFault(const std::string& text) {
     const std::size_t sign = text.find_first_of("=@");

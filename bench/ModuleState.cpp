@@ -29,6 +29,11 @@ Bytes blank(std::uint8_t aid) {
     return Bytes(valueWidth(aid), 0);
 }
 
+/// As numbers without a sign, the lowest byte first.
+bool isLess(const Bytes& a, const Bytes& b) {
+    return std::lexicographical_compare(a.rbegin(), a.rend(), b.rbegin(), b.rend());
+}
+
 }  // namespace
 
 std::optional<std::array<std::uint8_t, 2>> troubleCodeBytes(const std::string& code) {
@@ -59,8 +64,10 @@ ModuleState::ModuleState() {
 void ModuleState::adopt(const Profile& profile) {
     m_map = SensorMap(profile);
     m_defaults.clear();
-    for (const Attribute& item : profile.tuning)
+    for (const Attribute& item : profile.tuning) {
         m_defaults.push_back({item.aid, item.encode(item.initial)});
+        m_limits[item.aid] = item.encode((item.minValue + item.maxValue) / 2);
+    }
     m_defaults.push_back({maxLevelAid, {levels}});
     for (const Attribute& setting : profile.settings)
         put(setting.aid, setting.encode(setting.initial));
@@ -101,14 +108,21 @@ void ModuleState::advance(const Readings& readings, double seconds) {
     }
 }
 
-void ModuleState::write(const Item& item) {
+bool ModuleState::write(const Item& item) {
     Bytes value = item.value;
-    if (m_powerLevel == item.aid) value[0] = std::min(value[0], static_cast<std::uint8_t>(levels - 1));
+    const auto fault = m_writeFaults[item.aid];
+    if (fault == WriteFault::refuse) return false;
+    if (fault != WriteFault::none && item.aid < aidCount) {
+        const auto& limit = m_limits[item.aid];
+        const bool fits = fault == WriteFault::clamp && !limit.empty();
+        value = fits ? std::min(value, limit, isLess) : m_values[item.aid];
+    }
     put(item.aid, std::move(value));
-    if (item.value[0] != doIt) return;
+    if (item.value[0] != doIt) return true;
     if (item.aid == resetAid) reset();
     if (item.aid == clearCodesAid) clearCodes();
     if (item.aid == reportCodesAid) reportCodes();
+    return true;
 }
 
 void ModuleState::reset() {

@@ -4,6 +4,7 @@
 #include <deque>
 
 #include "SensorMap.h"
+#include "WriteFault.h"
 
 namespace bench {
 
@@ -24,8 +25,10 @@ public:
     void force(std::uint8_t aid, const Bytes& value);
     /// Moves all sensors to this time of the drive.
     void advance(const Readings& readings, double seconds);
-    /// Takes what the handset wrote: echoes it and does what the AID stands for.
-    void write(const Item& item);
+    /// Takes what the handset wrote: echoes it and does what the AID stands for. False for what is not to be
+    /// acknowledged.
+    [[nodiscard]] bool write(const Item& item);
+    void setWriteFault(std::uint8_t aid, WriteFault fault) { m_writeFaults[aid] = fault; }
     void setTroubleCodes(std::vector<std::string> codes) { m_codes = std::move(codes); }
 
     /// The payload of the next push: values that changed first, then the sensors in turn.
@@ -40,6 +43,8 @@ private:
 
     std::array<Bytes, aidCount> m_values;
     std::bitset<aidCount> m_forced;
+    std::array<WriteFault, 256> m_writeFaults{};
+    std::array<Bytes, aidCount> m_limits;  ///< of writes that are clamped
     SensorMap m_map;
     std::vector<Item> m_defaults;
     std::optional<std::uint8_t> m_powerLevel;

@@ -38,6 +38,8 @@ Server::Server(Options options)
     m_pace.setSingleShot(true);
     m_pace.setTimerType(Qt::PreciseTimer);
     m_state.setTroubleCodes(m_options.troubleCodes);
+    for (const auto& [aid, fault] : m_options.writeFaults)
+        m_state.setWriteFault(aid, fault);
     for (const auto& [fault, trigger] : m_options.faults)
         m_faults.set(fault, trigger);
     connect(&m_pace, &QTimer::timeout, this, &Server::tick);
@@ -169,8 +171,7 @@ void Server::handle(const Frame& frame) {
     Frame ack{typeByte(FrameType::ack), {}};
     for (const Item& item : parseItems(frame.payload)) {
         say("write AID " + std::to_string(item.aid) + " = " + hex(item.value));
-        ack.payload.push_back(item.aid);
-        m_state.write(item);
+        if (m_state.write(item)) ack.payload.push_back(item.aid);
         if (m_statistics.writes.size() == Statistics::keptWrites) {
             m_statistics.writes.erase(m_statistics.writes.begin());
         }
@@ -403,6 +404,11 @@ void Server::clearFaults() {
     m_faults.clear();
     m_muted = false;
     m_silentUntil = {};
+}
+
+void Server::setWriteFault(std::uint8_t aid, WriteFault fault) {
+    const std::lock_guard lock(m_mutex);
+    m_state.setWriteFault(aid, fault);
 }
 
 void Server::force(std::uint8_t aid, const Bytes& value) {

@@ -27,6 +27,7 @@ public:
     /// Any thread.
     void setFault(Fault fault, const Trigger& trigger);
     void clearFaults();
+    void setWriteFault(std::uint8_t aid, WriteFault fault);
     void force(std::uint8_t aid, const Bytes& value);
     void setTroubleCodes(std::vector<std::string> codes);
     [[nodiscard]] std::uint16_t port() const;

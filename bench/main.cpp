@@ -40,7 +40,7 @@ void addOptions(QCommandLineParser& parser) {
         "A tuning module on the bench: listens for a handset and drives its sensors.\n\n"
         "A fault strikes with a probability (--fault corrupt=0.05) or at a moment in seconds\n"
         "(--fault close@10); \":MILLISECONDS\" behind either says how long it lasts\n"
-        "(--fault silent@5:2000).");
+        "(--fault silent@5:2000). Writes of one AID go wrong with --fault stuck:AID and the like.");
     parser.addHelpOption();
     parser.addOptions({
         {"host", "Address to listen on.", "address", "127.0.0.1"},
@@ -49,7 +49,7 @@ void addOptions(QCommandLineParser& parser) {
         {"seed", "Seed of the drive and of the faults.", "number", "1"},
         {"stand", "Stand still at this second of the drive.", "seconds"},
         {"profile", "Vehicle profile to serve.", "file"},
-        {"fault", "Switch a fault on; may be given again.", "name=probability|name@seconds"},
+        {"fault", "Switch a fault on; may be given again.", "name=probability|name@seconds|name:AID"},
         {"list-faults", "List the faults and leave."},
         {"codes", "Trouble codes to report, such as P0123,U0158.", "codes"},
         {"delay-first", "Silence before the first frame.", "milliseconds", "0"},
@@ -70,6 +70,10 @@ bench::Options readOptions(const QCommandLineParser& parser) {
     options.jitter = bench::Milliseconds(numberOf<std::int64_t>(parser, "jitter", 0, hour));
     options.profile = (parser.isSet("profile") ? parser.value("profile") : defaultProfile()).toStdString();
     for (const QString& text : parser.values("fault")) {
+        if (const auto fault = bench::parseWriteFault(text.toStdString())) {
+            options.writeFaults.push_back(*fault);
+            continue;
+        }
         const auto fault = bench::parseFault(text.toStdString());
         if (!fault) throw BadArgument{"not a fault: \"" + text.toStdString() + "\" (see --list-faults)"};
         options.faults.push_back(*fault);
@@ -131,6 +135,9 @@ int main(int argc, char** argv) {
         for (const bench::FaultName& fault : bench::faultNames) {
             std::printf("%-15s %s\n", std::string(fault.name).c_str(), std::string(fault.meaning).c_str());
         }
+        std::puts("stuck:AID       acknowledge writes of this AID and keep the old value");
+        std::puts("clamp:AID       take no more than the middle of the item's range");
+        std::puts("refuse:AID      leave writes of this AID without an ack");
         return 0;
     }
     try {

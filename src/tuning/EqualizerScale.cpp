@@ -20,7 +20,7 @@ std::vector<EqualizerScale::Tick> EqualizerScale::ticks(double width, double hei
     const double step = height * tenth;
     std::vector<Tick> ticks;
     for (int i = 0; i < tickCount; ++i) {
-        const float value = std::round(static_cast<float>(m_max - i * increment()));
+        const float value = std::round(static_cast<float>(m_max - i * increment())) + 0.0F;  // no "-0"
         const bool isLong = i % 2 == 0;
         Tick tick{.x = isLong ? 0 : width / 2,
                   .y = i * step - (i == tickCount - 1 ? tickHeight : 0),

@@ -10,10 +10,10 @@ namespace {
 /// What an AID means, whether the vehicle has it or not.
 TorvAttribute itemFor(AID aid, const std::vector<TorvAttribute>& items) {
     const auto found = std::ranges::find(items, aid, &TorvAttribute::aid);
-    TorvAttribute item;
-    if (found != items.end()) item = *found;
-    if (!item.name) item.name = "AID " + std::to_string(aid);
-    return item;
+    if (found != items.end()) return *found;
+    TorvAttribute unknown;
+    unknown.name = "AID " + std::to_string(aid);
+    return unknown;
 }
 
 bool isSame(const TorvAttribute& item, AV a, AV b) {
@@ -33,6 +33,18 @@ std::optional<PassReport::Fault> faultOf(const TorvAttribute& item, const Pushed
 
 }  // namespace
 
+std::vector<TorvAttribute> namedTuningItems(const Vehicle& vehicle) {
+    std::vector<TorvAttribute> items;
+    for (const auto& group : vehicle.tuningGroups()) {
+        for (auto item : group.items) {
+            item.name = item.name.value_or("AID " + std::to_string(item.aid));
+            if (group.type != "list" && group.name) item.name = *group.name + " " + *item.name;
+            items.push_back(std::move(item));
+        }
+    }
+    return items;
+}
+
 std::string shownValue(const TorvAttribute& item, const AV& value) {
     auto bytes = value;
     const auto record = item.dataFromAV(bytes);
@@ -44,7 +56,7 @@ std::string shownValue(const TorvAttribute& item, const AV& value) {
 PassReport PassReport::of(const PassRecord& record, const Vehicle& vehicle) {
     PassReport report;
     report.total = record.size();
-    const auto items = vehicle.tuningItems();
+    const auto items = namedTuningItems(vehicle);
     for (const auto& pushed : record) {
         auto item = itemFor(pushed.aid, items);
         if (pushed.isReset) item.name = "Reset to the defaults";
@@ -66,8 +78,8 @@ PassReport PassReport::of(const PassRecord& record, const Vehicle& vehicle) {
 std::string PassReport::summary() const {
     std::string text;
     if (!rows.empty()) {
-        text = std::to_string(rows.size()) + " of " + std::to_string(total) +
-               (total == 1 ? " value was" : " values were") + " not taken by the module.";
+        text = "The module has not confirmed " + std::to_string(rows.size()) + " of " + std::to_string(total) +
+               (total == 1 ? " value." : " values.");
     }
     if (asFoundMissing) {
         if (!text.empty()) text += ' ';
@@ -93,7 +105,7 @@ std::string sentenceFor(const PassReport::Row& row) {
 std::vector<ValueDifference> differencesOf(const ProfileDictionary& first, const ProfileDictionary& second,
                                            const Vehicle& vehicle) {
     std::vector<ValueDifference> differences;
-    for (const auto& item : vehicle.tuningItems()) {
+    for (const auto& item : namedTuningItems(vehicle)) {
         const auto a = first.find(item.aid);
         const auto b = second.find(item.aid);
         const bool inFirst = a != first.end();
@@ -101,7 +113,7 @@ std::vector<ValueDifference> differencesOf(const ProfileDictionary& first, const
         if (!inFirst && !inSecond) continue;
         if (inFirst && inSecond && isSame(item, a->second, b->second)) continue;
         differences.push_back({.aid = item.aid,
-                               .name = item.name.value_or("AID " + std::to_string(item.aid)),
+                               .name = *item.name,
                                .first = inFirst ? shownValue(item, a->second) : std::string{},
                                .second = inSecond ? shownValue(item, b->second) : std::string{}});
     }

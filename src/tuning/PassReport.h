@@ -49,6 +49,8 @@ struct ValueDifference {
                                                          const ProfileDictionary& second,
                                                          const Vehicle& vehicle);
 
+/// With names that tell them apart: those of an equalizer's bands with their group's before them.
+[[nodiscard]] std::vector<TorvAttribute> namedTuningItems(const Vehicle& vehicle);
 /// The value as it is read, with its unit.
 [[nodiscard]] std::string shownValue(const TorvAttribute& item, const AV& value);
 

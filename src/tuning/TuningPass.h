@@ -16,7 +16,7 @@ namespace torv {
 /// What became of one value that was written.
 struct PushedItem {
     AID aid = 0;
-    AV wanted;
+    AV wanted{};
     bool isReset = false;  ///< the write on which the module restores its own values
     bool acknowledged = false;
     std::optional<AV> found{};  ///< what the module held afterwards; nothing when it did not answer

@@ -107,12 +107,12 @@ TEST(TroubleCodes, ReportBytes) {
     for (const auto& [codes, first, second] : rows) {
         ModuleState state;
         state.setTroubleCodes(codes);
-        state.write({27, {0x55}});
+        EXPECT_TRUE(state.write({27, {0x55}}));
         EXPECT_EQ(state.value(224), first);
         EXPECT_EQ(state.value(225), second);
-        state.write({25, {0x55}});
+        EXPECT_TRUE(state.write({25, {0x55}}));
         EXPECT_EQ(state.value(26), Bytes{1});
-        state.write({27, {0x55}});
+        EXPECT_TRUE(state.write({27, {0x55}}));
         EXPECT_EQ(state.value(224)[2], 0);
     }
 }

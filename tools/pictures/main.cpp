@@ -154,6 +154,34 @@ int main(int argc, char** argv) {
     save("vehicle-setup-list");
     menu->touchBack();
     app.runFor(600ms);
+    open(3);
+    menu->topViewController()->rightBarButton()->touch();
+    app.runFor(600ms);
+    for (const char key : {'T', 'o', 'w', ' ', 'h', 'a', 'u', 'l'})
+        QTest::keyClick(app.view(), key);
+    save("profile-name");
+    menu->topViewController()->rightBarButton()->touch();
+    app.runFor(600ms);
+    auto* const editor = dynamic_cast<TableViewController*>(menu->topViewController());
+    save("profile");
+    touch(editor, 0, "equalizer");
+    editor->touchRow(1, 0);
+    save("equalizer-timing");
+    menu->touchBack();
+    app.runFor(600ms);
+    editor->rightBarButton()->touch();
+    app.runFor(600ms);
+    save("custom-tuning");
+    auto* const profiles = dynamic_cast<TableViewController*>(menu->topViewController());
+    profiles->touchRow(0, profiles->numberOfRowsInSection(0) - 1);
+    save("activate");
+    module.setWriteFault(45, bench::WriteFault::stuck);
+    module.setWriteFault(60, bench::WriteFault::refuse);
+    module.setValue(45, {77});
+    if (auto* const alert = app.stage->alert()) alert->touchButton(1);
+    app.waitUntil([&] { return menu->depth() == 3; });
+    save("not-taken");
+    menu->popToRootViewControllerAnimated(false);
     module.setTroubleCodes({"P0299", "P0087", "P2463", "P20EE", "P0671", "P0401", "P2563", "P1234", "U0101",
                             "P0307", "P011C", "P0480"});
     auto* const codes = open(6);

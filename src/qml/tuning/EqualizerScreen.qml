@@ -11,9 +11,13 @@ FocusScope {
     property real u: 1
 
     focus: true
-    onHeightChanged: screen.setHeight(height / u)
-    onUChanged: screen.setHeight(height / u)
-    Component.onCompleted: screen.setHeight(height / u)
+    function layOut() {
+        if (screen) screen.setHeight(height / u);  // none any more while it goes
+    }
+
+    onHeightChanged: layOut()
+    onUChanged: layOut()
+    Component.onCompleted: layOut()
 
     Picture {
         frame: Qt.rect(0, 0, equalizer.width, equalizer.height)

@@ -31,7 +31,7 @@ Item {
                 height: Math.round(tick.modelData.labelFrame.height * scale.u)
                 visible: text !== ""
                 horizontalAlignment: Text.AlignRight
-                verticalAlignment: Text.AlignBottom
+                verticalAlignment: Text.AlignVCenter
                 textFormat: Text.PlainText
                 text: tick.modelData.label
                 color: Theme.text
