@@ -24,6 +24,16 @@ constexpr auto description =
     "choices\n"
     "  warnings [NAME [VALUE|on|off]]\n"
     "                  list the warnings of the sensors, or change one\n"
+    "  profiles        list the tuning profiles, the active one with a star\n"
+    "  profiles show NAME\n"
+    "  profiles diff NAME OTHER|--live\n"
+    "                  show its values, or only those that differ from another one's or the module's\n"
+    "  profiles activate NAME\n"
+    "                  push it into the module, and say which values the module has not taken\n"
+    "  profiles export NAME FILE\n"
+    "  profiles import FILE [NAME]\n"
+    "                  write it as a document, or make one of a document\n"
+    "  profiles delete NAME\n"
     "  frames          show every frame in both directions, decoded\n"
     "  codes           read the module's trouble codes, with their texts\n"
     "  codes clear     clear them; asks first on a terminal, and wants --yes elsewhere\n"
@@ -42,7 +52,8 @@ constexpr auto description =
     "profile holds no values, so that nothing can be stored in it.\n"
     "\n"
     "Exit codes: 0 done, 1 the module did not answer, or something could not be stored, 2 bad arguments\n"
-    "or profile, 3 no connection, 4 the update server could not be asked.\n"
+    "or profile, 3 no connection, 4 the update server could not be asked, or the module has not taken\n"
+    "a value of a tuning profile.\n"
     "\n"
     "Examples:\n"
     "  itorvctl watch --module 127.0.0.1:2000\n"
@@ -57,7 +68,7 @@ struct CommandRow {
     int operands;  ///< behind name and verb
     int most = operands;
 };
-constexpr std::array<CommandRow, 15> commands{{
+constexpr std::array<CommandRow, 22> commands{{
     {"watch", nullptr, Command::watch, 0},
     {"get", nullptr, Command::get, 1},
     {"set", nullptr, Command::set, 2},
@@ -66,6 +77,13 @@ constexpr std::array<CommandRow, 15> commands{{
     {"codes", nullptr, Command::codes, 0},
     {"settings", "set", Command::settings, 2},
     {"settings", nullptr, Command::settings, 0},
+    {"profiles", "show", Command::profiles, 1},
+    {"profiles", "diff", Command::profiles, 1, 2},
+    {"profiles", "activate", Command::profiles, 1},
+    {"profiles", "export", Command::profiles, 2},
+    {"profiles", "import", Command::profiles, 1, 2},
+    {"profiles", "delete", Command::profiles, 1},
+    {"profiles", nullptr, Command::profiles, 0},
     {"warnings", nullptr, Command::warnings, 0, 2},
     {"vehicles", "use", Command::vehicles, 1},
     {"vehicles", "update", Command::vehicles, 1},
@@ -80,11 +98,12 @@ struct OptionRow {
     const char* name;
     bool (*goesWith)(Command);
 };
-constexpr std::array<OptionRow, 6> someOptions{{
+constexpr std::array<OptionRow, 7> someOptions{{
     {"json", [](Command c) { return c != Command::defaults; }},
     {"for", [](Command c) { return c == Command::watch || c == Command::frames; }},
     {"flags", [](Command c) { return c == Command::set; }},
-    {"force", [](Command c) { return c == Command::set; }},
+    {"force", [](Command c) { return c == Command::set || c == Command::profiles; }},
+    {"live", [](Command c) { return c == Command::profiles; }},
     {"store", [](Command c) { return c == Command::set; }},
     {"yes", [](Command c) { return c == Command::codes; }},
 }};
@@ -131,7 +150,10 @@ std::optional<Arguments> readArguments(const QStringList& arguments, std::string
         {"for", "End so many seconds after the module was found; watch and frames go on without.", "SECONDS"},
         {"flags", "State bits to write with the value (set): 1 off, 2 on, 4 third, 8/16 second off/on.",
          "NUMBER"},
-        {"force", "Write (set) what the profile tells of and is neither a setting nor a tuning item."},
+        {"force",
+         "Write (set) what the profile tells of and is neither a setting nor a tuning item; import "
+         "(profiles) under a name that itorv uses itself."},
+        {"live", "Compare (profiles diff) with what the module holds."},
         {"store", "Store what was written (set), so that itorv brings it back."},
         {"yes", "Clear (codes clear) without a question, also while the engine turns."},
         {"verbose", "Say on the standard error stream what goes on."},
@@ -167,6 +189,9 @@ std::optional<Arguments> readArguments(const QStringList& arguments, std::string
     for (const auto& word : words.mid(1))
         result.words.push_back(word.toStdString());
     if (parser.isSet("yes") && result.words.empty()) return refuse("codes takes --yes with clear only");
+    result.live = parser.isSet("live");
+    if (!result.words.empty() && result.words[0] == "diff" && result.live == (result.words.size() > 2))
+        return refuse("profiles diff takes either another profile or --live");
     if (auto why = result.common.read(parser, torv::CurlURLLoader{})) return refuse(std::move(*why));
     result.json = parser.isSet("json");
     result.verbose = parser.isSet("verbose");

@@ -18,9 +18,10 @@ enum ExitCode : int {
     badArguments = 2,  ///< or a profile that can't be used
     noConnection = 3,  ///< no session within the time limit
     noServer = 4,      ///< the update server could not be asked
+    notTaken = 4,      ///< the module has not taken a value of a tuning profile
 };
 
-enum class Command { watch, get, set, frames, codes, settings, warnings, vehicles, defaults };
+enum class Command { watch, get, set, frames, codes, settings, profiles, warnings, vehicles, defaults };
 
 struct Arguments {
     Command command = Command::watch;
@@ -28,6 +29,7 @@ struct Arguments {
     bool json = false;
     bool force = false;  ///< `set` writes what is no setting and no tuning item too
     bool yes = false;    ///< `codes clear` asks nothing
+    bool live = false;   ///< `profiles diff` compares with the module
     bool store = false;  ///< `set` stores what it has written
     bool verbose = false;
     std::chrono::milliseconds timeout{10000};           ///< to wait for a session

@@ -14,6 +14,7 @@ namespace itorvctl {
 [[nodiscard]] int codes(Handset& handset, const Arguments& arguments);
 
 [[nodiscard]] int settings(Handset& handset, const Arguments& arguments);
+[[nodiscard]] int profiles(Handset& handset, const Arguments& arguments);
 
 // These look at what is stored, and need no module.
 [[nodiscard]] int warnings(const torv::Vehicle& vehicle, const Arguments& arguments);

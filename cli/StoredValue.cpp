@@ -4,6 +4,7 @@
 
 #include "platform/Platform.h"
 #include "platform/StoredKeys.h"
+#include "tuning/ProfileValues.h"
 #include "vehicles/StoreTrouble.h"
 
 namespace itorvctl {
@@ -23,8 +24,7 @@ std::string StoredValue::profileName() const {
 /// Nothing of a profile that can't be read; `itorv` sends nothing of it either.
 std::optional<ProfileDictionary> StoredValue::values() const {
     if (m_kind == Kind::setting) return SettingValueStore::load(m_vehicle);
-    std::string error;
-    return profileDictionaryFromArchive(torv::defaults().objectForKey(profileName()), error);
+    return ProfileValues::load(profileName());
 }
 
 std::optional<std::string> StoredValue::whyNot() const {
@@ -59,8 +59,7 @@ bool StoredValue::store(const AV& value) const {
     auto all = values().value_or(ProfileDictionary{});
     all.insert_or_assign(m_aid, value);
     if (m_kind == Kind::setting) return SettingValueStore::save(all, m_vehicle);
-    torv::defaults().setObjectForKey(archivedProfileDictionary(all), profileName());
-    return torv::defaults().synchronize();
+    return ProfileValues::store(profileName(), all);
 }
 
 }  // namespace itorvctl

@@ -18,13 +18,14 @@ struct Row {
     itorvctl::Command command;
     int (*run)(itorvctl::Handset&, const itorvctl::Arguments&);
 };
-constexpr std::array<Row, 6> rows{{
+constexpr std::array<Row, 7> rows{{
     {itorvctl::Command::watch, &itorvctl::watch},
     {itorvctl::Command::get, &itorvctl::get},
     {itorvctl::Command::set, &itorvctl::set},
     {itorvctl::Command::frames, &itorvctl::frames},
     {itorvctl::Command::codes, &itorvctl::codes},
     {itorvctl::Command::settings, &itorvctl::settings},
+    {itorvctl::Command::profiles, &itorvctl::profiles},
 }};
 
 }  // namespace

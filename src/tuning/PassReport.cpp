@@ -78,8 +78,8 @@ PassReport PassReport::of(const PassRecord& record, const Vehicle& vehicle) {
 std::string PassReport::summary() const {
     std::string text;
     if (!rows.empty()) {
-        text = "The module has not confirmed " + std::to_string(rows.size()) + " of " + std::to_string(total) +
-               (total == 1 ? " value." : " values.");
+        text = "The module has not confirmed " + std::to_string(rows.size()) + " of " +
+               std::to_string(total) + (total == 1 ? " value." : " values.");
     }
     if (asFoundMissing) {
         if (!text.empty()) text += ' ';

@@ -10,9 +10,9 @@
 #include "platform/NotificationNames.h"
 #include "platform/StoredKeys.h"
 #include "screens/NavigationController.h"
+#include "screens/TypedNumber.h"
 #include "settings/screens/SensorsViewController.h"
 #include "settings/screens/SettingsViewController.h"
-#include "screens/TypedNumber.h"
 #include "vehicles/UntakenSettings.h"
 #include "vehicles/VehicleDataSource.h"
 

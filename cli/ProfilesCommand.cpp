@@ -1,0 +1,209 @@
+#include <algorithm>
+#include <cstdio>
+#include <fstream>
+#include <iostream>
+
+#include "Commands.h"
+#include "JSON/SBJsonWriter.h"
+#include "platform/Platform.h"
+#include "platform/StoredKeys.h"
+#include "support/FileContents.h"
+#include "support/Utf8.h"
+#include "tuning/Activation.h"
+#include "tuning/ProfileEditor.h"
+#include "tuning/ProfileList.h"
+#include "tuning/ProfileValues.h"
+#include "vehicles/VehicleDataSource.h"
+
+namespace itorvctl {
+
+using namespace torv;
+
+namespace {
+
+void print(const Dictionary& line) {
+    std::puts(SBJsonWriter{}.stringWithObject(line).value_or("{}").c_str());
+}
+
+bool isListed(const std::string& name) {
+    if (ProfileList{}.count(name) > 0) return true;
+    complain("there is no tuning profile \"" + printable(name) + "\"");
+    return false;
+}
+
+int list(bool json) {
+    const auto active = torv::defaults().objectForKey(activeProfileKey).textValue();
+    auto names = ProfileList{}.names();
+    names.emplace(names.begin(), defaultProfileName);
+    for (const auto& name : names) {
+        if (json) {
+            print({{"name", name}, {"active", active == name}});
+        } else {
+            std::printf("%c %s\n", active == name ? '*' : ' ', printable(name).c_str());
+        }
+    }
+    return success;
+}
+
+int show(const Vehicle& vehicle, const std::string& name, bool json) {
+    if (!isListed(name)) return badArguments;
+    const auto values = ProfileValues::load(name);
+    if (!values) {
+        complain("the values of \"" + printable(name) + "\" can't be read");
+        return badArguments;
+    }
+    for (const auto& item : namedTuningItems(vehicle)) {
+        const auto value = values->find(item.aid);
+        const auto text = value == values->end() ? std::string{} : shownValue(item, value->second);
+        if (json) {
+            print({{"aid", Number::fromInteger(item.aid)}, {"name", *item.name}, {"value", text}});
+        } else {
+            std::printf("%-28s  %s\n", printable(*item.name).c_str(), printable(text).c_str());
+        }
+    }
+    return success;
+}
+
+/// Nothing, after a complaint, when the module does not tell all of them.
+std::optional<ProfileDictionary> valuesOfModule(Handset& handset) {
+    ProfileDictionary values;
+    for (const auto& item : handset.vehicle().tuningItems()) {
+        if (!handset.feeder().requestValueForAID(item.aid)) {
+            complain("the module did not tell its value of AID " + std::to_string(item.aid));
+            return std::nullopt;
+        }
+        values.insert_or_assign(item.aid, handset.feeder().valueForAID(item.aid));
+    }
+    return values;
+}
+
+int compare(Handset& handset, const Arguments& arguments) {
+    const auto& names = arguments.words;
+    if (!isListed(names[1]) || (!arguments.live && !isListed(names[2]))) return badArguments;
+    std::optional<ProfileDictionary> other;
+    if (arguments.live) {
+        if (!handset.connect()) return notConnected(handset);
+        handset.limitTime();
+        other = valuesOfModule(handset);
+        if (!other) return noAnswer;
+    } else {
+        other = ProfileValues::load(names[2]);
+    }
+    const auto own = ProfileValues::load(names[1]);
+    if (!own || !other) {
+        complain("the values of a profile can't be read");
+        return badArguments;
+    }
+    for (const auto& row : differencesOf(*own, *other, handset.vehicle())) {
+        if (arguments.json) {
+            print({{"aid", Number::fromInteger(row.aid)},
+                   {"name", row.name},
+                   {"first", row.first},
+                   {"second", row.second}});
+        } else {
+            std::printf("%-28s  %-16s  %s\n", printable(row.name).c_str(), printable(row.first).c_str(),
+                        printable(row.second).c_str());
+        }
+    }
+    return success;
+}
+
+int activate(Handset& handset, const std::string& name, bool json) {
+    if (name != defaultProfileName && !isListed(name)) return badArguments;
+    if (!handset.connect()) return notConnected(handset);
+    Activation activation{handset.sharedFeeder(), handset.vehicle()};
+    const auto report = activation.push(
+        name, [](std::size_t, std::size_t, std::size_t) {}, [] { return false; });
+    Activation::setActive(name);
+    if (!isKept()) return noAnswer;
+    for (const auto& row : report.rows) {
+        if (json) {
+            print({{"aid", Number::fromInteger(row.aid)},
+                   {"name", row.name},
+                   {"wanted", row.wanted},
+                   {"found", row.found},
+                   {"acknowledged", row.fault != PassReport::Fault::notAcknowledged}});
+        } else {
+            std::printf("%-28s  %s\n", printable(row.name).c_str(), printable(sentenceFor(row)).c_str());
+        }
+    }
+    if (!report.isClean()) complain(report.summary());
+    if (!report.rows.empty()) return notTaken;
+    if (!json) std::printf("%s is the active profile.\n", printable(name).c_str());
+    return success;
+}
+
+int exportTo(Handset& handset, const std::string& name, const std::filesystem::path& file) {
+    if (!isListed(name)) return badArguments;
+    const auto document = ProfileEditor{name, handset.vehicle(), handset.sharedFeeder()}.document();
+    if (!document) return noAnswer;
+    const auto half = file.string() + ".part";
+    std::ofstream stream{half, std::ios::binary};
+    stream << *document << std::flush;
+    std::error_code error;
+    if (stream) std::filesystem::rename(half, file, error);
+    if (stream && !error) return success;
+    std::filesystem::remove(half, error);
+    complain(file.string() + " can't be written");
+    return noAnswer;
+}
+
+int importFrom(Handset& handset, const Arguments& arguments) {
+    std::string error;
+    const auto contents = contentsOfFile(arguments.words[1], error);
+    const auto document =
+        contents && isUtf8(*contents) ? VehicleDataSource::vehicleInfo(*contents) : std::nullopt;
+    if (!document || !(*document)["settingsMap"].dictionary()) {
+        complain(contents ? arguments.words[1] + " holds no tuning profile" : error);
+        return badArguments;
+    }
+    const auto name = arguments.words.size() > 2 ? arguments.words[2] : profileNameOf(*document);
+    if (ProfileList{}.count(name) > 0) {
+        complain("there is already a profile \"" + printable(name) + "\"; another name may follow the file");
+        return badArguments;
+    }
+    if (isSystemKey(name) && !arguments.force) {
+        complain("\"" + printable(name) +
+                 "\" is a name that itorv uses itself; --force overwrites what is there");
+        return badArguments;
+    }
+    // What the document does not tell is what the module holds.
+    std::vector<AID> missing;
+    for (const auto& item : handset.vehicle().tuningItems()) {
+        if ((*document)["settingsMap"][std::to_string(item.aid)].isNull()) missing.push_back(item.aid);
+    }
+    if (!missing.empty() && !handset.connect()) return notConnected(handset);
+    for (const AID aid : missing) {
+        if (handset.feeder().requestValueForAID(aid)) continue;
+        complain("the module did not tell its value of AID " + std::to_string(aid) +
+                 ", which the file lacks");
+        return noAnswer;
+    }
+    ProfileEditor{name, handset.vehicle(), handset.sharedFeeder()}.take(*document);
+    ProfileList{}.add(name);
+    const auto oddity = oddityOf(*document, handset.vehicle());
+    if (!oddity.empty()) complain(oddity);
+    return isKept() ? success : noAnswer;
+}
+
+int remove(const std::string& name) {
+    if (!isListed(name)) return badArguments;
+    ProfileList{}.remove(name);
+    ProfileValues::remove(name);
+    return isKept() ? success : noAnswer;
+}
+
+}  // namespace
+
+int profiles(Handset& handset, const Arguments& arguments) {
+    const auto& words = arguments.words;
+    if (words.empty()) return list(arguments.json);
+    if (words[0] == "show") return show(handset.vehicle(), words[1], arguments.json);
+    if (words[0] == "diff") return compare(handset, arguments);
+    if (words[0] == "activate") return activate(handset, words[1], arguments.json);
+    if (words[0] == "export") return exportTo(handset, words[1], words[2]);
+    if (words[0] == "import") return importFrom(handset, arguments);
+    return remove(words[1]);
+}
+
+}  // namespace itorvctl
