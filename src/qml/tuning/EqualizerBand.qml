@@ -18,11 +18,12 @@ Item {
 
     component Rail: Rectangle {
         required property rect frame
+        required property real u
 
-        x: Math.round(frame.x * band.u)
-        y: Math.round(frame.y * band.u)
-        width: Math.max(Math.round(frame.width * band.u), 1)
-        height: Math.round(frame.height * band.u)
+        x: Math.round(frame.x * u)
+        y: Math.round(frame.y * u)
+        width: Math.max(Math.round(frame.width * u), 1)
+        height: Math.round(frame.height * u)
     }
 
     Text {
@@ -60,14 +61,17 @@ Item {
         }
         Rail {
             frame: band.knob.upperRed
+            u: band.u
             color: Theme.alarm
         }
         Rail {
             frame: band.knob.lowerRed
+            u: band.u
             color: Theme.alarm
         }
         Rail {
             frame: band.knob.green
+            u: band.u
             color: Theme.calm
         }
         Picture {

@@ -37,10 +37,10 @@ void EqualizerViewController::viewDidLoad() {
     setRightBarButton(std::make_unique<BarButtonItem>("Save", [this] { didRequestSave(); }));
 }
 
-QList<EqualizerKnobView*> EqualizerViewController::knobObjects() const {
-    QList<EqualizerKnobView*> objects;
+QVariantList EqualizerViewController::knobObjects() const {
+    QVariantList objects;
     for (const auto& knob : m_knobs)
-        objects.push_back(knob.get());
+        objects.push_back(QVariant::fromValue(knob.get()));
     return objects;
 }
 

@@ -31,7 +31,7 @@ class EqualizerViewController final : public torv::ViewController,
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("made by the logic")
-    Q_PROPERTY(QList<torv::EqualizerKnobView*> knobs READ knobObjects CONSTANT)
+    Q_PROPERTY(QVariantList knobs READ knobObjects CONSTANT)
     Q_PROPERTY(QList<torv::EqualizerTick> ticks READ ticks NOTIFY laidOut)
     Q_PROPERTY(QRectF scaleFrame READ scaleFrame NOTIFY laidOut)
     Q_PROPERTY(QString maximum READ maximum CONSTANT)
@@ -51,7 +51,7 @@ public:
     void setTag(std::int32_t tag) { m_tag = tag; }
     void setDelegate(EqualizerViewControllerDelegate* delegate) { m_delegate = delegate; }
     [[nodiscard]] const std::vector<std::unique_ptr<EqualizerKnobView>>& knobs() const { return m_knobs; }
-    [[nodiscard]] QList<EqualizerKnobView*> knobObjects() const;
+    [[nodiscard]] QVariantList knobObjects() const;
     [[nodiscard]] QRectF scaleFrame() const;
     [[nodiscard]] QList<EqualizerTick> ticks() const;
     [[nodiscard]] QString maximum() const;
