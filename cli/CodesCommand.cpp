@@ -8,7 +8,6 @@
 #include <memory>
 
 #include "Commands.h"
-#include "JSON/SBJsonWriter.h"
 #include "diagnostics/DtcAIDs.h"
 #include "diagnostics/DtcClear.h"
 #include "diagnostics/DtcRequest.h"
@@ -25,10 +24,6 @@ namespace {
 /// More than three requests take, each with all its attempts: a stream that takes no bytes is waited for
 /// without end.
 constexpr std::chrono::seconds mostTime{40};
-
-void printObject(const Dictionary& object) {
-    std::puts(SBJsonWriter{}.stringWithObject(object).value_or("{}").c_str());
-}
 
 /// Turns the loop until it is done; false when the time is over or the program is to end.
 bool runUntil(const std::function<bool()>& done) {

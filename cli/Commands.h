@@ -21,6 +21,8 @@ namespace itorvctl {
 [[nodiscard]] int vehicles(const Arguments& arguments);
 [[nodiscard]] int defaults(const Arguments& arguments);
 
+/// A line of JSON on the standard output stream.
+void printObject(const torv::Dictionary& object);
 /// One line on the standard error stream.
 void complain(const std::string& why);
 /// Whether what was changed in the store is on disk; complains where it is not.

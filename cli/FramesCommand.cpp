@@ -3,7 +3,6 @@
 #include <string>
 
 #include "Commands.h"
-#include "JSON/SBJsonWriter.h"
 #include "link/x2comCodec.h"
 #include "platform/Platform.h"
 #include "support/Hexadecimal.h"
@@ -70,7 +69,7 @@ private:
                 return fields[key].textValue().value_or(std::string{});
             };
             if (json) {
-                std::puts(SBJsonWriter{}.stringWithObject(fields).value_or("{}").c_str());
+                printObject(fields);
             } else {
                 std::printf("%8s  %s  %-32s  %-14s  %s\n", field("ms").c_str(),
                             field("direction") == "sent" ? "->" : "<-", field("bytes").c_str(),

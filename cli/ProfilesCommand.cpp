@@ -4,7 +4,6 @@
 #include <iostream>
 
 #include "Commands.h"
-#include "JSON/SBJsonWriter.h"
 #include "platform/Platform.h"
 #include "platform/StoredKeys.h"
 #include "support/FileContents.h"
@@ -21,23 +20,19 @@ using namespace torv;
 
 namespace {
 
-void print(const Dictionary& line) {
-    std::puts(SBJsonWriter{}.stringWithObject(line).value_or("{}").c_str());
-}
-
 bool isListed(const std::string& name) {
     if (ProfileList{}.count(name) > 0) return true;
     complain("there is no tuning profile \"" + printable(name) + "\"");
     return false;
 }
 
-int list(bool json) {
+int listNames(bool json) {
     const auto active = torv::defaults().objectForKey(activeProfileKey).textValue();
     auto names = ProfileList{}.names();
     names.emplace(names.begin(), defaultProfileName);
     for (const auto& name : names) {
         if (json) {
-            print({{"name", name}, {"active", active == name}});
+            printObject({{"name", name}, {"active", active == name}});
         } else {
             std::printf("%c %s\n", active == name ? '*' : ' ', printable(name).c_str());
         }
@@ -56,7 +51,7 @@ int show(const Vehicle& vehicle, const std::string& name, bool json) {
         const auto value = values->find(item.aid);
         const auto text = value == values->end() ? std::string{} : shownValue(item, value->second);
         if (json) {
-            print({{"aid", Number::fromInteger(item.aid)}, {"name", *item.name}, {"value", text}});
+            printObject({{"aid", Number::fromInteger(item.aid)}, {"name", *item.name}, {"value", text}});
         } else {
             std::printf("%-28s  %s\n", printable(*item.name).c_str(), printable(text).c_str());
         }
@@ -96,10 +91,10 @@ int compare(Handset& handset, const Arguments& arguments) {
     }
     for (const auto& row : differencesOf(*own, *other, handset.vehicle())) {
         if (arguments.json) {
-            print({{"aid", Number::fromInteger(row.aid)},
-                   {"name", row.name},
-                   {"first", row.first},
-                   {"second", row.second}});
+            printObject({{"aid", Number::fromInteger(row.aid)},
+                         {"name", row.name},
+                         {"first", row.first},
+                         {"second", row.second}});
         } else {
             std::printf("%-28s  %-16s  %s\n", printable(row.name).c_str(), printable(row.first).c_str(),
                         printable(row.second).c_str());
@@ -118,11 +113,11 @@ int activate(Handset& handset, const std::string& name, bool json) {
     if (!isKept()) return noAnswer;
     for (const auto& row : report.rows) {
         if (json) {
-            print({{"aid", Number::fromInteger(row.aid)},
-                   {"name", row.name},
-                   {"wanted", row.wanted},
-                   {"found", row.found},
-                   {"acknowledged", row.fault != PassReport::Fault::notAcknowledged}});
+            printObject({{"aid", Number::fromInteger(row.aid)},
+                         {"name", row.name},
+                         {"wanted", row.wanted},
+                         {"found", row.found},
+                         {"acknowledged", row.fault != PassReport::Fault::notAcknowledged}});
         } else {
             std::printf("%-28s  %s\n", printable(row.name).c_str(), printable(sentenceFor(row)).c_str());
         }
@@ -197,7 +192,7 @@ int remove(const std::string& name) {
 
 int profiles(Handset& handset, const Arguments& arguments) {
     const auto& words = arguments.words;
-    if (words.empty()) return list(arguments.json);
+    if (words.empty()) return listNames(arguments.json);
     if (words[0] == "show") return show(handset.vehicle(), words[1], arguments.json);
     if (words[0] == "diff") return compare(handset, arguments);
     if (words[0] == "activate") return activate(handset, words[1], arguments.json);

@@ -3,7 +3,6 @@
 #include <cstdio>
 
 #include "Commands.h"
-#include "JSON/SBJsonWriter.h"
 #include "settings/DriveTrainInfo.h"
 #include "settings/SensorWarnings.h"
 #include "support/TextNumbers.h"
@@ -62,10 +61,6 @@ std::string textOf(DeviceSettings& settings, const TorvAttribute& setting, const
     return text;
 }
 
-void print(const Dictionary& line) {
-    std::puts(SBJsonWriter{}.stringWithObject(line).value_or("{}").c_str());
-}
-
 int list(Handset& handset, DeviceSettings& settings, bool json) {
     bool silent = false;
     for (const auto& setting : settings.settings()) {
@@ -84,7 +79,7 @@ int list(Handset& handset, DeviceSettings& settings, bool json) {
                             {"module", module ? Value{*module} : Value{}},
                             {"same", same},
                             {"taken", !settings.isUntaken(setting)}};
-            print(line);
+            printObject(line);
             continue;
         }
         std::printf("%-20s  %-40s  %s%s\n", nameOf(setting).c_str(),
@@ -155,10 +150,10 @@ int settings(Handset& handset, const Arguments& arguments) {
     if (!isKept()) return noAnswer;
     const auto text = textOf(settings, setting, settings.formattedValueForSetting(setting));
     if (arguments.json) {
-        print({{"aid", Number::fromInteger(setting.aid)},
-               {"name", setting.name.value_or("")},
-               {"stored", text},
-               {"taken", !settings.isUntaken(setting)}});
+        printObject({{"aid", Number::fromInteger(setting.aid)},
+                     {"name", setting.name.value_or("")},
+                     {"stored", text},
+                     {"taken", !settings.isUntaken(setting)}});
     } else {
         std::printf("%s set to %s%s\n", nameOf(setting).c_str(), text.c_str(),
                     settings.isUntaken(setting) ? "" : ": acknowledged, and stored");
@@ -177,11 +172,11 @@ int warnings(const Vehicle& vehicle, const Arguments& arguments) {
         const bool on = SensorWarnings::isOn(sensor);
         const auto value = SensorWarnings::textOfValue(sensor);
         if (arguments.json) {
-            print({{"aid", Number::fromInteger(sensor.aid)},
-                   {"name", sensor.name.value_or("")},
-                   {"on", on},
-                   {"value", Number::fromInteger(sensor.warningValue)},
-                   {"unit", unit}});
+            printObject({{"aid", Number::fromInteger(sensor.aid)},
+                         {"name", sensor.name.value_or("")},
+                         {"on", on},
+                         {"value", Number::fromInteger(sensor.warningValue)},
+                         {"unit", unit}});
         } else {
             std::printf("%-24s  %-3s  %s %s\n", nameOf(sensor).c_str(), on ? "on" : "off", value.c_str(),
                         unit.c_str());

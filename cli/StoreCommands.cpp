@@ -5,7 +5,6 @@
 #include <vector>
 
 #include "Commands.h"
-#include "JSON/SBJsonWriter.h"
 #include "JSON/ValueArchive.h"
 #include "platform/Platform.h"
 #include "support/TextNumbers.h"
@@ -25,7 +24,7 @@ void print(const char* place, const Vehicle& vehicle, bool json) {
                                                         : "";
     if (json) {
         const Dictionary line{{"place", place}, {"name", name}, {"version", version}, {"state", state}};
-        std::puts(SBJsonWriter{}.stringWithObject(line).value_or("{}").c_str());
+        printObject(line);
     } else {
         std::printf("%-8s  %s  version %s%s%s\n", place, printable(name).c_str(), printable(version).c_str(),
                     state.empty() ? "" : "  ", state.c_str());

@@ -1,6 +1,7 @@
 #include <cstdio>
 
 #include "Commands.h"
+#include "JSON/SBJsonWriter.h"
 
 namespace itorvctl {
 
@@ -18,6 +19,10 @@ TorvAttribute attributeOrRaw(const Handset& handset, AID aid) {
 }
 
 }  // namespace
+
+void printObject(const Dictionary& object) {
+    std::puts(SBJsonWriter{}.stringWithObject(object).value_or("{}").c_str());
+}
 
 void complain(const std::string& why) {
     std::fprintf(stderr, "itorvctl: %s\n", why.c_str());

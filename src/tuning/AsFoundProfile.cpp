@@ -14,7 +14,7 @@
 namespace torv {
 namespace {
 
-constexpr int readAttempts = 2;
+constexpr int readingAttempts = 2;
 
 std::string keyFor(const Vehicle& vehicle) {
     return std::string{asFoundKeyPrefix} + vehicle.name().value_or("(null)");
@@ -37,7 +37,7 @@ std::string freeName(const ProfileList& list) {
 }
 
 bool read(iTorvFeeder& feeder, AID aid) {
-    for (int attempt = 0; attempt < readAttempts; ++attempt) {
+    for (int attempt = 0; attempt < readingAttempts; ++attempt) {
         if (feeder.requestValueForAID(aid)) return true;
     }
     return false;

@@ -13,10 +13,10 @@ namespace {
 
 // Points. The labelled scale stands as high as those of the bands, which begin below the screen's top.
 constexpr double stripTop = 32;
-constexpr double scaleLeft = 10;
-constexpr double scaleWidth = 20;
-constexpr double scaleTop = 73;
-constexpr double scaleBottom = 51;
+constexpr double labelledLeft = 10;
+constexpr double labelledWidth = 20;
+constexpr double labelledTop = 73;
+constexpr double labelledBottom = 51;
 
 }  // namespace
 
@@ -52,7 +52,7 @@ void EqualizerViewController::setHeight(double height) {
 }
 
 QRectF EqualizerViewController::scaleFrame() const {
-    return {scaleLeft, scaleTop, scaleWidth, std::max(m_height - scaleTop - scaleBottom, 0.0)};
+    return {labelledLeft, labelledTop, labelledWidth, std::max(m_height - labelledTop - labelledBottom, 0.0)};
 }
 
 QList<EqualizerTick> EqualizerViewController::ticks() const {
