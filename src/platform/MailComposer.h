@@ -1,8 +1,9 @@
 #pragma once
 
+#include <functional>
 #include <string>
 
-#include "support/Value.h"
+#include "platform/Document.h"
 
 namespace torv {
 
@@ -11,10 +12,10 @@ class MailComposer {
 public:
     struct Mail {
         std::string subject;
-        std::string fileName;  ///< of the attachment
-        std::string mimeType;
-        Data attachment;
+        Document attachment;
     };
+    /// Called on the main thread, at once or later, when no composer could be started.
+    using Failed = std::function<void()>;
 
     MailComposer() = default;
     MailComposer(const MailComposer&) = delete;
@@ -22,8 +23,7 @@ public:
     virtual ~MailComposer() = default;
 
     [[nodiscard]] virtual bool canSendMail() const = 0;
-    /// False when no composer could be started.
-    virtual bool compose(const Mail& mail) = 0;
+    virtual void compose(const Mail& mail, Failed failed) = 0;
 };
 
 }  // namespace torv

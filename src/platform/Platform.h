@@ -4,6 +4,7 @@
 #include <string>
 
 #include "platform/ByteStream.h"
+#include "platform/DocumentSaver.h"
 #include "platform/MailComposer.h"
 #include "platform/NetworkInterfaces.h"
 #include "platform/NotificationCenter.h"
@@ -36,6 +37,7 @@ public:
     [[nodiscard]] virtual URLLoader& urlLoader() = 0;
     [[nodiscard]] virtual Resources& resources() = 0;
     [[nodiscard]] virtual MailComposer& mailComposer() = 0;
+    [[nodiscard]] virtual DocumentSaver& documentSaver() = 0;
     /// `name` is what the system shows for the thread, 15 characters at the most.
     [[nodiscard]] virtual std::unique_ptr<WorkQueue> makeWorkQueue(const std::string& name) = 0;
     /// Whether the screen stays on though nobody touches it. Main thread.

@@ -85,7 +85,7 @@ TEST_F(DtcScreensTest, CodesAreListedOpenedAndSharedAndOldOnesSaySo) {
     touchShare();
     ASSERT_EQ(platform.mail.mails.size(), 1U);
     const auto& mail = platform.mail.mails[0];
-    const std::string body{mail.attachment.begin(), mail.attachment.end()};
+    const std::string body{mail.attachment.contents.begin(), mail.attachment.contents.end()};
     for (const auto* part : {"Tow/Truck", "Read on 20", "P0105 - Manifold", "Code not received"})
         EXPECT_NE(body.find(part), std::string::npos) << body;
     touch(1);
@@ -113,7 +113,6 @@ TEST_F(DtcScreensTest, WithoutMailTheCodesGoToAFile) {
     platform.mail.possible = false;
     readCodes(report224(1), report225(0));
     EXPECT_EQ(top().rightBarButton()->title(), "Save to file");
-    std::filesystem::path saved;
     for (const bool startsMail : {false, true}) {
         platform.mail.starts = !startsMail;
         touchShare();
@@ -123,10 +122,8 @@ TEST_F(DtcScreensTest, WithoutMailTheCodesGoToAFile) {
         }
         ASSERT_NE(stack->alert(), nullptr);
         ASSERT_EQ(stack->alert()->title(), "Saved");
-        saved = stack->alert()->message().mid(17).toStdString();
-        std::string error;
-        EXPECT_NE(contentsOfFile(saved, error).value_or(error).find("P0101 - Mass"), std::string::npos);
-        std::filesystem::remove(saved);
+        const auto& contents = platform.files.documents.back().contents;
+        EXPECT_NE(std::string(contents.begin(), contents.end()).find("P0101 - Mass"), std::string::npos);
         press(no);
         platform.mail.possible = true;
         readCodes(report224(1), report225(0));

@@ -93,6 +93,7 @@ public:
     [[nodiscard]] torv::URLLoader& urlLoader() override { return loader; }
     [[nodiscard]] torv::Resources& resources() override { return m_resources; }
     [[nodiscard]] torv::MailComposer& mailComposer() override { return mail; }
+    [[nodiscard]] torv::DocumentSaver& documentSaver() override { return files; }
     [[nodiscard]] std::unique_ptr<torv::WorkQueue> makeWorkQueue(const std::string&) override {
         return std::make_unique<LoopWorkQueue>(loop);
     }
@@ -111,7 +112,10 @@ public:
     };
     struct Mailbox final : torv::MailComposer {
         [[nodiscard]] bool canSendMail() const override { return possible; }
-        bool compose(const Mail& composed) override { return mails.push_back(composed), starts; }
+        void compose(const Mail& composed, Failed failed) override {
+            mails.push_back(composed);
+            if (!starts) failed();
+        }
 
         bool possible = true;
         bool starts = true;
@@ -119,11 +123,22 @@ public:
         std::vector<Mail> mails;
     };
 
+    struct Files final : torv::DocumentSaver {
+        void save(const torv::Document& document, Done done) override {
+            documents.push_back(document);
+            done(outcome);
+        }
+
+        Outcome outcome{.file = "/a/file", .error = {}};
+        std::vector<torv::Document> documents;
+    };
+
     VirtualRunLoop loop;
     MemoryUserDefaults defaults;
     Network network;
     QueuedURLLoader loader;
     Mailbox mail;
+    Files files;
     std::vector<std::string> log;
     std::vector<std::shared_ptr<ScriptedStream>> opened;
     bool streamsOpen = true;

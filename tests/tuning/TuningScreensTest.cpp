@@ -226,6 +226,10 @@ TEST_F(TuningScreensTest, NamingSavingAndEditing) {
     press(top<ProfileEditViewController>().rightBarButton());
     EXPECT_EQ(answer(0), "Oops!|Export requires Mail to be configured on this device.");
 
+    platform.files.outcome = {.file = {}, .error = "disk full"};
+    press(qobject_cast<BarButtonItem*>(top<ProfileEditViewController>().toolbarItems()[1].value<QObject*>()));
+    EXPECT_EQ(answer(0), "Not saved|disk full");
+    EXPECT_TRUE(platform.files.documents.at(0).fileName.ends_with(".itorv.json"));
     press(qobject_cast<BarButtonItem*>(top<ProfileEditViewController>().toolbarItems()[0].value<QObject*>()));
     top<TablePickerViewController>().touchRow(0, 1);
     platform.loop.runWork();

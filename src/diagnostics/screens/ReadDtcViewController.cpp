@@ -3,19 +3,12 @@
 #include <algorithm>
 
 #include "diagnostics/TroubleCodeDatabase.h"
-#include "diagnostics/TroubleCodeFile.h"
 #include "diagnostics/screens/DTCDataViewController.h"
 #include "platform/Log.h"
-#include "screens/MailComposeViewController.h"
+#include "screens/DocumentExport.h"
 #include "screens/NavigationController.h"
 
 namespace torv {
-namespace {
-
-constexpr int saveButton = 1;
-
-}  // namespace
-
 void ReadDtcViewController::viewDidLoad() {
     setTitle(QStringLiteral("Read DTC's"));
     std::string error;
@@ -25,9 +18,9 @@ void ReadDtcViewController::viewDidLoad() {
     m_fresh = static_cast<int>(std::ranges::count(m_report.rows, false, &TroubleCodeReport::Row::old));
     m_readAt = TroubleCodeReport::WallClock::now();
     if (m_report.rows.empty()) return;
-    const bool canMail = MailComposeViewController::canSendMail();
-    setRightBarButton(canMail ? std::make_unique<BarButtonItem>("Share", [this] { share(); })
-                              : std::make_unique<BarButtonItem>("Save to file", [this] { saveToFile(); }));
+    setRightBarButton(canSendMail() ? std::make_unique<BarButtonItem>("Share", [this] { share(); })
+                                    : std::make_unique<BarButtonItem>(
+                                          "Save to file", [this] { saveDocument(*this, document()); }));
 }
 
 int ReadDtcViewController::numberOfRowsInSection(int section) {
@@ -72,32 +65,15 @@ void ReadDtcViewController::didSelectRowAtIndexPath(IndexPath path) {
         true);
 }
 
+Document ReadDtcViewController::document() const {
+    const auto text = m_report.document(m_vehicleName, m_readAt);
+    return {.fileName = "iTorv-codes-" + m_vehicleName + ".txt",
+            .mimeType = "text/plain",
+            .contents = {text.begin(), text.end()}};
+}
+
 void ReadDtcViewController::share() {
-    const auto document = m_report.document(m_vehicleName, m_readAt);
-    MailComposeViewController mail;
-    mail.setSubject("Trouble codes of " + m_vehicleName);
-    mail.addAttachmentDataMimeTypeFileName({document.begin(), document.end()}, "text/plain",
-                                           "iTorv-codes-" + m_vehicleName + ".txt");
-    if (mail.present()) return;
-    auto alert =
-        std::make_shared<AlertView>("The mail can't be written", "The mail program could not be started.",
-                                    QStringList{"Cancel", "Save to file"});
-    alert->setDismissedHandler([weak = weak_from_this()](int index) {
-        const auto screen = std::dynamic_pointer_cast<ReadDtcViewController>(weak.lock());
-        if (screen && index == saveButton) screen->saveToFile();
-    });
-    showAlert(std::move(alert));
-}
-
-void ReadDtcViewController::saveToFile() {
-    std::string error;
-    const auto file = saveTroubleCodes(m_report.document(m_vehicleName, m_readAt), m_readAt, error);
-    if (file) return tell("Saved", "The codes are in " + QString::fromStdString(file->string()));
-    tell("Not saved", QString::fromStdString(error));
-}
-
-void ReadDtcViewController::tell(const QString& title, const QString& message) {
-    showAlert(std::make_shared<AlertView>(title, message, QStringList{"OK"}));
+    mailDocument(*this, "Trouble codes of " + m_vehicleName, document());
 }
 
 }  // namespace torv

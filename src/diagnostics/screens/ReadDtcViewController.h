@@ -4,6 +4,7 @@
 #include <string>
 
 #include "diagnostics/TroubleCodeReport.h"
+#include "platform/Document.h"
 #include "screens/TableViewController.h"
 
 namespace torv {
@@ -33,9 +34,8 @@ public:
 
 private:
     [[nodiscard]] const TroubleCodeReport::Row& row(IndexPath path) const;
+    [[nodiscard]] Document document() const;
     void share();
-    void saveToFile();
-    void tell(const QString& title, const QString& message);
 
     const std::shared_ptr<iTorvFeeder> m_feeder;
     const RunLoop::Clock::time_point m_begun;

@@ -6,17 +6,21 @@
 
 namespace torv {
 
-/// Opens the desktop's mail program by xdg-email. The attachment is written to `outbox` first and stays
-/// there, because the mail program may read it later.
+/// Opens the desktop's mail program: by the e-mail portal, which gets the attachment as a descriptor of a
+/// file that has no name any more; else by xdg-email, for which the attachment is written to `outbox`, a
+/// folder of the user's alone, and stays there until the next mail a day later, because the mail program may
+/// read it at any time.
 class DesktopMailComposer final : public MailComposer {
 public:
     explicit DesktopMailComposer(std::filesystem::path outbox) : m_outbox(std::move(outbox)) {}
 
     [[nodiscard]] bool canSendMail() const override;
-    bool compose(const Mail& mail) override;
+    void compose(const Mail& mail, Failed failed) override;
 
 private:
-    std::filesystem::path m_outbox;
+    [[nodiscard]] bool composeByProgram(const Mail& mail) const;
+
+    const std::filesystem::path m_outbox;
 };
 
 }  // namespace torv

@@ -5,6 +5,7 @@
 
 #include "platform/Platform.h"
 #include "platform/real/CurlURLLoader.h"
+#include "platform/real/DesktopDocumentSaver.h"
 #include "platform/real/DesktopMailComposer.h"
 #include "platform/real/IdleInhibitor.h"
 #include "platform/real/PosixByteStream.h"
@@ -31,6 +32,7 @@ public:
     [[nodiscard]] URLLoader& urlLoader() override { return m_loader; }
     [[nodiscard]] Resources& resources() override { return m_resources; }
     [[nodiscard]] MailComposer& mailComposer() override { return m_mail; }
+    [[nodiscard]] DocumentSaver& documentSaver() override { return m_saver; }
     [[nodiscard]] std::unique_ptr<WorkQueue> makeWorkQueue(const std::string& name) override {
         return std::make_unique<ThreadWorkQueue>(name);
     }
@@ -54,6 +56,7 @@ private:
     SystemNetworkInterfaces m_interfaces;
     CurlURLLoader m_loader;
     DesktopMailComposer m_mail;
+    DesktopDocumentSaver m_saver;
     QtRunLoop m_loop;  // goes before the members above, which the owners of its timers still use
     Streams m_streams;
 };

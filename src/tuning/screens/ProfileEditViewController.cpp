@@ -4,7 +4,7 @@
 #include <limits>
 #include <utility>
 
-#include "screens/MailComposeViewController.h"
+#include "screens/DocumentExport.h"
 #include "screens/NavigationController.h"
 #include "screens/TypedNumber.h"
 #include "tuning/ProfileValues.h"
@@ -46,6 +46,7 @@ void ProfileEditViewController::viewDidLoad() {
         setRightBarButton(std::make_unique<BarButtonItem>("Export", [this] { exportProfile(); }));
     std::vector<std::unique_ptr<BarButtonItem>> toolbar;
     toolbar.push_back(std::make_unique<BarButtonItem>("Compare", [this] { compare(); }));
+    if (!isNew) toolbar.push_back(std::make_unique<BarButtonItem>("Save to file", [this] { saveToFile(); }));
     setToolbarItems(std::move(toolbar));
     if (m_importVehicleInfo) {
         m_editor.take(*m_importVehicleInfo);
@@ -168,17 +169,22 @@ void ProfileEditViewController::save() {
     stack->popToIndexAnimated(listUnderTheMenu, true);
 }
 
+Document ProfileEditViewController::document() const {
+    const auto text = m_editor.document().value_or(std::string{});
+    return {.fileName = exportFileName(std::time(nullptr)),
+            .mimeType = "application/json",
+            .contents = {text.begin(), text.end()}};
+}
+
 void ProfileEditViewController::exportProfile() {
-    const auto document = m_editor.document().value_or(std::string{});
-    if (!MailComposeViewController::canSendMail()) {
-        return showAlert(std::make_shared<AlertView>(
-            "Oops!", "Export requires Mail to be configured on this device.", QStringList{"OK"}));
-    }
-    MailComposeViewController mail;
-    mail.setSubject("Your Torvwerks Custom Tuning Export");
-    mail.addAttachmentDataMimeTypeFileName({document.begin(), document.end()}, "application/json",
-                                           exportFileName(std::time(nullptr)));
-    mail.present();
+    mailDocument(*this, "Your Torvwerks Custom Tuning Export", document());
+}
+
+/// Under a name that the desktop opens with this program.
+void ProfileEditViewController::saveToFile() {
+    auto saved = document();
+    saved.fileName.replace(saved.fileName.rfind(".json"), std::string::npos, ".itorv.json");
+    saveDocument(*this, saved);
 }
 
 void ProfileEditViewController::compare() {

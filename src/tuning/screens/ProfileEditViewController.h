@@ -4,6 +4,7 @@
 #include <optional>
 
 #include "control/iTorvAppDelegate.h"
+#include "platform/Document.h"
 #include "screens/TablePickerViewController.h"
 #include "screens/TextValueGetterViewController.h"
 #include "tuning/ProfileEditor.h"
@@ -55,6 +56,7 @@ public:
 
     void save();
     void exportProfile();
+    void saveToFile();
     /// With the module's own values, or with another profile.
     void compare();
 
@@ -65,6 +67,7 @@ private:
 
     [[nodiscard]] const TorvAttributeGroup& group(int section) const;
     [[nodiscard]] const TorvAttribute& itemOfTag(std::int32_t tag) const;
+    [[nodiscard]] Document document() const;
     [[nodiscard]] std::optional<ProfileDictionary> valuesOfModule();
 
     const std::shared_ptr<iTorvAppDelegate> m_application;

@@ -1,0 +1,30 @@
+#pragma once
+
+#include <filesystem>
+#include <functional>
+#include <optional>
+#include <string>
+
+#include "platform/Document.h"
+
+namespace torv {
+
+/// Lets the user choose where a document is kept, and writes it there. Main thread.
+class DocumentSaver {
+public:
+    struct Outcome {
+        std::optional<std::filesystem::path> file;  ///< where it is, whole
+        std::string error;  ///< why it is nowhere; empty when the user did not want it
+    };
+    /// Called once, on the main thread, at once or later.
+    using Done = std::function<void(const Outcome&)>;
+
+    DocumentSaver() = default;
+    DocumentSaver(const DocumentSaver&) = delete;
+    DocumentSaver& operator=(const DocumentSaver&) = delete;
+    virtual ~DocumentSaver() = default;
+
+    virtual void save(const Document& document, Done done) = 0;
+};
+
+}  // namespace torv

@@ -1,0 +1,19 @@
+#pragma once
+
+#include <string>
+
+#include "platform/Document.h"
+#include "screens/ViewController.h"
+
+namespace torv {
+
+// How a document leaves the program. Main thread; what goes wrong is said over the screen, if it is still
+// there.
+
+[[nodiscard]] bool canSendMail();
+/// Into the desktop's mail composer. Where there is none, an alert says so.
+void mailDocument(ViewController& screen, const std::string& subject, const Document& document);
+/// To a place that the user chooses; an alert then tells where it is.
+void saveDocument(ViewController& screen, const Document& document);
+
+}  // namespace torv

@@ -1,0 +1,199 @@
+// Mail and files by a desktop's portal of our own on a private bus, and without one.
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <QDBusArgument>
+#include <QDBusConnection>
+#include <QDBusMessage>
+#include <QDBusMetaType>
+#include <QDBusObjectPath>
+#include <QDBusUnixFileDescriptor>
+#include <QDBusVirtualObject>
+#include <QFile>
+#include <QProcess>
+#include <QTemporaryDir>
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+
+#include "fakes/WaitUntil.h"
+#include "platform/real/DesktopDocumentSaver.h"
+#include "platform/real/DesktopMailComposer.h"
+#include "platform/real/QtRunLoop.h"
+
+namespace {
+
+using namespace torv;
+using namespace std::chrono_literals;
+
+const auto service = QStringLiteral("org.freedesktop.portal.Desktop");
+
+std::string contentsOf(const std::filesystem::path& file) {
+    std::ostringstream text;
+    text << std::ifstream{file}.rdbuf();
+    return text.str();
+}
+
+Document document(const std::string& name = "drive.csv") {
+    const std::string text = "a,b\n1,2\n";
+    return {.fileName = name, .mimeType = "text/csv", .contents = {text.begin(), text.end()}};
+}
+
+/// Takes every question, and answers as it is told.
+class Portal final : public QDBusVirtualObject {
+public:
+    enum class Mood { answers, cancels, refuses };
+
+    [[nodiscard]] QString introspect(const QString&) const override { return {}; }
+    bool handleMessage(const QDBusMessage& message, const QDBusConnection& bus) override {
+        const auto options = qdbus_cast<QVariantMap>(message.arguments().last().value<QDBusArgument>());
+        if (mood == Mood::refuses)
+            return bus.send(message.createErrorReply(QDBusError::UnknownInterface, "no such portal"));
+        asked = message.member();
+        subject = options.value("subject").toString();
+        name = options.value("current_name").toString();
+        if (options.contains("attachment_fds")) {
+            const auto files = qdbus_cast<QList<QDBusUnixFileDescriptor>>(
+                options.value("attachment_fds").value<QDBusArgument>());
+            QFile file;
+            if (files.size() == 1 && file.open(::dup(files[0].fileDescriptor()), QIODevice::ReadOnly,
+                                               QFileDevice::AutoCloseHandle))
+                attachment = file.readAll().toStdString();
+            writable = files.size() == 1 && ::write(files[0].fileDescriptor(), "x", 1) == 1;
+        }
+        auto sender = message.service().mid(1);
+        const auto path = "/org/freedesktop/portal/desktop/request/" + sender.replace('.', '_') + '/' +
+                          options.value("handle_token").toString();
+        bus.send(message.createReply(QVariant::fromValue(QDBusObjectPath{path})));
+        auto response = QDBusMessage::createSignal(path, "org.freedesktop.portal.Request", "Response");
+        response << (mood == Mood::cancels ? 1U : 0U)
+                 << QVariantMap{{"uris", QStringList{"file://" + chosen}}};
+        return bus.send(response);
+    }
+
+    Mood mood = Mood::answers;
+    QString asked;
+    QString subject;
+    QString name;
+    QString chosen;
+    std::string attachment;
+    bool writable = true;
+};
+
+class DesktopTest : public testing::Test {
+protected:
+    static void SetUpTestSuite() {
+        qDBusRegisterMetaType<QList<QDBusUnixFileDescriptor>>();
+        bus = std::make_unique<QProcess>();
+        bus->start("dbus-daemon", {"--session", "--nofork", "--print-address"});
+        ASSERT_TRUE(bus->waitForReadyRead(10000));
+        const auto address = bus->readLine().trimmed();
+        qputenv("DBUS_SESSION_BUS_ADDRESS", address);
+        other = std::make_unique<QDBusConnection>(QDBusConnection::connectToBus(QString{address}, "portal"));
+        ASSERT_TRUE(other->isConnected());
+    }
+    static void TearDownTestSuite() {
+        other.reset();
+        QDBusConnection::disconnectFromBus("portal");
+        QDBusConnection::disconnectFromBus("qt_default_session_bus");
+        bus->kill();
+        bus->waitForFinished();
+        bus.reset();
+    }
+    DesktopTest() {
+        qputenv("HOME", folder.path().toUtf8());
+        qputenv("XDG_CONFIG_HOME", folder.path().toUtf8());
+        qputenv("PATH", folder.path().toUtf8());
+    }
+    ~DesktopTest() override {
+        other->unregisterService(service);
+        other->unregisterObject("/");
+        qputenv("PATH", path);
+    }
+    void raisePortal() {
+        ASSERT_TRUE(other->registerVirtualObject("/", &portal, QDBusConnection::SubPath));
+        ASSERT_TRUE(other->registerService(service));
+    }
+    /// A mail program that keeps what it was called with.
+    void installProgram() {
+        const auto file = folder.filePath("xdg-email").toStdString();
+        std::ofstream{file} << "#!/bin/sh\nPATH=/usr/bin:/bin\nprintf '%s\\n' \"$@\" > '" << called.string()
+                            << ".part'; mv '" << called.string() << ".part' '" << called.string() << "'\n";
+        ::chmod(file.c_str(), 0755);
+    }
+    bool wait(const std::function<bool()>& condition) { return fakes::waitUntil(loop, condition, 10s); }
+
+    inline static std::unique_ptr<QProcess> bus;
+    inline static std::unique_ptr<QDBusConnection> other;
+    const QByteArray path = qgetenv("PATH");
+    const QTemporaryDir folder;
+    const std::filesystem::path called = folder.filePath("called").toStdString();
+    QtRunLoop loop;
+    Portal portal;
+    DesktopMailComposer mail{folder.filePath("outbox").toStdString()};
+    DesktopDocumentSaver saver;
+    int failures = 0;
+    const MailComposer::Failed failed = [this] { ++failures; };
+};
+
+TEST_F(DesktopTest, MailGoesByThePortalWithoutACopyOnDisk) {
+    EXPECT_FALSE(mail.canSendMail());
+    raisePortal();
+    EXPECT_TRUE(mail.canSendMail());
+    mail.compose({.subject = "Drive", .attachment = document()}, failed);
+    ASSERT_TRUE(wait([&] { return !portal.asked.isEmpty(); }));
+    EXPECT_EQ(portal.asked, "ComposeEmail");
+    EXPECT_EQ(portal.subject, "Drive");
+    EXPECT_EQ(portal.attachment, "a,b\n1,2\n");
+    EXPECT_FALSE(portal.writable);
+    EXPECT_FALSE(std::filesystem::exists(folder.filePath("outbox").toStdString()));
+}
+
+TEST_F(DesktopTest, MailGoesByTheProgramWhereThePortalRefuses) {
+    raisePortal();
+    portal.mood = Portal::Mood::refuses;
+    mail.compose({.subject = "Drive", .attachment = document()}, failed);
+    ASSERT_TRUE(wait([&] { return failures == 1; })) << "and there is no program either";
+    installProgram();
+    mail.compose({.subject = "Drive", .attachment = document("../../a b.csv")}, failed);
+    ASSERT_TRUE(wait([&] { return std::filesystem::exists(called); }));
+    const auto outbox = folder.filePath("outbox").toStdString();
+    EXPECT_EQ(contentsOf(called), "--subject\nDrive\n--attach\n" + outbox + "/.._.._a b.csv\n");
+    EXPECT_EQ(contentsOf(outbox + "/.._.._a b.csv"), "a,b\n1,2\n");
+    using std::filesystem::perms;
+    EXPECT_EQ(std::filesystem::status(outbox).permissions(), perms::owner_all);
+    EXPECT_EQ(std::filesystem::status(outbox + "/.._.._a b.csv").permissions(),
+              perms::owner_read | perms::owner_write);
+    EXPECT_EQ(failures, 1);
+}
+
+TEST_F(DesktopTest, AFileGoesWhereTheUserWantsIt) {
+    std::optional<DocumentSaver::Outcome> outcome;
+    const auto save = [&](const Document& what = document()) {
+        outcome.reset();
+        saver.save(what, [&](const DocumentSaver::Outcome& told) { outcome = told; });
+        return wait([&] { return outcome.has_value(); });
+    };
+    ASSERT_TRUE(save());
+    EXPECT_EQ(outcome->file, folder.filePath("Documents/drive.csv").toStdString()) << "without a portal";
+    ASSERT_TRUE(save());
+    EXPECT_EQ(outcome->file->filename(), "drive 2.csv");
+
+    raisePortal();
+    portal.chosen = folder.filePath("mine.csv");
+    ASSERT_TRUE(save(document("a/b.csv")));
+    EXPECT_EQ(portal.name, "a_b.csv");
+    EXPECT_EQ(contentsOf(*outcome->file), "a,b\n1,2\n");
+    portal.mood = Portal::Mood::cancels;
+    ASSERT_TRUE(save());
+    EXPECT_FALSE(outcome->file);
+    EXPECT_EQ(outcome->error, "");
+    portal.mood = Portal::Mood::answers;
+    portal.chosen = "/no/such/folder/mine.csv";
+    ASSERT_TRUE(save());
+    EXPECT_FALSE(outcome->file);
+    EXPECT_NE(outcome->error.find("/no/such/folder/mine.csv"), std::string::npos);
+}
+
+}  // namespace
