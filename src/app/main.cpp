@@ -15,6 +15,7 @@
 
 #include "app/Display.h"
 #include "app/Screens.h"
+#include "app/SingleInstance.h"
 #include "app/StartTimes.h"
 #include "control/ConnectionStatus.h"
 #include "control/iTorvAppDelegate.h"
@@ -50,6 +51,7 @@ struct Options {
     bool fullScreen = false;
     bool software = false;
     bool logTimes = false;
+    bool newInstance = false;
 };
 
 int refuse(const std::string& why) {
@@ -102,6 +104,7 @@ std::optional<std::string> readArguments(const QCoreApplication& application, Op
         {"screenshot", "Save a picture of the window (PNG) and end.", "FILE"},
         {"after", "Seconds until that picture is taken (2).", "SECONDS", "2"},
         {"software", "Let the processor draw the window; so it is where OpenGL can't be used."},
+        {"new-instance", "Start beside an itorv that runs; both then want the link and the store."},
         {"log-times", "Log how long the first frame and the first value took."},
     });
     if (!parser.parse(application.arguments())) return parser.errorText().toStdString();
@@ -120,6 +123,7 @@ std::optional<std::string> readArguments(const QCoreApplication& application, Op
     options.software = parser.isSet("software");
     options.logTimes = parser.isSet("log-times");
     options.fullScreen = parser.isSet("full-screen");
+    options.newInstance = parser.isSet("new-instance");
     const auto turn = turnFromText(parser.value("turn"));
     if (!turn) return "--turn takes auto, left, right or never";
     options.turn = *turn;
@@ -151,6 +155,17 @@ void takeScreenshotLater(RunLoop& loop, QQuickWindow& window, const Options& opt
     });
 }
 
+/// A second start wants to import a file. In the middle of a pass that is the user's choice.
+void askToEnd(const iTorvAppDelegate& control, const std::shared_ptr<iTorvViewController>& page,
+              const std::function<void(bool)>& answer) {
+    if (!control.isPassUnderWay() || !page) return answer(true);
+    auto alert = std::make_shared<AlertView>(
+        "Import a file?", "Settings are on their way to the module. The import begins anew, and ends that.",
+        QStringList{"Go on", "Import"});
+    alert->setDismissedHandler([answer](int index) { answer(index == 1); });
+    page->showAlert(std::move(alert));
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -177,6 +192,13 @@ int main(int argc, char** argv) {
         return refuse("the window can't be served by VNC on the loopback interface; is the port taken?");
     }
     startSystemLog("itorv", LogTerminal::yes);
+    SingleInstance instance{StandardResources{}.documentsDirectory()};
+    if (!options.newInstance) {
+        std::string why;
+        const auto claim = instance.claim(options.url.has_value(), why);
+        if (claim == SingleInstance::Claim::cameForward) return 0;
+        if (claim == SingleInstance::Claim::refused) return refuse(why);
+    }
     RealPlatform platform;
     Platform::install(&platform);
     const QuitSignals signals_{[&] { platform.runLoop().quit(); }};
@@ -221,6 +243,13 @@ int main(int argc, char** argv) {
         std::fprintf(stderr, "itorv: the window can't be drawn; --software may help: %s\n", qPrintable(why));
         platform.runLoop().quit(cannotDraw);
     });
+    instance.serve({.comeForward =
+                        [window] {
+                            window->raise();
+                            window->requestActivate();
+                        },
+                    .mayEnd = [&](const auto& answer) { askToEnd(*control, firstPage, answer); },
+                    .end = [&] { platform.runLoop().quit(); }});
     if (options.size) window->resize(*options.size);
     if (options.fullScreen) window->showFullScreen();
     mainWindow->setTurn(options.turn);
