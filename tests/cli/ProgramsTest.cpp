@@ -18,37 +18,14 @@
 #include <sstream>
 #include <string>
 
-#include "bench/Bench.h"
+#include "Programs.h"
 #include "platform/StoredKeys.h"
 #include "platform/real/SqliteUserDefaults.h"
 #include "vehicles/SettingValueStore.h"
 
 namespace {
 
-struct Result {
-    int code = -1;
-    std::string output;
-    std::string error;
-};
-
-/// Variables as "NAME=VALUE"; with no value, there is none of the name.
-Result run(const QString& program, const QStringList& arguments, const QString& home = {},
-           const QStringList& variables = {}) {
-    QProcess process;
-    auto environment = QProcessEnvironment::systemEnvironment();
-    for (const auto& variable : variables) {
-        environment.remove(variable.section('=', 0, 0));
-        if (const auto value = variable.section('=', 1); !value.isEmpty())
-            environment.insert(variable.section('=', 0, 0), value);
-    }
-    if (!home.isEmpty()) environment.insert("XDG_DATA_HOME", home);
-    environment.insert("no_proxy", "*");
-    process.setProcessEnvironment(environment);
-    process.start(QCoreApplication::applicationDirPath() + "/" + program, arguments);
-    EXPECT_TRUE(process.waitForFinished(60000)) << program.toStdString();
-    return {process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1,
-            process.readAllStandardOutput().toStdString(), process.readAllStandardError().toStdString()};
-}
+using namespace programs;
 
 TEST(Programs, BadArgumentsGetOneLineAndTheCodeTwo) {
     const QTemporaryDir folder;
@@ -198,19 +175,6 @@ TEST(Programs, VehiclesAreListedUpdatedAndUsed) {
     server.closeWriteChannel();
     EXPECT_TRUE(server.waitForFinished(30000));
 }
-
-class ProgramsWithModule : public testing::Test {
-protected:
-    ProgramsWithModule() {
-        module = std::make_unique<bench::Bench>(bench::Options{
-            .rate = 200, .profile = std::filesystem::path{ITORV_RESOURCE_DIR} / "vehicle.json"});
-        EXPECT_EQ(module->start().value_or(""), "");
-        address = "127.0.0.1:" + QString::number(module->port());
-    }
-
-    std::unique_ptr<bench::Bench> module;
-    QString address;
-};
 
 TEST_F(ProgramsWithModule, GetSetWatchAndFrames) {
     const auto set = run("itorvctl", {"set", "95", "3200", "--module", address});

@@ -316,9 +316,11 @@ TEST_F(SettingsTest, AnotherVehicleEndsTheChangesOfTheOldOne) {
 
 TEST_F(SettingsTest, ResetForgetsAndTheNextConnectWritesTheLowest) {
     auto& screen = *open<SettingsViewController>();
+    UntakenSettings::note(truck(), 95, false);
     screen.rightBarButton()->touch();
     run();
     EXPECT_FALSE(SettingValueStore::load(truck()));
+    EXPECT_FALSE(UntakenSettings::contains(truck(), 95));
     EXPECT_EQ(detail(screen, plain), "0 RPM");
     EXPECT_TRUE(writes.empty());
     platform.stream().lose();
