@@ -61,6 +61,34 @@ TEST_F(TuningPrograms, ProfilesAreMadePushedComparedAndHandedOn) {
     EXPECT_EQ(profiles({"activate", "Tow"}).code, 2);
 }
 
+/// At any moment of a pass, of an import and of a delete: what was said to be saved is there.
+TEST_F(TuningPrograms, KilledAtAnyMomentNothingThatWasSavedIsGone) {
+    const auto file = document("tow.json", R"("settingsMap": {"42": "120"})");
+    ASSERT_EQ(profiles({"import", file}).code, 0);
+    const auto values = profiles({"show", "Tow"}).output;
+    const auto killAfter = [&](const QStringList& arguments, int milliseconds) {
+        QProcess process;
+        auto environment = QProcessEnvironment::systemEnvironment();
+        environment.insert("XDG_DATA_HOME", home.path());
+        process.setProcessEnvironment(environment);
+        process.start(QCoreApplication::applicationDirPath() + "/itorvctl",
+                      QStringList{"profiles"} + arguments + QStringList{"--module", address});
+        if (!process.waitForFinished(milliseconds)) process.kill();
+        process.waitForFinished();
+    };
+    for (int moment = 0; moment < 12; ++moment) {
+        killAfter({"activate", "Tow"}, 60 + moment * 60);
+        EXPECT_EQ(profiles({"show", "Tow"}).output, values) << moment;
+        killAfter({"import", file, "Other"}, 20 + moment * 20);
+        const bool listed = profiles({}).output.find("  Other\n") != std::string::npos;
+        if (listed) {
+            EXPECT_EQ(profiles({"show", "Other"}).code, 0) << moment;
+        }
+        killAfter({"delete", "Other"}, 10 + moment * 10);
+        profiles({"delete", "Other"});
+    }
+}
+
 /// A window that is there once it has asked the module for something.
 class TwoStarts : public TuningPrograms {
 protected:

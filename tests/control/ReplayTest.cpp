@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <array>
 #include <string>
 #include <vector>
 
@@ -142,6 +143,20 @@ TEST_F(ReplayTest, AConnectMeanwhileStartsItOverAndNotAnotherInside) {
     EXPECT_EQ(written(31), 2);
     EXPECT_EQ(written(32), 2);
     EXPECT_EQ(updates, 1);
+}
+
+TEST_F(ReplayTest, PagesThatAreAliveReplayEachForItself) {
+    storeProfile("Tow", {31, 32});
+    std::array<ConnectReplay, 2> others{ConnectReplay{app, [](const auto&) {}},
+                                        ConnectReplay{app, [](const auto&) {}}};
+    auto& center = platform.notificationCenter();
+    const auto second = center.addObserver(sendNotification, [&] { others[0].run(); });
+    const auto third = center.addObserver(sendNotification, [&] { others[1].run(); });
+    fakes::connectModule(platform, writes);
+    platform.loop.runFor(20s);
+    EXPECT_EQ(written(31), 3);
+    EXPECT_EQ(written(32), 3);
+    EXPECT_EQ(updates, 3);
 }
 
 TEST_F(ReplayTest, AReplayThatIsLeftEndsAndNeverStartsAgain) {

@@ -103,6 +103,26 @@ TEST_F(TuningTest, TheRecordAgreesWithTheModuleUnderEachFault) {
     }
 }
 
+TEST_F(TuningTest, ALinkThatIsLostAtAnyStepEndsInAReport) {
+    ProfileValues::store("Tow", {{31, one(31, 9)}, {42, one(42, 110)}, {43, one(43, 70)}});
+    for (std::size_t step = 1; step <= 6; ++step) {
+        if (app) app->applicationWillTerminate();
+        fakes::freshenEngine();
+        connect();
+        std::size_t frames = 0;
+        onFrame = [&](const bench::Frame&) {
+            if (++frames != step) return;
+            answers = false;
+            platform.stream().lose();
+        };
+        const auto report = Activation{app->feeder(), truck()}.push("Tow", silent(), never);
+        EXPECT_EQ(report.total, 3U) << step;
+        EXPECT_EQ(report.rows.size(), 3U - (step - 1) / 2) << step;
+        onFrame = nullptr;
+        answers = true;
+    }
+}
+
 TEST_F(TuningTest, WhatTheModuleHeldAtFirstIsKeptOnce) {
     platform.defaults.removeObjectForKey("AS_FOUND_Truck");
     connect();
