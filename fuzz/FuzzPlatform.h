@@ -19,6 +19,7 @@ public:
     [[nodiscard]] torv::Resources& resources() override { std::abort(); }
     void setIdleTimerDisabled(bool) override {}
     [[nodiscard]] torv::MailComposer& mailComposer() override { std::abort(); }
+    [[nodiscard]] torv::DocumentSaver& documentSaver() override { std::abort(); }
     [[nodiscard]] std::unique_ptr<torv::WorkQueue> makeWorkQueue(const std::string&) override {
         std::abort();
     }

@@ -6,6 +6,7 @@
 
 #include "JSON/JSONValue.h"
 #include "platform/Log.h"
+#include "platform/Platform.h"
 #include "support/TextNumbers.h"
 #include "tuning/ProfileValues.h"
 
@@ -54,8 +55,9 @@ void ProfileEditor::seed() {
     for (const auto& group : m_groups) {
         logLine("aaaaaa");
         for (const auto& item : group.items)
-            updateAIDWithAV(item.aid, m_feeder->valueForAID(item.aid));
+            setAIDWithAV(item.aid, m_feeder->valueForAID(item.aid));
     }
+    defaults().synchronize();  // once: a disk takes longer for each than all the rest
 }
 
 void ProfileEditor::take(const Value& document) {
@@ -64,8 +66,9 @@ void ProfileEditor::take(const Value& document) {
     for (const auto& item : m_vehicle.tuningItems()) {
         const auto text = textOf(values[std::to_string(item.aid)]);
         const auto value = text ? valueOf(item, *text) : std::nullopt;
-        updateAIDWithAV(item.aid, value ? *value : m_feeder->valueForAID(item.aid));
+        setAIDWithAV(item.aid, value ? *value : m_feeder->valueForAID(item.aid));
     }
+    defaults().synchronize();
 }
 
 AVFormatterData ProfileEditor::formattedValueForSetting(const TorvAttribute& item) const {
@@ -94,13 +97,26 @@ void ProfileEditor::setRecord(const TorvAttribute& item, const AVFormatterData& 
     if (const auto value = valueOf(item, record)) updateAIDWithAV(item.aid, *value);
 }
 
+void ProfileEditor::setRecords(std::span<const TorvAttribute> items,
+                               std::span<const AVFormatterData> records) {
+    for (std::size_t i = 0; i < std::min(items.size(), records.size()); ++i) {
+        if (const auto value = valueOf(items[i], records[i])) setAIDWithAV(items[i].aid, *value);
+    }
+    defaults().synchronize();
+}
+
 void ProfileEditor::updateAIDWithAV(AID aid, const AV& value) {
+    setAIDWithAV(aid, value);
+    defaults().synchronize();
+}
+
+void ProfileEditor::setAIDWithAV(AID aid, const AV& value) {
     logLine("one");
     logLine("-");
     m_settingValues.insert_or_assign(aid, AV::forAID(aid, value.bytes()));
     logLine("--");
     logLine("two");
-    ProfileValues::store(m_name, m_settingValues);
+    ProfileValues::set(m_name, m_settingValues);
     logLine("three");
     logLine("four");
 }

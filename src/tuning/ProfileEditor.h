@@ -4,6 +4,7 @@
 #include <ctime>
 #include <memory>
 #include <optional>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -39,6 +40,8 @@ public:
     /// The flags of the old value go: what was typed is all there is. Nothing happens without a way back.
     void setText(const TorvAttribute& item, const std::string& text);
     void setRecord(const TorvAttribute& item, const AVFormatterData& record);
+    /// Of several items, in their order; all are on disk together.
+    void setRecords(std::span<const TorvAttribute> items, std::span<const AVFormatterData> records);
     void updateAIDWithAV(AID aid, const AV& value);
 
     /// For another handset: name, vehicle, and each item's value in its own unit, as JSON. Flags and further
@@ -46,6 +49,8 @@ public:
     [[nodiscard]] std::optional<std::string> document() const;
 
 private:
+    void setAIDWithAV(AID aid, const AV& value);
+
     const std::string m_name;
     const Vehicle m_vehicle;
     const std::vector<TorvAttributeGroup> m_groups;

@@ -19,9 +19,13 @@ std::optional<ProfileDictionary> ProfileValues::load(const std::string& name) {
     return values;
 }
 
-bool ProfileValues::store(const std::string& name, const ProfileDictionary& values) {
+void ProfileValues::set(const std::string& name, const ProfileDictionary& values) {
     defaults().removeObjectForKey(name);
     defaults().setObjectForKey(archivedProfileDictionary(values), name);
+}
+
+bool ProfileValues::store(const std::string& name, const ProfileDictionary& values) {
+    set(name, values);
     return defaults().synchronize();
 }
 

@@ -12,7 +12,9 @@ class ProfileValues final {
 public:
     /// Nothing when nothing is stored, or nothing that can be read.
     [[nodiscard]] static std::optional<ProfileDictionary> load(const std::string& name);
-    /// Replaces what is stored, and synchronizes; false when it is not on disk.
+    /// Replaces what is stored; it is on disk with the next `synchronize`.
+    static void set(const std::string& name, const ProfileDictionary& values);
+    /// The same, and synchronizes; false when it is not on disk.
     static bool store(const std::string& name, const ProfileDictionary& values);
     /// Does not synchronize; kept as it is.
     static void remove(const std::string& name);

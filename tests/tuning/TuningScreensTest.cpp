@@ -128,6 +128,7 @@ TEST_F(TuningScreensTest, ACancelledPassEndsWithTheReset) {
         EXPECT_EQ(writes.back().aid, 24);
         EXPECT_EQ(active(), "Default Profile");
         EXPECT_EQ(updates, static_cast<int>(cancelAt) + 1) << "once a pass that was let end";
+        ASSERT_FALSE(words.empty());
         EXPECT_EQ(words.front(), "Initializing settings (1/3); Setting custom variables");
         EXPECT_EQ(words.back(), "Initializing settings (1/1); Setting custom variables");
         if (cancelAt == 1) {

@@ -153,9 +153,7 @@ void ProfileEditViewController::textValueGetterViewControllerDidGetValue(
 }
 
 void ProfileEditViewController::didRequestSaveValuesForEqualizer(EqualizerViewController& equalizer) {
-    const auto& items = group(equalizer.tag()).items;
-    for (std::size_t i = 0; i < items.size(); ++i)
-        m_editor.setRecord(items[i], equalizer.values()[i]);
+    m_editor.setRecords(group(equalizer.tag()).items, equalizer.values());
     reloadData();
     equalizer.popIfOnTop();
 }
