@@ -54,7 +54,8 @@ public:
     [[nodiscard]] Style style() const { return m_style; }
     [[nodiscard]] Accessory accessory() const { return m_accessory; }
     void setAccessory(Accessory accessory);
-    /// Pictures by the names that they ship under: "checkmark.png".
+    /// Pictures by the names that they ship under: "checkmark.png"; `image` is the picture's address.
+    [[nodiscard]] const QString& imageName() const { return m_image; }
     [[nodiscard]] QString image() const;
     void setImage(const QString& name);
     [[nodiscard]] QStringList marks() const;

@@ -79,7 +79,7 @@ TEST_F(TuningScreensTest, RowsAndActivation) {
     open();
     EXPECT_EQ(list->numberOfRowsInSection(0), 2);
     EXPECT_EQ(list->cellAt({0, 0})->accessory(), TableViewCell::Accessory::None);
-    EXPECT_NE(list->cellAt({0, 0})->image(), "");
+    EXPECT_EQ(list->cellAt({0, 0})->imageName(), "checkmark.png");
     EXPECT_EQ(list->cellAt({0, 1})->accessory(), TableViewCell::Accessory::Detail);
     EXPECT_FALSE(list->canDeleteRowAtIndexPath({0, 0}));
     EXPECT_EQ(activate(1, 0), "Tow|Are you sure you want to activate the profile Tow");
@@ -88,7 +88,7 @@ TEST_F(TuningScreensTest, RowsAndActivation) {
     EXPECT_EQ(written(), (std::vector<int>{31, 42}));
     EXPECT_EQ(active(), "Tow");
     EXPECT_EQ(updates, 1);
-    EXPECT_NE(list->cellAt({0, 1})->image(), "");
+    EXPECT_EQ(list->cellAt({0, 1})->imageName(), "checkmark.png");
     EXPECT_EQ(stack->topViewController(), list.get());
     writes.clear();
     EXPECT_EQ(activate(0), "Change Profile|Are you sure you want to reset the device to the defaults?");
