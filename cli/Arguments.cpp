@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <array>
 
+#include "datalog/RecordingExport.h"
 #include "platform/real/CurlURLLoader.h"
 #include "support/TextNumbers.h"
 
@@ -35,6 +36,9 @@ constexpr auto description =
     "                  write it as a document, or make one of a document\n"
     "  profiles delete NAME\n"
     "  frames          show every frame in both directions, decoded\n"
+    "  record FILE     record every value of every sensor until it is interrupted\n"
+    "  export FILE [OUTPUT]\n"
+    "                  a recording as another file, or on the standard output stream; see --format\n"
     "  codes           read the module's trouble codes, with their texts\n"
     "  codes clear     clear them; asks first on a terminal, and wants --yes elsewhere\n"
     "  vehicles        list the current, stored and remote vehicle profiles\n"
@@ -68,11 +72,13 @@ struct CommandRow {
     int operands;  ///< behind name and verb
     int most = operands;
 };
-constexpr std::array<CommandRow, 22> commands{{
+constexpr std::array<CommandRow, 24> commands{{
     {"watch", nullptr, Command::watch, 0},
     {"get", nullptr, Command::get, 1},
     {"set", nullptr, Command::set, 2},
     {"frames", nullptr, Command::frames, 0},
+    {"record", nullptr, Command::record, 1},
+    {"export", nullptr, Command::exportRecording, 1, 2},
     {"codes", "clear", Command::codes, 0},
     {"codes", nullptr, Command::codes, 0},
     {"settings", "set", Command::settings, 2},
@@ -98,9 +104,10 @@ struct OptionRow {
     const char* name;
     bool (*goesWith)(Command);
 };
-constexpr std::array<OptionRow, 7> someOptions{{
-    {"json", [](Command c) { return c != Command::defaults; }},
-    {"for", [](Command c) { return c == Command::watch || c == Command::frames; }},
+constexpr std::array<OptionRow, 8> someOptions{{
+    {"json", [](Command c) { return c != Command::defaults && c != Command::exportRecording; }},
+    {"for", [](Command c) { return c == Command::watch || c == Command::frames || c == Command::record; }},
+    {"format", [](Command c) { return c == Command::exportRecording; }},
     {"flags", [](Command c) { return c == Command::set; }},
     {"force", [](Command c) { return c == Command::set || c == Command::profiles; }},
     {"live", [](Command c) { return c == Command::profiles; }},
@@ -145,11 +152,16 @@ std::optional<Arguments> readArguments(const QStringList& arguments, std::string
     parser.addPositionalArgument("command", "see above", "COMMAND [...]");
     torv::CommonOptions::addTo(parser, "Use this vehicle profile document.");
     parser.addOptions({
-        {"json", "One JSON object a line; all commands but defaults."},
+        {"json", "One JSON object a line; all commands but defaults and export."},
         {"timeout", "Seconds to wait for the module (10).", "SECONDS", "10"},
-        {"for", "End so many seconds after the module was found; watch and frames go on without.", "SECONDS"},
+        {"for", "End so many seconds after the module was found; watch, frames and record go on without.",
+         "SECONDS"},
         {"flags", "State bits to write with the value (set): 1 off, 2 on, 4 third, 8/16 second off/on.",
          "NUMBER"},
+        {"format",
+         "What export makes: csv, one time axis and a column for each sensor; log, as the data log has it; "
+         "jsonl, an object a line.",
+         "FORMAT", "csv"},
         {"force",
          "Write (set) what the profile tells of and is neither a setting nor a tuning item; import "
          "(profiles) under a name that itorv uses itself."},
@@ -198,6 +210,10 @@ std::optional<Arguments> readArguments(const QStringList& arguments, std::string
     result.force = parser.isSet("force");
     result.store = parser.isSet("store");
     result.yes = parser.isSet("yes");
+    result.format = parser.value("format").toStdString();
+    if (std::ranges::find(torv::recordingFormats, result.format, &torv::RecordingFormat::name) ==
+        torv::recordingFormats.end())
+        return refuse("--format takes csv, log or jsonl, and not \"" + result.format + "\"");
     const auto timeout = seconds(parser.value("timeout"));
     if (!timeout) return refuse("--timeout takes a number of seconds");
     result.timeout = *timeout;

@@ -21,7 +21,20 @@ enum ExitCode : int {
     notTaken = 4,      ///< the module has not taken a value of a tuning profile
 };
 
-enum class Command { watch, get, set, frames, codes, settings, profiles, warnings, vehicles, defaults };
+enum class Command {
+    watch,
+    get,
+    set,
+    frames,
+    record,
+    codes,
+    settings,
+    profiles,
+    warnings,
+    exportRecording,
+    vehicles,
+    defaults
+};
 
 struct Arguments {
     Command command = Command::watch;
@@ -33,10 +46,11 @@ struct Arguments {
     bool store = false;  ///< `set` stores what it has written
     bool verbose = false;
     std::chrono::milliseconds timeout{10000};           ///< to wait for a session
-    std::optional<std::chrono::milliseconds> duration;  ///< then `watch` and `frames` end
+    std::optional<std::chrono::milliseconds> duration;  ///< then `watch`, `frames` and `record` end
     torv::AID aid = 0;
     std::string value;
     std::optional<std::int32_t> flags;
+    std::string format;              ///< of `export`
     std::vector<std::string> words;  ///< behind the command
 };
 

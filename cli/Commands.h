@@ -12,12 +12,14 @@ namespace itorvctl {
 [[nodiscard]] int set(Handset& handset, const Arguments& arguments);
 [[nodiscard]] int frames(Handset& handset, const Arguments& arguments);
 [[nodiscard]] int codes(Handset& handset, const Arguments& arguments);
+[[nodiscard]] int record(Handset& handset, const Arguments& arguments);
 
 [[nodiscard]] int settings(Handset& handset, const Arguments& arguments);
 [[nodiscard]] int profiles(Handset& handset, const Arguments& arguments);
 
 // These look at what is stored, and need no module.
 [[nodiscard]] int warnings(const torv::Vehicle& vehicle, const Arguments& arguments);
+[[nodiscard]] int exportRecording(const Arguments& arguments);
 [[nodiscard]] int vehicles(const Arguments& arguments);
 [[nodiscard]] int defaults(const Arguments& arguments);
 

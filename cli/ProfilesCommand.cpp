@@ -1,9 +1,9 @@
 #include <algorithm>
 #include <cstdio>
-#include <fstream>
 #include <iostream>
 
 #include "Commands.h"
+#include "WholeFile.h"
 #include "platform/Platform.h"
 #include "platform/StoredKeys.h"
 #include "support/FileContents.h"
@@ -132,13 +132,8 @@ int exportTo(Handset& handset, const std::string& name, const std::filesystem::p
     if (!isListed(name)) return badArguments;
     const auto document = ProfileEditor{name, handset.vehicle(), handset.sharedFeeder()}.document();
     if (!document) return noAnswer;
-    const auto half = file.string() + ".part";
-    std::ofstream stream{half, std::ios::binary};
-    stream << *document << std::flush;
-    std::error_code error;
-    if (stream) std::filesystem::rename(half, file, error);
-    if (stream && !error) return success;
-    std::filesystem::remove(half, error);
+    WholeFile written{file};
+    if (written.write(*document) && written.finish()) return success;
     complain(file.string() + " can't be written");
     return noAnswer;
 }

@@ -18,11 +18,12 @@ struct Row {
     itorvctl::Command command;
     int (*run)(itorvctl::Handset&, const itorvctl::Arguments&);
 };
-constexpr std::array<Row, 7> rows{{
+constexpr std::array<Row, 8> rows{{
     {itorvctl::Command::watch, &itorvctl::watch},
     {itorvctl::Command::get, &itorvctl::get},
     {itorvctl::Command::set, &itorvctl::set},
     {itorvctl::Command::frames, &itorvctl::frames},
+    {itorvctl::Command::record, &itorvctl::record},
     {itorvctl::Command::codes, &itorvctl::codes},
     {itorvctl::Command::settings, &itorvctl::settings},
     {itorvctl::Command::profiles, &itorvctl::profiles},
@@ -45,6 +46,8 @@ int main(int argc, char** argv) {
     Platform::install(&platform);
     if (arguments->command == itorvctl::Command::vehicles) return itorvctl::vehicles(*arguments);
     if (arguments->command == itorvctl::Command::defaults) return itorvctl::defaults(*arguments);
+    if (arguments->command == itorvctl::Command::exportRecording)
+        return itorvctl::exportRecording(*arguments);
     // Only now: the commands above turn no loop, and a signal may end them at any moment.
     const QuitSignals signals_{[&] { platform.runLoop().quit(); }};
     auto vehicle = arguments->common.profile.empty() ? std::optional{VehicleDataSource::currentVehicle()}

@@ -3,7 +3,7 @@
 #include <vector>
 
 #include "app/MainMenuViewController.h"
-#include "app/PlainViewController.h"
+#include "datalog/screens/DataLogViewController.h"
 #include "diagnostics/screens/DtcViewController.h"
 #include "diagnostics/screens/GroupsViewController.h"
 #include "platform/Platform.h"
@@ -27,7 +27,14 @@ std::shared_ptr<iTorvViewController> Screens::firstPage() const {
                 return std::make_shared<PassReportViewController>(
                     control, QString::fromStdString(name.value_or(std::string{})), report);
             }};
-    return std::make_shared<iTorvViewController>(m_control, others);
+    const auto page = std::make_shared<iTorvViewController>(m_control, others);
+    m_control->recorder().setFailed([page = std::weak_ptr{page}](const std::string& why) {
+        const auto shown = page.lock();
+        if (!shown) return;
+        shown->showAlert(
+            std::make_shared<AlertView>("Recording stopped", QString::fromStdString(why), QStringList{"OK"}));
+    });
+    return page;
 }
 
 std::shared_ptr<ViewController> Screens::carSetup() const {
@@ -46,17 +53,13 @@ void Screens::presentImport(ViewController& page) const {
 }
 
 std::shared_ptr<ViewController> Screens::mainMenu() const {
-    const auto plain = [](const char* title) {
-        return MainMenuViewController::Row{
-            title, [title] { return std::make_shared<PlainViewController>(QString::fromLatin1(title)); }};
-    };
     const auto& control = m_control;
     return std::make_shared<MainMenuViewController>(std::vector<MainMenuViewController::Row>{
         {"Vehicle Setup", [screens = *this] { return screens.carSetup(); }},
         {"Settings", [control] { return std::make_shared<SettingsViewController>(control); }},
         {"Sensor Warnings", [control] { return std::make_shared<SensorsViewController>(control); }},
         {"Custom Tuning", [control] { return std::make_shared<CustomTuningViewController>(control); }},
-        plain("Data Logging"),
+        {"Data Logging", [control] { return std::make_shared<DataLogViewController>(control); }},
         {"Diagnostics",
          [control] {
              return std::make_shared<GroupsViewController>(control->currentVehicle(), control->feeder());

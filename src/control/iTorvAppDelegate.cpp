@@ -7,6 +7,7 @@
 
 #include "attributes/AVVehicleSpeedFormatter.h"
 #include "control/DefaultsWriter.h"
+#include "datalog/Recordings.h"
 #include "platform/Log.h"
 #include "platform/NotificationNames.h"
 #include "platform/Platform.h"
@@ -30,6 +31,7 @@ void iTorvAppDelegate::applicationDidFinishLaunchingWithOptions(const LaunchOpti
     m_connectionErrorMessageAllowed = true;
     m_feeder = std::make_shared<iTorvFeeder>(options.connection);
     m_ager = std::make_unique<ValueAger>(m_feeder);
+    m_recorder = std::make_unique<Recorder>(m_feeder);
     m_feeder->setFeeding(true);
     configureZephrelaneFeatures();
     m_feeder->addConnectionListener(shared_from_this());
@@ -55,6 +57,7 @@ void iTorvAppDelegate::importFileURL(const std::string& text) {
 }
 
 void iTorvAppDelegate::applicationWillTerminate() {
+    m_recorder->end();
     m_feeder->setFeeding(false);
     m_feeder->removeAllReaders();
     m_feeder->removeAllConnectionListeners();
@@ -198,8 +201,15 @@ void iTorvAppDelegate::refreshWarningSensors() {
     m_feeder->setFeeding(true);
 }
 
+std::optional<std::string> iTorvAppDelegate::beginRecording() {
+    return m_recorder->begin(newRecordingFile(), m_currentVehicle, dateText(wallNow()));
+}
+
 void iTorvAppDelegate::setCurrentVehicle(const Vehicle& vehicle) {
+    const bool goesOn = m_recorder->isRecording() && !vehicle.isEqual(m_currentVehicle);
+    if (goesOn) m_recorder->end();
     m_currentVehicle = vehicle;
+    if (const auto trouble = goesOn ? beginRecording() : std::nullopt) logLine("no recording: " + *trouble);
     m_feeder->setFeeding(false);
     m_feeder->removeAllReaders();
     tellObservers({&iTorvAppDelegateDelegate::iTorvAppDelegateDidChangeCurrentVehicle,

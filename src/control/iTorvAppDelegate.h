@@ -10,6 +10,7 @@
 
 #include "control/iTorvAppDelegateDelegate.h"
 #include "datalog/DataLog.h"
+#include "datalog/Recorder.h"
 #include "platform/WorkQueue.h"
 #include "screens/AlertView.h"
 #include "session/ValueAger.h"
@@ -81,6 +82,11 @@ public:
     /// Into the data log, which is made by its first sample.
     void recordSample(AID aid, float value);
     [[nodiscard]] std::optional<DataLog>& dataLoggingDict() { return m_dataLoggingDict; }
+    /// From the launch on. A change of vehicle ends what it records and begins anew.
+    [[nodiscard]] Recorder& recorder() { return *m_recorder; }
+    /// In the folder of recordings, under the present time as its name. Nothing once it records, else why it
+    /// does not, in a sentence.
+    std::optional<std::string> beginRecording();
     /// The document of the launch URL, until the import screen takes it.
     [[nodiscard]] const std::optional<Value>& importVehicleInfo() const { return m_importVehicleInfo; }
     /// Why the launch URL holds no such document, in one sentence; nothing where all is well, or where there
@@ -109,6 +115,7 @@ private:
     bool m_connected = false;
     std::shared_ptr<iTorvFeeder> m_feeder;
     std::unique_ptr<ValueAger> m_ager;
+    std::unique_ptr<Recorder> m_recorder;
     std::weak_ptr<void> m_pass;
     std::unique_ptr<WorkQueue> m_background;
     std::optional<DataLog> m_dataLoggingDict;

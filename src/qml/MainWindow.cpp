@@ -15,6 +15,7 @@
 void qml_register_types_iTorv();
 void qml_register_types_iTorv_Screens();
 void qml_register_types_iTorv_Dashboards();
+void qml_register_types_iTorv_DataLog();
 void qml_register_types_iTorv_Tuning();
 
 namespace torv {
@@ -30,6 +31,7 @@ MainWindow::MainWindow() {
     qml_register_types_iTorv();
     qml_register_types_iTorv_Screens();
     qml_register_types_iTorv_Dashboards();
+    qml_register_types_iTorv_DataLog();
     qml_register_types_iTorv_Tuning();
     m_engine.addImportPath(QStringLiteral("qrc:/"));
     m_engine.addImageProvider(QStringLiteral("iTorv"), std::make_unique<PictureProvider>().release());

@@ -10,9 +10,16 @@
 namespace torv {
 namespace {
 
-void replace(std::unique_ptr<BarButtonItem>& place, std::unique_ptr<BarButtonItem> item) {
-    if (item) keepOwnership(*item);
-    place = std::move(item);
+QVariantList objectsOf(const std::vector<std::unique_ptr<BarButtonItem>>& items) {
+    QVariantList objects;
+    for (const auto& item : items)
+        objects.push_back(QVariant::fromValue(item.get()));
+    return objects;
+}
+
+void keep(const std::vector<std::unique_ptr<BarButtonItem>>& items) {
+    for (const auto& item : items)
+        keepOwnership(*item);
 }
 
 }  // namespace
@@ -30,25 +37,33 @@ void ViewController::setTitle(const QString& title) {
 }
 
 void ViewController::setLeftBarButton(std::unique_ptr<BarButtonItem> item) {
-    replace(m_leftBarButton, std::move(item));
+    if (item) keepOwnership(*item);
+    m_leftBarButton = std::move(item);
     emit barButtonsChanged();
 }
 
 void ViewController::setRightBarButton(std::unique_ptr<BarButtonItem> item) {
-    replace(m_rightBarButton, std::move(item));
+    BarButtons items;
+    if (item) items.push_back(std::move(item));
+    setRightBarButtons(std::move(items));
+}
+
+void ViewController::setRightBarButtons(BarButtons items) {
+    keep(items);
+    m_rightBarButtons = std::move(items);
     emit barButtonsChanged();
 }
 
-QVariantList ViewController::toolbarItems() const {
-    QVariantList items;
-    for (const auto& item : m_toolbarItems)
-        items.push_back(QVariant::fromValue(item.get()));
-    return items;
+QVariantList ViewController::rightBarButtons() const {
+    return objectsOf(m_rightBarButtons);
 }
 
-void ViewController::setToolbarItems(std::vector<std::unique_ptr<BarButtonItem>> items) {
-    for (const auto& item : items)
-        keepOwnership(*item);
+QVariantList ViewController::toolbarItems() const {
+    return objectsOf(m_toolbarItems);
+}
+
+void ViewController::setToolbarItems(BarButtons items) {
+    keep(items);
     m_toolbarItems = std::move(items);
     emit barButtonsChanged();
 }

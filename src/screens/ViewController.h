@@ -32,7 +32,7 @@ class ViewController : public QObject, public std::enable_shared_from_this<ViewC
     Q_PROPERTY(bool portrait READ isPortrait CONSTANT)
     Q_PROPERTY(QSizeF viewSize READ viewSize NOTIFY viewSizeChanged)
     Q_PROPERTY(torv::BarButtonItem* leftBarButton READ leftBarButton NOTIFY barButtonsChanged)
-    Q_PROPERTY(torv::BarButtonItem* rightBarButton READ rightBarButton NOTIFY barButtonsChanged)
+    Q_PROPERTY(QVariantList rightBarButtons READ rightBarButtons NOTIFY barButtonsChanged)
     Q_PROPERTY(QVariantList toolbarItems READ toolbarItems NOTIFY barButtonsChanged)
 
 public:
@@ -47,13 +47,20 @@ public:
     /// What the back button of the screen above this one reads.
     [[nodiscard]] QString backButtonTitle() const { return m_backButtonTitle; }
     [[nodiscard]] BarButtonItem* leftBarButton() const { return m_leftBarButton.get(); }
-    [[nodiscard]] BarButtonItem* rightBarButton() const { return m_rightBarButton.get(); }
+    /// The first one of several.
+    [[nodiscard]] BarButtonItem* rightBarButton() const {
+        return m_rightBarButtons.empty() ? nullptr : m_rightBarButtons.front().get();
+    }
+    [[nodiscard]] QVariantList rightBarButtons() const;
     void setLeftBarButton(std::unique_ptr<BarButtonItem> item);
+    /// In place of all; null for none.
     void setRightBarButton(std::unique_ptr<BarButtonItem> item);
+    using BarButtons = std::vector<std::unique_ptr<BarButtonItem>>;
+    void setRightBarButtons(BarButtons items);
 
     /// Of the bar below the screen; with none there is no bar.
     [[nodiscard]] QVariantList toolbarItems() const;
-    void setToolbarItems(std::vector<std::unique_ptr<BarButtonItem>> items);
+    void setToolbarItems(BarButtons items);
 
     [[nodiscard]] virtual Orientations orientations() const { return Orientations::landscape; }
     [[nodiscard]] bool isPortrait() const { return orientations() == Orientations::portrait; }
@@ -112,8 +119,8 @@ private:
     QString m_title;
     QString m_backButtonTitle = QStringLiteral("Back");
     std::unique_ptr<BarButtonItem> m_leftBarButton;
-    std::unique_ptr<BarButtonItem> m_rightBarButton;
-    std::vector<std::unique_ptr<BarButtonItem>> m_toolbarItems;
+    BarButtons m_rightBarButtons;
+    BarButtons m_toolbarItems;
     NavigationController* m_navigationController = nullptr;  // while it stands on its stack
     std::shared_ptr<ViewController> m_presented;
     ViewController* m_presenting = nullptr;

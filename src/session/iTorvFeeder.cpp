@@ -110,7 +110,21 @@ std::shared_ptr<const iTorvFeeder::ReaderList> iTorvFeeder::readersForKey(const 
     return found == m_readers.end() ? nullptr : found->second;
 }
 
+void iTorvFeeder::setMessageSink(MessageSink sink) {
+    auto shared = sink ? std::make_shared<const MessageSink>(std::move(sink)) : nullptr;
+    const std::scoped_lock lock{m_mutex};
+    m_messageSink.swap(shared);
+}
+
+void iTorvFeeder::tellSink(const Message& message) {
+    std::unique_lock lock{m_mutex};
+    const auto sink = m_messageSink;
+    lock.unlock();
+    if (sink) (*sink)(message);
+}
+
 void iTorvFeeder::zephrelaneDriverDidReceiveMessage(ZephrelaneDriver&, Message& message) {
+    tellSink(message);
     if (!passesGate()) return;
     for (auto& [key, value] : message) {
         const auto readers = readersForKey(key);

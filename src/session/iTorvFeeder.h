@@ -1,6 +1,7 @@
 #pragma once
 
 #include <atomic>
+#include <functional>
 #include <map>
 #include <memory>
 #include <mutex>
@@ -40,6 +41,11 @@ public:
     void addConnectionListener(const std::shared_ptr<iTorvConnectionListener>& listener);
     void removeAllConnectionListeners() { m_connectionListeners.clear(); }
 
+    /// Gets every message, whatever the feed mode and before the readers: on the reading thread, with the
+    /// driver's lock held. Null for none; one that is being told may still hear the end of it.
+    using MessageSink = std::function<void(const Message&)>;
+    void setMessageSink(MessageSink sink);
+
     void start();
     /// Blocking, up to 21 attempts; true if the module acknowledged. Missing bytes count as 0.
     bool setValueForAID(std::span<const std::uint8_t> bytes, AID aid);
@@ -77,9 +83,11 @@ private:
 
     void tellListeners(Word word);
     [[nodiscard]] bool passesGate();
+    void tellSink(const Message& message);
     [[nodiscard]] std::shared_ptr<const ReaderList> readersForKey(const std::string& key);
 
-    std::mutex m_mutex;  // readers, gate and timer; never held across a call out
+    std::mutex m_mutex;  // readers, sink, gate and timer; never held across a call out
+    std::shared_ptr<const MessageSink> m_messageSink;
     std::map<std::string, std::shared_ptr<const ReaderList>> m_readers;
     bool m_timedFeedMode = false;  // the gate is closed
     std::shared_ptr<Timer> m_manualFeedTimer;

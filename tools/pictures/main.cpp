@@ -6,6 +6,7 @@
 #include <cstdio>
 
 #include "Gallery.h"
+#include "datalog/screens/GraphViewController.h"
 #include "diagnostics/screens/GroupsViewController.h"
 #include "fakes/Application.h"
 #include "screens/NavigationController.h"
@@ -60,6 +61,7 @@ int main(int argc, char** argv) {
             std::fprintf(stderr, "%s can't be saved\n", qPrintable(file));
     };
     app.waitUntilReady();
+    app.control->beginRecording();
     app.runFor(6s);
     save("first-page");
     // On a phone that is held upright: the page turned, and the live list as it is.
@@ -221,6 +223,32 @@ int main(int argc, char** argv) {
     press(0);
     menu->touchBack();
     app.runFor(600ms);
+    auto* const log = open(4);
+    save("data-log");
+    app.control->recorder().end();
+    app.control->beginRecording();
+    log->toolbarItems().value(1).value<BarButtonItem*>()->touch();
+    app.runFor(600ms);
+    auto* const list = dynamic_cast<TableViewController*>(menu->topViewController());
+    save("recordings");
+    list->touchAccessory(0, 1);
+    save("recording");
+    menu->touchBack();
+    app.runFor(600ms);
+    list->touchRow(0, 1);
+    app.runFor(600ms);
+    auto* const graph = dynamic_cast<GraphViewController*>(menu->topViewController());
+    graph->point(300);
+    save("graph");
+    for (const std::size_t sensor : {4U, 5U, 6U})
+        graph->setShown(sensor, true);
+    graph->zoom(200, 4);
+    save("graph-six");
+    graph->zoom(200, 14);
+    save("graph-near");
+    graph->rightBarButtons().value(1).value<BarButtonItem*>()->touch();
+    save("graph-sensors");
+    menu->popToRootViewControllerAnimated(false);
     menu->dismissModalViewControllerAnimated(true);
     module.stop();
     app.runFor(4s);

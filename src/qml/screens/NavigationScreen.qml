@@ -84,19 +84,26 @@ FocusScope {
             status: whole.stage.status
         }
 
-        BarButton {
+        Row {
             id: right
 
-            readonly property BarButtonItem item: whole.shown.rightBarButton
-
-            visible: item !== null
+            visible: whole.shown.rightBarButtons.length > 0
             anchors.right: parent.right
-            width: Math.min(implicitWidth, parent.width * 0.3)
-            u: whole.u
-            text: item ? item.title : ""
-            icon: item ? item.icon : ""
-            enabled: item ? item.enabled : false
-            onTouched: item.touch()
+
+            Repeater {
+                model: whole.shown.rightBarButtons
+
+                BarButton {
+                    required property BarButtonItem modelData
+
+                    width: Math.min(implicitWidth, bar.width * 0.3)
+                    u: whole.u
+                    text: modelData.title
+                    icon: modelData.icon
+                    enabled: modelData.enabled
+                    onTouched: modelData.touch()
+                }
+            }
         }
 
         Rectangle {

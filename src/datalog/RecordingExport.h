@@ -1,0 +1,35 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "datalog/DataLogCsv.h"
+#include "datalog/RecordingReader.h"
+
+namespace torv {
+
+/// What a recording can be turned into.
+struct RecordingFormat {
+    enum class Kind {
+        oneTimeAxis,  ///< CSV (RFC 4180): a time (ISO 8601, UTC) and a column for each sensor
+        dataLog,      ///< CSV as the data log has it
+        jsonLines,    ///< an object for each value and each event of the link
+    };
+    Kind kind;
+    std::string_view name;   ///< on the command line
+    std::string_view title;  ///< on the screen
+    std::string_view suffix;
+    std::string_view mimeType;
+};
+inline constexpr std::array<RecordingFormat, 3> recordingFormats{{
+    {RecordingFormat::Kind::oneTimeAxis, "csv", "CSV with one time axis", ".csv", "text/csv"},
+    {RecordingFormat::Kind::dataLog, "log", "CSV as of the data log", "-log.csv", "text/csv"},
+    {RecordingFormat::Kind::jsonLines, "jsonl", "JSON lines", ".jsonl", "application/jsonl"},
+}};
+
+/// Nothing when the sink took all of it, else why not, in a sentence. Needs the same memory for every length.
+[[nodiscard]] std::string exportRecording(const RecordingReader& recording, RecordingFormat::Kind kind,
+                                          const TextSink& write);
+
+}  // namespace torv

@@ -1,0 +1,140 @@
+#include "datalog/screens/RecordingViewController.h"
+
+#include <utility>
+
+#include "datalog/screens/RecordingsViewController.h"
+#include "platform/Platform.h"
+#include "screens/DocumentExport.h"
+#include "screens/NavigationController.h"
+
+namespace torv {
+namespace {
+
+enum Row { nameRow, graphRow };
+constexpr int mailButton = 1;
+constexpr int saveButton = 2;
+
+void mail(ViewController& screen, const Document& document) {
+    mailDocument(screen, "Your Torvwerks Recording", document);
+}
+
+/// Any thread. `error` is a sentence, or empty.
+Document documentOf(const RecordingInfo& recording, const RecordingFormat& format, std::string& error) {
+    Document document{.fileName = "iTorv-" + fileTimeText(recording.begun) + std::string{format.suffix},
+                      .mimeType = std::string{format.mimeType},
+                      .contents = {}};
+    const auto reader = RecordingReader::open(recording.file, error);
+    if (!reader) return document;
+    error = exportRecording(*reader, format.kind, [&document](std::string_view piece) {
+        document.contents.insert(document.contents.end(), piece.begin(), piece.end());
+        return true;
+    });
+    return document;
+}
+
+}  // namespace
+
+RecordingViewController::RecordingViewController(std::shared_ptr<iTorvAppDelegate> application,
+                                                 RecordingInfo recording)
+    : m_application(std::move(application)), m_recording(std::move(recording)) {
+    setTitle(QStringLiteral("Recording"));
+}
+
+int RecordingViewController::numberOfRowsInSection(int section) {
+    return section == 0 ? graphRow + 1 : static_cast<int>(recordingFormats.size());
+}
+
+QString RecordingViewController::titleForHeaderInSection(int section) {
+    return section == 0 ? QString::fromStdString(m_recording.details()) : QStringLiteral("Export");
+}
+
+std::shared_ptr<TableViewCell> RecordingViewController::cellForRowAtIndexPath(IndexPath path) {
+    const auto identifier = QStringLiteral("Cell");
+    auto cell = dequeueReusableCell(identifier);
+    if (!cell) cell = std::make_shared<TableViewCell>(TableViewCell::Style::ValueBesideTitle, identifier);
+    const bool isName = path == IndexPath{0, nameRow};
+    const auto title = path.section == 1 ? recordingFormats[static_cast<std::size_t>(path.row)].title
+                       : isName          ? std::string_view{"Name"}
+                                         : std::string_view{"Graph"};
+    cell->setText(QString::fromUtf8(title.data(), static_cast<qsizetype>(title.size())));
+    cell->setDetailText(isName ? QString::fromStdString(m_recording.name) : QString{});
+    cell->setAccessory(TableViewCell::Accessory::Disclosure);
+    return cell;
+}
+
+void RecordingViewController::didSelectRowAtIndexPath(IndexPath path) {
+    if (path.section == 1) {
+        ask(recordingFormats[static_cast<std::size_t>(path.row)]);
+    } else if (path.row == nameRow) {
+        rename();
+    } else {
+        showRecording(*this, m_recording.file);
+    }
+    deselectRow();
+}
+
+void RecordingViewController::rename() {
+    const QStringList name{QString::fromStdString(m_recording.name)};
+    const auto screen = TextValueGetterViewController::initWithValuesAndDefaultTexts(name, name);
+    screen->setTitle(QStringLiteral("Name"));
+    screen->setDelegate(this);
+    navigationController()->pushViewControllerAnimated(screen, true);
+}
+
+bool RecordingViewController::textValueGetterViewControllerShouldValidateValues(
+    TextValueGetterViewController& screen) {
+    return !screen.values().value(0).trimmed().isEmpty();
+}
+
+QString RecordingViewController::textValueGetterViewControllerDidRequestTitleForValidationError(
+    TextValueGetterViewController&) {
+    return QStringLiteral("A recording needs a name");
+}
+
+void RecordingViewController::textValueGetterViewControllerDidGetValue(
+    TextValueGetterViewController& screen) {
+    const auto name = screen.values().value(0).simplified().toStdString();
+    const auto why = renameRecording(m_recording.file, name);
+    if (!why.empty()) {
+        return screen.showAlert(
+            std::make_shared<AlertView>("The name stays", QString::fromStdString(why), QStringList{"OK"}));
+    }
+    m_recording.name = name;
+    m_application->recorder().setName(m_recording.file, name);
+    reloadData();
+    screen.popIfOnTop();
+}
+
+void RecordingViewController::ask(const RecordingFormat& format) {
+    if (!canSendMail()) return exportAs(format, &saveDocument);
+    auto alert = std::make_shared<AlertView>("Export", QString::fromUtf8(format.title.data()),
+                                             QStringList{"Cancel", "Mail", "Save to file"});
+    alert->setDismissedHandler([this, self = weak_from_this(), format](int index) {
+        if (!self.lock()) return;
+        if (index == mailButton) exportAs(format, &mail);
+        if (index == saveButton) exportAs(format, &saveDocument);
+    });
+    showAlert(std::move(alert));
+}
+
+void RecordingViewController::exportAs(const RecordingFormat& format, Way way) {
+    auto overlay = std::make_shared<ProgressHUD>(nullptr);
+    overlay->setTexts("Making the file", "Long drives take some seconds");
+    overlay->setBackgroundAllowed(false);
+    setProgress(std::move(overlay));
+    const auto self = std::static_pointer_cast<RecordingViewController>(shared_from_this());
+    m_application->background().post([weak = std::weak_ptr{self}, recording = m_recording, format, way] {
+        std::string error;
+        auto document = documentOf(recording, format, error);
+        Platform::current().runLoop().performOnMainThread([weak, way, error, document = std::move(document)] {
+            const auto screen = weak.lock();
+            if (!screen) return;
+            screen->setProgress(nullptr);
+            if (error.empty()) return way(*screen, document);
+            screen->showAlert(std::make_shared<AlertView>("The file can't be made",
+                                                          QString::fromStdString(error), QStringList{"OK"}));
+        });
+    });
+}
+
+}  // namespace torv
