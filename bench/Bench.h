@@ -20,6 +20,9 @@ struct Options {
     Milliseconds jitter{};      ///< each frame is up to this much late
     /// The drive stands still at this second of it, so that two handsets see the same.
     std::optional<int> standsAt{};
+    /// A recording in place of the drive, from the first handset on, once; and how much faster.
+    std::filesystem::path replay{};
+    double speed = 1;
     std::vector<std::pair<Fault, Trigger>> faults{};
     std::vector<std::pair<std::uint8_t, WriteFault>> writeFaults{};
     std::vector<std::string> troubleCodes{};

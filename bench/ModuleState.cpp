@@ -149,10 +149,20 @@ void ModuleState::reportCodes() {
     put(secondReportAid, std::move(second));
 }
 
-std::vector<Item> ModuleState::nextPush() {
-    std::vector<Item> push;
+void ModuleState::leaveOut(const std::set<std::uint8_t>& aids) {
+    std::erase_if(m_ring, [&](std::uint8_t aid) { return aids.contains(aid); });
+    for (const auto aid : aids)
+        m_forced[aid] = true;
+}
+
+std::vector<Item> ModuleState::nextPush(std::vector<Item> push) {
     std::size_t room = maxPayload;
     std::bitset<aidCount> taken;
+    for (const auto& item : push) {
+        m_values[item.aid] = item.value;
+        taken[item.aid] = true;
+        room -= 1 + item.value.size();
+    }
     // One spare byte could never be filled. Full frames matter: a reader that falls behind and finds several
     // frames waiting still cuts them where they begin.
     const auto take = [&](std::deque<std::uint8_t>& queue) {

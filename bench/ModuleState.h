@@ -2,6 +2,7 @@
 
 #include <bitset>
 #include <deque>
+#include <set>
 
 #include "SensorMap.h"
 #include "WriteFault.h"
@@ -32,7 +33,11 @@ public:
     void setTroubleCodes(std::vector<std::string> codes) { m_codes = std::move(codes); }
 
     /// The payload of the next push: values that changed first, then the sensors in turn.
-    [[nodiscard]] std::vector<Item> nextPush();
+    [[nodiscard]] std::vector<Item> nextPush() { return nextPush({}); }
+    /// The same with these in front, which it then holds.
+    [[nodiscard]] std::vector<Item> nextPush(std::vector<Item> push);
+    /// These come in no push of their own any more, nor from the drive.
+    void leaveOut(const std::set<std::uint8_t>& aids);
     [[nodiscard]] const std::vector<std::uint8_t>& sensorAids() const { return m_map.aids(); }
 
 private:

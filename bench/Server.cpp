@@ -54,6 +54,11 @@ std::optional<std::string> Server::listen() {
             const std::optional<Profile> profile = loadProfile(m_options.profile, error);
             if (!profile) return error;
             m_state.adopt(*profile);
+            if (!m_options.replay.empty()) {
+                m_replay = Replay::load(m_options.replay, m_options.speed, error);
+                if (!m_replay) return error;
+                m_state.leaveOut(m_replay->aids());
+            }
             for (const auto& [fault, trigger] : m_options.faults)
                 m_faults.set(fault, trigger);
             m_adopted = true;
@@ -142,6 +147,7 @@ void Server::accept() {
             if (m_muted) struck(Fault::mute);
             m_silentUntil = {};
             m_nextPush = Clock::now() + m_options.firstDelay;
+            if (m_replay) m_replay->beginAt(m_nextPush);
         }
         say("handset connected from " + socket->peerAddress().toString().toStdString());
         readSocket();
@@ -208,6 +214,7 @@ void Server::arm() {
     }
     const Clock::time_point earliest = m_lastSent + gap;
     Clock::time_point next = m_hurry || !m_splitRest.empty() ? earliest : m_nextPush;
+    if (const auto due = m_replay ? m_replay->due() : std::nullopt) next = std::min(next, *due);
     for (const Answer& waiting : m_answers)
         next = std::min(next, waiting.due);
     next = std::max({next, earliest, m_silentUntil});
@@ -246,6 +253,11 @@ void Server::sendNext(Clock::time_point now) {
         m_answers.erase(due);
         m_hurry = true;
         send(frame);
+    } else if (auto items = replayed(now); !items.empty()) {
+        m_hurry = false;
+        m_nextPush = now + m_period;
+        send(pushOf(m_state.nextPush(std::move(items))));
+        if (!m_replay->due()) say("the recording has ended");
     } else if (m_hurry || now >= m_nextPush) {
         m_hurry = false;
         Milliseconds late{};
@@ -258,14 +270,23 @@ void Server::sendNext(Clock::time_point now) {
     }
 }
 
+std::vector<Item> Server::replayed(Clock::time_point now) {
+    const auto due = m_replay ? m_replay->due() : std::nullopt;
+    return due && *due <= now ? m_replay->take() : std::vector<Item>{};
+}
+
 Frame Server::push() {
     const double seconds =
         m_options.standsAt ? *m_options.standsAt
                            : static_cast<double>(m_pushes) * std::chrono::duration<double>(m_period).count();
     m_state.advance(m_model.at(seconds), seconds);
+    return pushOf(m_state.nextPush());
+}
+
+Frame Server::pushOf(const std::vector<Item>& items) {
     const FrameType type = ++m_pushes % pushBEvery == 0 ? FrameType::pushB : FrameType::pushA;
     Frame frame{typeByte(type), {}};
-    for (const Item& item : m_state.nextPush())
+    for (const Item& item : items)
         appendItem(frame.payload, item);
     return frame;
 }

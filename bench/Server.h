@@ -7,6 +7,7 @@
 
 #include "Bench.h"
 #include "ModuleState.h"
+#include "Replay.h"
 #include "ShadowReader.h"
 
 namespace bench {
@@ -51,6 +52,8 @@ private:
     void tick();
     void sendNext(Clock::time_point now);
     [[nodiscard]] Frame push();
+    [[nodiscard]] Frame pushOf(const std::vector<Item>& items);
+    [[nodiscard]] std::vector<Item> replayed(Clock::time_point now);
     [[nodiscard]] std::optional<Frame> oddFrame();
     void send(const Frame& frame);
     [[nodiscard]] bool sendCorrupt(const Bytes& wire);
@@ -76,6 +79,7 @@ private:
     bool m_open = false;
     ModuleState m_state;
     EngineModel m_model;
+    std::optional<Replay> m_replay;
     Faults m_faults;
     ShadowReader m_shadow;
     Statistics m_statistics;

@@ -48,6 +48,8 @@ void addOptions(QCommandLineParser& parser) {
         {"rate", "Frames per second, 1 to 400.", "frames", "100"},
         {"seed", "Seed of the drive and of the faults.", "number", "1"},
         {"stand", "Stand still at this second of the drive.", "seconds"},
+        {"replay", "Play this recording of a handset in place of the drive, once.", "file"},
+        {"speed", "How much faster the recording is played, 0.1 to 100.", "number", "1"},
         {"profile", "Vehicle profile to serve.", "file"},
         {"fault", "Switch a fault on; may be given again.", "name=probability|name@seconds|name:AID"},
         {"list-faults", "List the faults and leave."},
@@ -69,6 +71,8 @@ bench::Options readOptions(const QCommandLineParser& parser) {
     options.firstDelay = bench::Milliseconds(numberOf<std::int64_t>(parser, "delay-first", 0, hour));
     options.jitter = bench::Milliseconds(numberOf<std::int64_t>(parser, "jitter", 0, hour));
     options.profile = (parser.isSet("profile") ? parser.value("profile") : defaultProfile()).toStdString();
+    options.replay = parser.value("replay").toStdString();
+    options.speed = numberOf<double>(parser, "speed", 0.1, 100);
     for (const QString& text : parser.values("fault")) {
         if (const auto fault = bench::parseWriteFault(text.toStdString())) {
             options.writeFaults.push_back(*fault);

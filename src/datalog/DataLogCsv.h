@@ -7,7 +7,7 @@
 #include <string>
 #include <string_view>
 
-#include "datalog/TimeTexts.h"
+#include "support/TimeTexts.h"
 
 namespace torv {
 

@@ -6,8 +6,8 @@
 #include <string>
 #include <vector>
 
-#include "datalog/TimeTexts.h"
 #include "support/AV.h"
+#include "support/TimeTexts.h"
 
 namespace torv {
 

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "datalog/TimeTexts.h"
+#include "support/TimeTexts.h"
 
 namespace torv {
 

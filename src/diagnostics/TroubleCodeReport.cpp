@@ -1,8 +1,6 @@
 #include "diagnostics/TroubleCodeReport.h"
 
 #include <algorithm>
-#include <array>
-#include <ctime>
 
 #include "diagnostics/AVDTCData224.h"
 #include "diagnostics/AVDTCFormatter224.h"
@@ -10,6 +8,7 @@
 #include "diagnostics/DtcAIDs.h"
 #include "platform/Platform.h"
 #include "support/TextNumbers.h"
+#include "support/TimeTexts.h"
 
 namespace torv {
 namespace {
@@ -30,14 +29,6 @@ TroubleCodeReport::WallClock::time_point onTheWall(RunLoop::Clock::time_point th
 }
 
 }  // namespace
-
-std::string minuteText(std::chrono::system_clock::time_point time) {
-    const auto seconds = std::chrono::system_clock::to_time_t(time);
-    std::tm local{};
-    localtime_r(&seconds, &local);
-    std::array<char, 32> text{};
-    return {text.data(), std::strftime(text.data(), text.size(), "%Y-%m-%d %H:%M", &local)};
-}
 
 std::string TroubleCodeReport::Row::text() const {
     if (code.empty()) return "Code not received";
@@ -75,7 +66,7 @@ TroubleCodeReport TroubleCodeReport::fromStore(const iTorvFeeder& feeder, RunLoo
 }
 
 std::string TroubleCodeReport::lastAnswerText() const {
-    return "Last answer from " + (lastAnswer ? minuteText(*lastAnswer) : "earlier");
+    return "Last answer from " + (lastAnswer ? dateText(wallTime(*lastAnswer)) : "earlier");
 }
 
 std::string TroubleCodeReport::emptyText() const {
@@ -84,8 +75,11 @@ std::string TroubleCodeReport::emptyText() const {
     return "The module has not reported its trouble codes. Is the ignition on?";
 }
 
-std::string TroubleCodeReport::document(const std::string& vehicle, WallClock::time_point now) const {
-    std::string text = "Trouble codes of " + vehicle + "\nRead on " + minuteText(now) + "\n\n";
+std::string TroubleCodeReport::document(const std::string& vehicle, const std::string& recording,
+                                        WallClock::time_point now) const {
+    std::string text = "Trouble codes of " + vehicle + "\nRead on " + dateText(wallTime(now)) + "\n";
+    if (!recording.empty()) text += "While the drive was recorded as " + recording + "\n";
+    text += "\n";
     if (rows.empty()) text += emptyText() + "\n";
     bool oldBegan = false;
     for (const auto& row : rows) {

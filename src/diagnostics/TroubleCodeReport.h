@@ -40,11 +40,9 @@ struct TroubleCodeReport {
     [[nodiscard]] std::string lastAnswerText() const;
     /// What stands in place of a list without rows.
     [[nodiscard]] std::string emptyText() const;
-    /// The whole as lines of text, to be handed on.
-    [[nodiscard]] std::string document(const std::string& vehicle, WallClock::time_point now) const;
+    /// The whole as lines of text, to be handed on. `recording` is the name of the one that runs, or empty.
+    [[nodiscard]] std::string document(const std::string& vehicle, const std::string& recording,
+                                       WallClock::time_point now) const;
 };
-
-/// Local time: "2026-11-23 12:40".
-[[nodiscard]] std::string minuteText(std::chrono::system_clock::time_point time);
 
 }  // namespace torv

@@ -1,13 +1,12 @@
 #include "tuning/AsFoundProfile.h"
 
 #include <algorithm>
-#include <array>
-#include <ctime>
 #include <string>
 
 #include "platform/Log.h"
 #include "platform/Platform.h"
 #include "platform/StoredKeys.h"
+#include "support/TimeTexts.h"
 #include "tuning/ProfileList.h"
 #include "tuning/ProfileValues.h"
 
@@ -20,16 +19,8 @@ std::string keyFor(const Vehicle& vehicle) {
     return std::string{asFoundKeyPrefix} + vehicle.name().value_or("(null)");
 }
 
-std::string today() {
-    const std::time_t now = std::time(nullptr);
-    std::tm local{};
-    localtime_r(&now, &local);
-    std::array<char, 16> text{};
-    return {text.data(), std::strftime(text.data(), text.size(), "%Y-%m-%d", &local)};
-}
-
 std::string freeName(const ProfileList& list) {
-    const auto plain = "As found " + today();
+    const auto plain = "As found " + dayText(wallNow());
     auto name = plain;
     for (int number = 2; list.count(name) > 0 || !defaults().objectForKey(name).isNull(); ++number)
         name = plain + " " + std::to_string(number);

@@ -162,11 +162,4 @@ std::string oddityOf(const Value& document, const Vehicle& vehicle) {
     return trimmed(sentence);
 }
 
-std::string exportFileName(std::time_t now) {
-    std::tm local{};
-    localtime_r(&now, &local);
-    std::array<char, 40> text{};
-    return {text.data(), std::strftime(text.data(), text.size(), "iTorv-%Y-%m-%d-%I.%M.%S.json", &local)};
-}
-
 }  // namespace torv

@@ -64,8 +64,4 @@ private:
 /// has not, values that are no numbers or texts. Empty when nothing is.
 [[nodiscard]] std::string oddityOf(const Value& document, const Vehicle& vehicle);
 
-/// "iTorv-2026-11-23-09.05.07.json", at this moment of local time: by a 12-hour clock that does not say
-/// which half of the day it is; kept as it is.
-[[nodiscard]] std::string exportFileName(std::time_t now);
-
 }  // namespace torv

@@ -203,7 +203,8 @@ TEST_F(DtcExchangeTest, RowsAreAsReportedAndWhatIsOldIsToldApart) {
     const auto all = report();
     EXPECT_TRUE(all.hasOldRows() && !all.answered && all.rows.size() == 6);
     EXPECT_EQ(all.lastAnswerText().find("Last answer from 20"), 0U);
-    const auto document = all.document("Truck", std::chrono::system_clock::now());
+    const auto document = all.document("Truck", "Monday", std::chrono::system_clock::now());
+    EXPECT_NE(document.find("recorded as Monday\n"), std::string::npos);
     EXPECT_LT(document.find("Last answer from"), document.find("P0101 - One"));
     feedAfter(20ms, report224(255));
     feedAfter(20ms, report225(6));

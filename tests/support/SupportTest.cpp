@@ -9,6 +9,7 @@
 #include "platform/Reachability.h"
 #include "support/KeyedHash.h"
 #include "support/TextNumbers.h"
+#include "support/TimeTexts.h"
 #include "support/Value.h"
 
 namespace torv {
@@ -162,6 +163,26 @@ TEST(ReachabilityTest, TellsItsStatusFromTheFlags) {
 }
 
 }  // namespace
+TEST(TimeTexts, LocalOnesHaveTwelveHoursWhereTheyMust) {
+    std::tm evening{};
+    evening.tm_year = 126;
+    evening.tm_mon = 10;
+    evening.tm_mday = 23;
+    evening.tm_hour = 21;
+    evening.tm_isdst = -1;
+    const auto time = wallTime(std::chrono::system_clock::from_time_t(std::mktime(&evening))) +
+                      std::chrono::milliseconds{45};
+    EXPECT_EQ(fileTimeText(time), "2026-11-23-09.00.00");
+    EXPECT_EQ(logTimeText(time), "2026/11/23 09:00:00.045");
+    EXPECT_EQ(dateText(time), "2026-11-23 21:00");
+    EXPECT_EQ(clockText(time + std::chrono::milliseconds{100}), "21:00:00.1");
+    EXPECT_EQ(isoText(WallTime{std::chrono::milliseconds{1500}}), "1970-01-01T00:00:01.500Z");
+    EXPECT_EQ(isoText(WallTime::max()), "9999-12-31T23:59:59.999Z");
+    EXPECT_EQ(isoText(WallTime::min()), "1970-01-01T00:00:00.000Z");
+    EXPECT_EQ(lengthText(std::chrono::seconds{59}), "0:59");
+    EXPECT_EQ(lengthText(std::chrono::seconds{3723}), "1:02:03");
+}
+
 TEST(KeyedHash, IsSipHash) {
     std::string text;
     for (char c = 0; c < 15; ++c)

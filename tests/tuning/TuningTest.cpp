@@ -292,15 +292,5 @@ TEST(EqualizerScale, ElevenTicksFromTheTop) {
     EXPECT_FLOAT_EQ(static_cast<float>(ticks[10].labelTop), 84);
 }
 
-TEST(ExportFileName, HasAClockOfTwelveHours) {
-    std::tm evening{};
-    evening.tm_year = 126;
-    evening.tm_mon = 10;
-    evening.tm_mday = 23;
-    evening.tm_hour = 21;
-    evening.tm_isdst = -1;
-    EXPECT_EQ(exportFileName(std::mktime(&evening)), "iTorv-2026-11-23-09.00.00.json");
-}
-
 }  // namespace
 }  // namespace tuning_test

@@ -22,10 +22,6 @@ const DataLog* logOf(iTorvAppDelegate& application) {
     return log ? &*log : nullptr;
 }
 
-WallTime wallTime(DataLog::Clock::time_point time) {
-    return std::chrono::time_point_cast<std::chrono::milliseconds>(time);
-}
-
 }  // namespace
 
 void DataLogViewController::viewDidLoad() {

@@ -117,7 +117,8 @@ void DtcViewController::loadReadDtcView() {
     navigationController()->pushViewControllerAnimated(
         std::make_shared<ReadDtcViewController>(
             m_application->feeder(), m_request->begun(),
-            m_application->currentVehicle().name().value_or(std::string{"this vehicle"})),
+            m_application->currentVehicle().name().value_or(std::string{"this vehicle"}),
+            m_application->recorder().name()),
         true);
 }
 

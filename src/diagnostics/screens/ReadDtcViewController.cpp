@@ -66,7 +66,7 @@ void ReadDtcViewController::didSelectRowAtIndexPath(IndexPath path) {
 }
 
 Document ReadDtcViewController::document() const {
-    const auto text = m_report.document(m_vehicleName, m_readAt);
+    const auto text = m_report.document(m_vehicleName, m_recording, m_readAt);
     return {.fileName = "iTorv-codes-" + m_vehicleName + ".txt",
             .mimeType = "text/plain",
             .contents = {text.begin(), text.end()}};

@@ -17,10 +17,13 @@ class ReadDtcViewController final : public torv::TableViewController {
     Q_OBJECT
 
 public:
-    /// `begun` is when the read began.
+    /// `begun` is when the read began; `recording` the name of the recording that runs, or empty.
     ReadDtcViewController(std::shared_ptr<iTorvFeeder> feeder, RunLoop::Clock::time_point begun,
-                          std::string vehicleName)
-        : m_feeder(std::move(feeder)), m_begun(begun), m_vehicleName(std::move(vehicleName)) {}
+                          std::string vehicleName, std::string recording)
+        : m_feeder(std::move(feeder)),
+          m_begun(begun),
+          m_vehicleName(std::move(vehicleName)),
+          m_recording(std::move(recording)) {}
 
     void viewDidLoad() override;
     [[nodiscard]] QString emptyText() const override { return QString::fromStdString(m_report.emptyText()); }
@@ -40,6 +43,7 @@ private:
     const std::shared_ptr<iTorvFeeder> m_feeder;
     const RunLoop::Clock::time_point m_begun;
     const std::string m_vehicleName;
+    const std::string m_recording;
     TroubleCodeReport m_report;
     int m_fresh = 0;  // rows of this read
     TroubleCodeReport::WallClock::time_point m_readAt;

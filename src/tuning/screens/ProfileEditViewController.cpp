@@ -1,12 +1,12 @@
 #include "tuning/screens/ProfileEditViewController.h"
 
-#include <ctime>
 #include <limits>
 #include <utility>
 
 #include "screens/DocumentExport.h"
 #include "screens/NavigationController.h"
 #include "screens/TypedNumber.h"
+#include "support/TimeTexts.h"
 #include "tuning/ProfileValues.h"
 #include "tuning/screens/ExactValue.h"
 #include "tuning/screens/ProfileDifferencesViewController.h"
@@ -169,7 +169,7 @@ void ProfileEditViewController::save() {
 
 Document ProfileEditViewController::document() const {
     const auto text = m_editor.document().value_or(std::string{});
-    return {.fileName = exportFileName(std::time(nullptr)),
+    return {.fileName = "iTorv-" + fileTimeText(wallNow()) + ".json",
             .mimeType = "application/json",
             .contents = {text.begin(), text.end()}};
 }

@@ -1,4 +1,4 @@
-#include "datalog/TimeTexts.h"
+#include "support/TimeTexts.h"
 
 #include <algorithm>
 #include <array>
@@ -47,10 +47,6 @@ std::string threeDigits(int number) {
 
 }  // namespace
 
-WallTime wallNow() {
-    return std::chrono::time_point_cast<std::chrono::milliseconds>(std::chrono::system_clock::now());
-}
-
 std::string isoText(WallTime time) {
     const auto moment = momentOf(time);
     std::tm parts{};
@@ -64,6 +60,10 @@ std::string logTimeText(WallTime time) {
 
 std::string fileTimeText(WallTime time) {
     return localText(time, "%Y-%m-%d-%I.%M.%S");
+}
+
+std::string dayText(WallTime time) {
+    return localText(time, "%Y-%m-%d");
 }
 
 std::string dateText(WallTime time) {

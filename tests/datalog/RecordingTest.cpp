@@ -1,0 +1,237 @@
+#include <gtest/gtest.h>
+#include <sys/resource.h>
+
+#include <csignal>
+#include <fstream>
+#include <random>
+#include <sstream>
+
+#include "control/iTorvAppDelegate.h"
+#include "datalog/RecordingExport.h"
+#include "datalog/RecordingWriter.h"
+#include "datalog/Recordings.h"
+#include "fakes/FakePlatform.h"
+#include "fakes/Frames.h"
+#include "fakes/FreshEngine.h"
+#include "vehicles/VehicleDataSource.h"
+
+namespace {
+
+using namespace torv;
+using namespace std::chrono_literals;
+namespace fs = std::filesystem;
+
+Vehicle truck(const char* name) {
+    const auto sensor = [](int aid, const char* title, const char* unit) {
+        return Dictionary{{"aid", Number::fromInteger(aid)},
+                          {"name", title},
+                          {"unit", unit},
+                          {"formatter", Number::fromInteger(0)},
+                          {"multiplyFactor", Number::fromInteger(1)},
+                          {"minmax", aid == 9 ? "off" : "high"}};
+    };
+    Vehicle vehicle;
+    vehicle.setName(name);
+    vehicle.setInfo(ProfileInfo{Dictionary{
+        {"parameters", Dictionary{{"sensors", Array{sensor(10, "Boost, \"hot\"", "PSI"),
+                                                    sensor(8, "Load", "none"), sensor(9, "Spare", "V")}}}}}});
+    return vehicle;
+}
+
+class RecordingTest : public testing::Test {
+protected:
+    RecordingTest() {
+        fakes::freshenEngine();
+        fs::remove_all(recordingsFolder());
+        VehicleDataSource::setCurrentVehicle(truck("Truck"));
+        app = std::make_shared<iTorvAppDelegate>();
+        app->applicationDidFinishLaunchingWithOptions({}, [](const auto&) {});
+        for (int i = 0; i < 3; ++i)
+            feed(10, 1);
+    }
+    ~RecordingTest() override { app->applicationWillTerminate(); }
+
+    void feed(std::uint8_t aid, std::uint8_t value) {
+        platform.stream().feed(fakes::frame({0x13, aid, value}));
+        platform.stream().feed(fakes::frame({0x13, 200, 1}));  // no sensor; it brings the one before it in
+        platform.loop.runWork();
+    }
+    static std::string text(const fs::path& file, RecordingFormat::Kind kind) {
+        std::string error;
+        const auto reader = RecordingReader::open(file, error);
+        std::string all = error;
+        if (reader)
+            all += exportRecording(*reader, kind, [&all](std::string_view piece) {
+                all += piece;
+                return true;
+            });
+        return all;
+    }
+    static std::vector<int> values(const fs::path& file, AID aid) {
+        std::string error;
+        const auto reader = RecordingReader::open(file, error);
+        EXPECT_EQ(error, "");
+        std::vector<int> found;
+        if (!reader) return found;
+        auto rows = reader->valuesOf(aid);
+        while (const auto row = rows.next())
+            found.push_back(row->bytes.bytes()[0]);
+        return found;
+    }
+
+    fakes::FakePlatform platform;
+    std::shared_ptr<iTorvAppDelegate> app;
+};
+
+TEST_F(RecordingTest, KeepsWhatComesWhateverThePagesShow) {
+    app->feeder()->setFeeding(false);
+    feed(10, 5);  // before it began
+    ASSERT_EQ(app->beginRecording(), std::nullopt);
+    const auto file = app->recorder().file();
+    for (const auto value : std::vector<std::uint8_t>{7, 7, 9}) {
+        feed(10, value);  // at one moment of the virtual clock
+    }
+    platform.loop.runFor(600ms);
+    EXPECT_EQ(values(file, 10), (std::vector<int>{7, 7, 9}));
+    feed(8, 3);
+    EXPECT_EQ(values(file, 8), (std::vector<int>{}));  // not yet
+    EXPECT_EQ(removeRecording(file), "It is being recorded.");
+
+    // As a kill leaves it: what the disk has, without an end.
+    const fs::path copy = testing::TempDir() + "killed";
+    for (const auto* part : {"", "-wal"})
+        fs::copy_file(file.string() + part, copy.string() + part, fs::copy_options::overwrite_existing);
+    EXPECT_EQ(values(copy, 10), (std::vector<int>{7, 7, 9}));
+
+    // Another vehicle is another recording.
+    app->setCurrentVehicle(truck("Van"));
+    EXPECT_EQ(values(file, 8), (std::vector<int>{3}));
+    EXPECT_FALSE(fs::exists(file.string() + "-wal"));
+    EXPECT_TRUE(app->recorder().isRecording());
+    platform.stream().lose();
+    platform.loop.runFor(1s);
+    app->recorder().end();
+    auto all = recordings();
+    ASSERT_EQ(all.size(), 2U);
+    EXPECT_EQ(all[0].vehicle, "Van");
+    EXPECT_EQ(all[1].vehicle, "Truck");
+    std::string error;
+    const auto events = RecordingReader::open(all[0].file, error)->events();
+    ASSERT_EQ(events.size(), 2U);
+    EXPECT_EQ(events[1].text, "link is lost");
+    EXPECT_GT(events[1].time, 0s);
+    EXPECT_EQ(renameRecording(all[0].file, "Hill climb"), "");
+    EXPECT_EQ(recordings()[0].name, "Hill climb");
+    EXPECT_EQ(removeRecording(all[0].file), "");
+    EXPECT_EQ(recordings().size(), 1U);
+}
+
+TEST_F(RecordingTest, AFullDiskEndsItWithOneSentence) {
+    std::vector<std::string> told;
+    app->recorder().setFailed([&](const std::string& why) { told.push_back(why); });
+    ASSERT_EQ(app->beginRecording(), std::nullopt);
+    const auto file = app->recorder().file();
+    feed(10, 5);
+    platform.loop.runFor(600ms);
+    const auto usual = std::signal(SIGXFSZ, SIG_IGN);
+    const rlimit little{64, RLIM_INFINITY};
+    setrlimit(RLIMIT_FSIZE, &little);
+    for (int i = 0; i < 3; ++i) {
+        feed(10, 6);
+        platform.loop.runFor(600ms);
+    }
+    const rlimit much{RLIM_INFINITY, RLIM_INFINITY};
+    setrlimit(RLIMIT_FSIZE, &much);
+    std::signal(SIGXFSZ, usual);
+    ASSERT_EQ(told.size(), 1U);
+    EXPECT_EQ(told[0].find("The recording has ended: "), 0U);
+    EXPECT_FALSE(app->recorder().isRecording());
+    EXPECT_EQ(values(file, 10), (std::vector<int>{5}));
+    ASSERT_EQ(app->beginRecording(), std::nullopt);  // the next one may have room
+}
+
+TEST_F(RecordingTest, ExportsByteForByte) {
+    const fs::path file = testing::TempDir() + "exported";
+    fs::remove(file);
+    RecordedDrive drive{.name = "One", .vehicle = "Truck", .begun = WallTime{}, .sensors = {}};
+    for (const auto& sensor : truck("Truck").sensors())
+        drive.sensors.push_back(recordedSensor(sensor));
+    std::string error;
+    auto writer = RecordingWriter::begin(file, drive, error);
+    ASSERT_TRUE(writer) << error;
+    EXPECT_FALSE(RecordingWriter::begin(file, drive, error));
+    const auto value = [](AID aid, int milliseconds, std::optional<double> shown) {
+        const std::chrono::milliseconds time{milliseconds};
+        return RecordedValue{aid, time, WallTime{time}, shown, AV{}};
+    };
+    const std::vector values{value(10, 1, 13.2), value(8, 1, 4),      value(8, 1, 5),
+                             value(10, 7, 14),   value(9, 9, -0.125), value(9, 12, std::nullopt)};
+    const std::vector<RecordedEvent> events{{2ms, WallTime{2ms}, "link is lost"}};
+    EXPECT_EQ(writer->append(values, events), std::nullopt);
+    writer->end();
+
+    const auto stamp = [](int ms) {
+        return "1970-01-01T00:00:00." + std::string(ms < 10 ? "00" : "0") + std::to_string(ms) + "Z";
+    };
+    EXPECT_EQ(text(file, RecordingFormat::Kind::oneTimeAxis),
+              "time,\"Boost, \"\"hot\"\" (PSI)\",Load (none),Spare (V)\r\n" + stamp(1) + ",13.2,4,\r\n" +
+                  stamp(1) + ",,5,\r\n" + stamp(7) + ",14,,\r\n" + stamp(9) + ",,,-0.125\r\n" + stamp(12) +
+                  ",,,\r\n");
+    const auto local = [](int ms) { return logTimeText(WallTime{std::chrono::milliseconds{ms}}); };
+    EXPECT_EQ(text(file, RecordingFormat::Kind::dataLog), "Timestamp,Boost, \"hot\",Timestamp,Load\n" +
+                                                              local(1) + ",13," + local(1) + ",4\n" +
+                                                              local(7) + ",14," + local(1) + ",5\n");
+    EXPECT_EQ(text(file, RecordingFormat::Kind::jsonLines).substr(0, 94),
+              "{\"time\":\"" + stamp(1) +
+                  "\",\"aid\":10,\"name\":\"Boost, \\\"hot\\\"\",\"value\":13.2,\"unit\":\"PSI\"}");
+    EXPECT_NE(text(file, RecordingFormat::Kind::jsonLines).find("\"event\":\"link is lost\""),
+              std::string::npos);
+}
+
+TEST_F(RecordingTest, WhatIsNoRecordingOrDamagedIsSaid) {
+    const fs::path file = testing::TempDir() + "damaged";
+    const auto refusal = [&] {
+        std::string error;
+        return RecordingReader::open(file, error) ? "" : error.substr(file.string().size());
+    };
+    fs::remove(file);
+    EXPECT_EQ(refusal(), " is not there.");
+    std::ofstream{file} << "no database, and not a short one: " << std::string(2000, 'x');
+    EXPECT_EQ(refusal(), " is no recording.");
+    fs::remove(file);
+    sqlite3* other = nullptr;
+    sqlite3_open(file.c_str(), &other);
+    sqlite::run(other, "CREATE TABLE FIELDS (ID INTEGER)");
+    sqlite3_close(other);
+    EXPECT_EQ(refusal(), " is no recording.");
+    fs::remove(file);
+
+    ASSERT_EQ(app->recorder().begin(file, truck("Truck"), "One"), std::nullopt);
+    for (int i = 0; i < 400; ++i)
+        feed(static_cast<std::uint8_t>(8 + i % 3), static_cast<std::uint8_t>(i));
+    app->recorder().end();
+    std::ifstream stream{file, std::ios::binary};
+    const std::string whole{std::istreambuf_iterator<char>{stream}, {}};
+    ASSERT_GT(whole.size(), 8192U);
+    std::mt19937 random{3};
+    int said = 0;
+    for (int run = 0; run < 200; ++run) {
+        auto bytes = whole;
+        if (run % 2 == 0) bytes.resize(random() % bytes.size());
+        for (int i = 0; i < 40 && run % 2 != 0; ++i)
+            bytes[random() % bytes.size()] = static_cast<char>(random());
+        std::ofstream{file, std::ios::binary | std::ios::trunc} << bytes;
+        const auto exported = text(file, RecordingFormat::Kind::oneTimeAxis);
+        said += exported.ends_with("\r\n") ? 0 : 1;
+        for (const auto* part : {"-wal", "-shm", "-journal"})
+            fs::remove(file.string() + part);
+    }
+    EXPECT_GT(said, 100);  // each file that is cut, for one
+    std::ofstream{file, std::ios::binary | std::ios::trunc} << whole;
+    sqlite3_open(file.c_str(), &other);
+    sqlite::run(other, "PRAGMA user_version = 2");
+    sqlite3_close(other);
+    EXPECT_EQ(refusal(), " was made by a newer version of iTorv.");
+}
+
+}  // namespace
