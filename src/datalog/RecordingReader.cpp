@@ -8,7 +8,6 @@
 namespace torv {
 namespace {
 
-constexpr int busyMilliseconds = 2000;
 constexpr AID lastAID = 254;
 constexpr DriveTime longest = std::chrono::hours{24 * 365 * 10};
 
@@ -39,7 +38,7 @@ std::optional<RecordingReader> RecordingReader::open(const std::filesystem::path
     int result = sqlite3_open_v2(file.c_str(), &opened, SQLITE_OPEN_READWRITE, nullptr);
     RecordingReader reader{sqlite::Database{opened}};
     if (result != SQLITE_OK) return refuse("can't be opened.");
-    sqlite3_busy_timeout(opened, busyMilliseconds);
+    sqlite3_busy_timeout(opened, sqlite::busyMilliseconds);
     result = sqlite3_exec(opened, "PRAGMA schema_version", nullptr, nullptr, nullptr);
     if (result == SQLITE_OK && integerOf(opened, "PRAGMA application_id") != recordingMark)
         result = SQLITE_NOTADB;
@@ -112,7 +111,7 @@ bool RecordingReader::isBeingWritten() const {
     const auto row = sqlite::prepare(m_database.get(), "PRAGMA journal_mode = DELETE");
     const bool single =
         row && sqlite3_step(row.get()) == SQLITE_ROW && sqlite::column(row.get(), 0) == std::string{"delete"};
-    sqlite3_busy_timeout(m_database.get(), busyMilliseconds);
+    sqlite3_busy_timeout(m_database.get(), sqlite::busyMilliseconds);
     return !single;
 }
 

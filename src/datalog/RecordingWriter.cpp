@@ -6,8 +6,6 @@
 namespace torv {
 namespace {
 
-constexpr int busyMilliseconds = 2000;  // somebody may be renaming it
-
 // FULL: a commit waits until the disk has it.
 constexpr auto tables =
     "PRAGMA journal_mode = WAL; PRAGMA synchronous = FULL;"
@@ -64,7 +62,7 @@ std::optional<RecordingWriter> RecordingWriter::begin(const std::filesystem::pat
     sqlite3* opened = nullptr;
     const int result = sqlite3_open(file.c_str(), &opened);
     RecordingWriter writer{sqlite::Database{opened}};
-    if (opened) sqlite3_busy_timeout(opened, busyMilliseconds);
+    if (opened) sqlite3_busy_timeout(opened, sqlite::busyMilliseconds);
     const auto marks = "PRAGMA application_id = " + std::to_string(recordingMark) +
                        "; PRAGMA user_version = " + std::to_string(recordingForm) + "; COMMIT;";
     if (result == SQLITE_OK && sqlite::run(opened, tables) && writer.insert(drive) &&

@@ -17,11 +17,6 @@ QVariantList objectsOf(const std::vector<std::unique_ptr<BarButtonItem>>& items)
     return objects;
 }
 
-void keep(const std::vector<std::unique_ptr<BarButtonItem>>& items) {
-    for (const auto& item : items)
-        keepOwnership(*item);
-}
-
 }  // namespace
 
 ViewController::ViewController() {
@@ -36,22 +31,32 @@ void ViewController::setTitle(const QString& title) {
     emit titleChanged();
 }
 
-void ViewController::setLeftBarButton(std::unique_ptr<BarButtonItem> item) {
-    if (item) keepOwnership(*item);
-    m_leftBarButton = std::move(item);
+/// What leaves is let go of a turn later: it may be the very button whose action this is, and the look still
+/// shows it.
+void ViewController::replace(BarButtons& place, BarButtons items) {
+    for (const auto& item : items)
+        keepOwnership(*item);
+    place.swap(items);
     emit barButtonsChanged();
+    queueTouch(this, [leaving = std::make_shared<BarButtons>(std::move(items))](ViewController&) {});
+}
+
+ViewController::BarButtons ViewController::listOf(std::unique_ptr<BarButtonItem> item) {
+    BarButtons items;
+    if (item) items.push_back(std::move(item));
+    return items;
+}
+
+void ViewController::setLeftBarButton(std::unique_ptr<BarButtonItem> item) {
+    replace(m_leftBarButton, listOf(std::move(item)));
 }
 
 void ViewController::setRightBarButton(std::unique_ptr<BarButtonItem> item) {
-    BarButtons items;
-    if (item) items.push_back(std::move(item));
-    setRightBarButtons(std::move(items));
+    setRightBarButtons(listOf(std::move(item)));
 }
 
 void ViewController::setRightBarButtons(BarButtons items) {
-    keep(items);
-    m_rightBarButtons = std::move(items);
-    emit barButtonsChanged();
+    replace(m_rightBarButtons, std::move(items));
 }
 
 QVariantList ViewController::rightBarButtons() const {
@@ -63,9 +68,7 @@ QVariantList ViewController::toolbarItems() const {
 }
 
 void ViewController::setToolbarItems(BarButtons items) {
-    keep(items);
-    m_toolbarItems = std::move(items);
-    emit barButtonsChanged();
+    replace(m_toolbarItems, std::move(items));
 }
 
 void ViewController::loadViewIfNeeded() {

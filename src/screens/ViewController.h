@@ -46,7 +46,9 @@ public:
     [[nodiscard]] virtual QString look() const = 0;
     /// What the back button of the screen above this one reads.
     [[nodiscard]] QString backButtonTitle() const { return m_backButtonTitle; }
-    [[nodiscard]] BarButtonItem* leftBarButton() const { return m_leftBarButton.get(); }
+    [[nodiscard]] BarButtonItem* leftBarButton() const {
+        return m_leftBarButton.empty() ? nullptr : m_leftBarButton.front().get();
+    }
     /// The first one of several.
     [[nodiscard]] BarButtonItem* rightBarButton() const {
         return m_rightBarButtons.empty() ? nullptr : m_rightBarButtons.front().get();
@@ -112,13 +114,15 @@ protected:
 private:
     friend class NavigationController;
 
+    void replace(BarButtons& place, BarButtons items);
+    [[nodiscard]] static BarButtons listOf(std::unique_ptr<BarButtonItem> item);
     /// What presents and is presented: the stack of screens that this one stands on, or itself.
     [[nodiscard]] ViewController& presenter();
     [[nodiscard]] const ViewController& outermost() const;
 
     QString m_title;
     QString m_backButtonTitle = QStringLiteral("Back");
-    std::unique_ptr<BarButtonItem> m_leftBarButton;
+    BarButtons m_leftBarButton;  // at most one
     BarButtons m_rightBarButtons;
     BarButtons m_toolbarItems;
     NavigationController* m_navigationController = nullptr;  // while it stands on its stack

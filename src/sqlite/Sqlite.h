@@ -15,6 +15,9 @@ struct Close {
 using Database = std::unique_ptr<sqlite3, Close>;
 using Statement = std::unique_ptr<sqlite3_stmt, Close>;
 
+/// How long a call waits for another program, or another part of this one, that is at the same file.
+inline constexpr int busyMilliseconds = 2000;
+
 /// Nothing when the text can't be prepared: the connection then tells why.
 [[nodiscard]] inline Statement prepare(sqlite3* database, const char* text) {
     sqlite3_stmt* statement = nullptr;

@@ -17,7 +17,6 @@ constexpr auto listStatement = "SELECT NAME FROM FIELDS";
 constexpr auto nameTest = "SELECT ID FROM FIELDS WHERE NAME ='%q'";
 constexpr auto addStatement = "INSERT OR REPLACE INTO FIELDS (NAME) VALUES ('%q')";
 constexpr auto deleteStatement = "DELETE FROM FIELDS WHERE NAME = '%q'";
-constexpr int busyMilliseconds = 2000;  // another program may be at it
 
 /// The statement with the name in quotes.
 std::string withName(const char* statement, const std::string& name) {
@@ -39,7 +38,7 @@ ProfileList::ProfileList() {
     const int result = sqlite3_open(dataFilePath().c_str(), &opened);
     m_database.reset(opened);
     if (result != SQLITE_OK) fail("failed to open");
-    sqlite3_busy_timeout(opened, busyMilliseconds);
+    sqlite3_busy_timeout(opened, sqlite::busyMilliseconds);
     if (!sqlite::run(opened, createStatement))
         fail(std::string{"Error creating table: "} + sqlite3_errmsg(opened));
 }

@@ -36,7 +36,6 @@ constexpr auto removeStatement = "DELETE FROM defaults WHERE key = ?";
 // 0, or 1 in a store that was begun with less than a damaged one held.
 constexpr auto lossStatement = "PRAGMA user_version";
 constexpr auto keepLossStatement = "PRAGMA user_version = 1";
-constexpr int busyMilliseconds = 2000;
 
 std::optional<int> numberFrom(sqlite3* database, const char* text) {
     const auto statement = prepare(database, text);
@@ -195,7 +194,7 @@ sqlite::Database SqliteUserDefaults::open(const std::filesystem::path& file, con
     code = sqlite3_open_v2((uriOf(file) + access.parameters).c_str(), &made, access.flags | SQLITE_OPEN_URI,
                            nullptr);
     sqlite::Database database{made};
-    if (database) sqlite3_busy_timeout(database.get(), busyMilliseconds);
+    if (database) sqlite3_busy_timeout(database.get(), sqlite::busyMilliseconds);
     if (code == SQLITE_OK && run(database.get(), access.statements)) return database;
     code = database ? sqlite3_errcode(database.get()) : SQLITE_NOMEM;
     error = database ? sqlite3_errmsg(database.get()) : "out of memory";
