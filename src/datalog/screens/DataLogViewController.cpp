@@ -32,7 +32,7 @@ void DataLogViewController::viewDidLoad() {
     setRightBarButtons(std::move(buttons));
     m_currentVehicle = m_appDelegate->currentVehicle();
     for (auto& sensor : m_currentVehicle.sensors()) {
-        if (sensor.minmax && sensor.minmax != "off" && sensor.minmax != "none")
+        if (sensor.minmax != "off" && sensor.minmax != "none")
             m_attributes.push_back(std::move(sensor));
     }
     // Goes on for as long as the screen is there.
