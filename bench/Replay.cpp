@@ -13,6 +13,16 @@ struct Close {
     void operator()(sqlite3_stmt* statement) const { sqlite3_finalize(statement); }
 };
 
+constexpr int mark = 0x69547276;  // "iTrv"
+constexpr int form = 1;
+
+int numberOf(sqlite3* database, const char* question) {
+    sqlite3_stmt* prepared = nullptr;
+    sqlite3_prepare_v2(database, question, -1, &prepared, nullptr);
+    const std::unique_ptr<sqlite3_stmt, Close> row{prepared};
+    return row && sqlite3_step(prepared) == SQLITE_ROW ? sqlite3_column_int(prepared, 0) : 0;
+}
+
 /// The slot's bytes as they stand on the wire: an AID of its own length says it first.
 Bytes wireBytes(std::uint8_t aid, ByteView slot) {
     const auto told = slot.empty() ? std::size_t{1} : std::size_t{slot[0]};
@@ -29,7 +39,11 @@ std::optional<Replay> Replay::load(const std::filesystem::path& file, double spe
     const int result = sqlite3_open_v2(file.c_str(), &opened, SQLITE_OPEN_READWRITE, nullptr);
     const std::unique_ptr<sqlite3, Close> database{opened};
     sqlite3_stmt* prepared = nullptr;
-    if (result == SQLITE_OK) {
+    if (result == SQLITE_OK && numberOf(opened, "PRAGMA user_version") > form) {
+        error = file.string() + " was made by a newer version of iTorv";
+        return std::nullopt;
+    }
+    if (result == SQLITE_OK && numberOf(opened, "PRAGMA application_id") == mark) {
         sqlite3_prepare_v2(opened, "SELECT aid, time, bytes FROM samples ORDER BY time", -1, &prepared,
                            nullptr);
     }
@@ -49,8 +63,7 @@ std::optional<Replay> Replay::load(const std::filesystem::path& file, double spe
              {known, wireBytes(known, {bytes, bytes ? size : 0})}});
     }
     if (step == SQLITE_DONE && !replay.m_samples.empty()) return replay;
-    error = file.string() + (step == SQLITE_DONE ? " has no values" : " is no recording: ") +
-            (step == SQLITE_DONE || opened == nullptr ? "" : sqlite3_errmsg(opened));
+    error = file.string() + (step == SQLITE_DONE ? " has no values" : " is no recording");
     return std::nullopt;
 }
 

@@ -6,6 +6,7 @@
 #include <chrono>
 #include <cstdio>
 #include <memory>
+#include <utility>
 
 #include "Commands.h"
 #include "diagnostics/DtcAIDs.h"
@@ -68,13 +69,17 @@ int read(Handset& handset, const Arguments& arguments) {
         complain("the module did not report its trouble codes");
         return noAnswer;
     }
+    bool oldBegan = false;
     for (const auto& row : report.rows) {
         if (!arguments.json) {
+            if (row.old && !std::exchange(oldBegan, true))
+                std::printf("%s, and not of this read:\n", report.lastAnswerText().c_str());
             std::puts(row.text().c_str());
             continue;
         }
         printObject({{"code", row.code.empty() ? Value{} : Value{row.code}},
-                     {"text", row.description ? Value{*row.description} : Value{}}});
+                     {"text", row.description ? Value{*row.description} : Value{}},
+                     {"old", row.old}});
     }
     if (!arguments.json && report.rows.empty()) std::puts(report.emptyText().c_str());
     const auto missing = std::ranges::count(report.rows, std::string{}, &TroubleCodeReport::Row::code);

@@ -69,6 +69,12 @@ int exportRecording(const Arguments& arguments) {
         complain(error);
         return badArguments;
     }
+    std::error_code none;
+    if (arguments.words.size() > 1 &&
+        std::filesystem::equivalent(arguments.words[0], arguments.words[1], none)) {
+        complain(arguments.words[1] + " is the recording itself");
+        return badArguments;
+    }
     const auto format = std::ranges::find(recordingFormats, arguments.format, &RecordingFormat::name)->kind;
     error = writeTo(arguments.words.size() > 1 ? arguments.words[1] : "", *recording, format);
     if (error.empty()) return success;

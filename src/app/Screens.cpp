@@ -37,6 +37,14 @@ std::shared_ptr<iTorvViewController> Screens::firstPage() const {
     return page;
 }
 
+std::unique_ptr<Stage> Screens::stage(std::shared_ptr<iTorvViewController> page, LinkStatus* status) const {
+    auto stage = std::make_unique<Stage>(std::move(page), status);
+    m_control->recorder().setChanged([control = m_control.get(), shown = QPointer{stage.get()}] {
+        if (shown) shown->setMark(QStringLiteral("Recording"), control->recorder().isRecording());
+    });
+    return stage;
+}
+
 std::shared_ptr<ViewController> Screens::carSetup() const {
     return std::make_shared<CarSetupTableViewController>(m_control);
 }

@@ -4,6 +4,7 @@
 
 #include "control/iTorvAppDelegate.h"
 #include "dashboards/iTorvViewController.h"
+#include "screens/Stage.h"
 
 namespace torv {
 
@@ -14,6 +15,9 @@ public:
 
     /// With the ways from it to all others.
     [[nodiscard]] std::shared_ptr<iTorvViewController> firstPage() const;
+    /// With that page on it. `status` is not owned.
+    [[nodiscard]] std::unique_ptr<Stage> stage(std::shared_ptr<iTorvViewController> page,
+                                               LinkStatus* status) const;
     [[nodiscard]] std::shared_ptr<ViewController> mainMenu() const;
     [[nodiscard]] std::shared_ptr<ViewController> carSetup() const;
     /// Over all, for the file that the program was launched with; nothing without one.

@@ -4,6 +4,7 @@
 #include <QFileInfo>
 #include <QGuiApplication>
 #include <QQuickWindow>
+#include <QRegularExpression>
 #include <QUrl>
 #include <algorithm>
 #include <array>
@@ -13,6 +14,7 @@
 #include <memory>
 #include <string>
 
+#include "app/Demo.h"
 #include "app/Display.h"
 #include "app/Screens.h"
 #include "app/SingleInstance.h"
@@ -52,6 +54,7 @@ struct Options {
     bool software = false;
     bool logTimes = false;
     bool newInstance = false;
+    std::optional<Demo::Kind> demo;
 };
 
 int refuse(const std::string& why) {
@@ -105,9 +108,17 @@ std::optional<std::string> readArguments(const QCoreApplication& application, Op
         {"after", "Seconds until that picture is taken (2).", "SECONDS", "2"},
         {"software", "Let the processor draw the window; so it is where OpenGL can't be used."},
         {"new-instance", "Start beside an itorv that runs; both then want the link and the store."},
+        {"demo",
+         "Show a drive of a truck that is not there; nothing of it is kept. With faults, the link is "
+         "lost now and then.",
+         "drive|faults"},
         {"log-times", "Log how long the first frame and the first value took."},
     });
-    if (!parser.parse(application.arguments())) return parser.errorText().toStdString();
+    auto arguments = application.arguments();
+    // Without a word it is the usual drive.
+    arguments.replaceInStrings(QRegularExpression{QStringLiteral("^--demo$")},
+                               QStringLiteral("--demo=drive"));
+    if (!parser.parse(arguments)) return parser.errorText().toStdString();
     if (parser.isSet("help")) parser.showHelp(0);
     if (parser.isSet("version")) parser.showVersion();
     const auto words = parser.positionalArguments();
@@ -124,6 +135,12 @@ std::optional<std::string> readArguments(const QCoreApplication& application, Op
     options.logTimes = parser.isSet("log-times");
     options.fullScreen = parser.isSet("full-screen");
     options.newInstance = parser.isSet("new-instance");
+    if (parser.isSet("demo")) {
+        options.demo = Demo::kindFromText(parser.value("demo"));
+        if (!options.demo) return "--demo takes nothing, or faults";
+        if (parser.isSet("module") || parser.isSet("interface"))
+            return "--demo has a module of its own, and takes no --module and no --interface";
+    }
     const auto turn = turnFromText(parser.value("turn"));
     if (!turn) return "--turn takes auto, left, right or never";
     options.turn = *turn;
@@ -192,8 +209,14 @@ int main(int argc, char** argv) {
         return refuse("the window can't be served by VNC on the loopback interface; is the port taken?");
     }
     startSystemLog("itorv", LogTerminal::yes);
+    std::unique_ptr<Demo> demo;
+    if (options.demo) {
+        demo = std::make_unique<Demo>(*options.demo);
+        if (const auto why = demo->start()) return refuse(*why);
+        options.common.connection.module = demo->module();
+    }
     SingleInstance instance{StandardResources{}.documentsDirectory()};
-    if (!options.newInstance) {
+    if (!options.newInstance && !demo) {
         std::string why;
         const auto claim = instance.claim(options.url.has_value(), why);
         if (claim == SingleInstance::Claim::cameForward) return 0;
@@ -205,6 +228,7 @@ int main(int argc, char** argv) {
     QObject::connect(application.get(), &QGuiApplication::lastWindowClosed,
                      [&] { platform.runLoop().quit(); });
 
+    if (demo) Demo::prepare(platform.userDefaults());
     if (!options.common.profile.empty()) {
         std::string error;
         const auto vehicle = vehicleFromFile(options.common.profile, error);
@@ -231,7 +255,8 @@ int main(int argc, char** argv) {
             mainWindow = std::make_unique<MainWindow>();
             mainWindow->whenPainted([&, whenShown] {
                 firstPage = Screens{control}.firstPage();
-                stage = std::make_unique<Stage>(firstPage, status.get());
+                stage = Screens{control}.stage(firstPage, status.get());
+                if (demo) stage->setMark(QStringLiteral("Demo"), true);
                 mainWindow->show(*stage);
                 whenShown();
                 Screens{control}.presentImport(*firstPage);

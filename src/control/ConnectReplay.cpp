@@ -24,8 +24,9 @@ void ConnectReplay::run() {
     } while (m_state == State::startingOver || m_state == State::cancelled);
     if (m_state == State::running) m_state = State::idle;
     Platform::current().notificationCenter().postNotificationName(customTuningSettingsUpdated);
+    if (m_state != State::idle) return;  // left: what nobody was shown is still news
     const bool isNews = m_application->tellsAnew(report.summary());
-    if (m_state == State::idle && m_showReport && isNews && !report.isClean()) m_showReport(report);
+    if (m_showReport && isNews && !report.isClean()) m_showReport(report);
 }
 
 PassReport ConnectReplay::runPass() {

@@ -57,6 +57,7 @@ void iTorvAppDelegate::importFileURL(const std::string& text) {
 }
 
 void iTorvAppDelegate::applicationWillTerminate() {
+    *m_ending = true;
     m_recorder->end();
     m_feeder->setFeeding(false);
     m_feeder->removeAllReaders();
@@ -206,10 +207,10 @@ std::optional<std::string> iTorvAppDelegate::beginRecording() {
 }
 
 void iTorvAppDelegate::setCurrentVehicle(const Vehicle& vehicle) {
-    const bool goesOn = m_recorder->isRecording() && !vehicle.isEqual(m_currentVehicle);
-    if (goesOn) m_recorder->end();
+    const bool isSame = vehicle.isEqual(m_currentVehicle) && vehicle.version() == m_currentVehicle.version();
     m_currentVehicle = vehicle;
-    if (const auto trouble = goesOn ? beginRecording() : std::nullopt) logLine("no recording: " + *trouble);
+    if (m_recorder->isRecording() && !isSame)
+        m_recorder->beginAnew(newRecordingFile(), vehicle, dateText(wallNow()));
     m_feeder->setFeeding(false);
     m_feeder->removeAllReaders();
     tellObservers({&iTorvAppDelegateDelegate::iTorvAppDelegateDidChangeCurrentVehicle,

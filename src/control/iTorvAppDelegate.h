@@ -1,5 +1,6 @@
 #pragma once
 
+#include <atomic>
 #include <functional>
 #include <initializer_list>
 #include <memory>
@@ -67,6 +68,8 @@ public:
     [[nodiscard]] std::shared_ptr<AlertView> alertDuringPass() const;
     /// For work that waits for the network. It must not refer to a screen, which may have gone by then.
     [[nodiscard]] WorkQueue& background();
+    /// True once the program ends: such work then stops. Any thread.
+    [[nodiscard]] std::shared_ptr<const std::atomic<bool>> ending() const { return m_ending; }
     /// Dims what is shown and too old.
     [[nodiscard]] ValueAger& ager() { return *m_ager; }
     [[nodiscard]] const Vehicle& currentVehicle() const { return m_currentVehicle; }
@@ -117,6 +120,7 @@ private:
     std::unique_ptr<ValueAger> m_ager;
     std::unique_ptr<Recorder> m_recorder;
     std::weak_ptr<void> m_pass;
+    const std::shared_ptr<std::atomic<bool>> m_ending = std::make_shared<std::atomic<bool>>(false);
     std::unique_ptr<WorkQueue> m_background;
     std::optional<DataLog> m_dataLoggingDict;
     Vehicle m_currentVehicle;

@@ -26,8 +26,10 @@ struct PowerButton {
 constexpr double powerTop = 278;
 constexpr double powerHitTop = 270;
 constexpr double powerHitExtra = 50;
-constexpr PowerButton minus{"minus", "BTN_POWER_MINUS.png", "Less power", 75, 60};
-constexpr PowerButton plus{"plus", "BTN_POWER_PLUS.png", "More power", 380, 368};
+constexpr PowerButton minus{
+    .name = "minus", .image = "BTN_POWER_MINUS.png", .label = "Less power", .left = 75, .hitLeft = 60};
+constexpr PowerButton plus{
+    .name = "plus", .image = "BTN_POWER_PLUS.png", .label = "More power", .left = 380, .hitLeft = 368};
 
 Image powerImage(const PowerButton& button) {
     return imageNamed(QString::fromLatin1(button.image));

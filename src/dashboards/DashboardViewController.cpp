@@ -109,6 +109,7 @@ void DashboardViewController::loadIndicatorViews() {
         });
         read(indicator, *attribute);
         m_application->ager().watch(indicator);
+        connect(indicator.get(), &IndicatorView::oldChanged, this, &DashboardViewController::dimOldWarning);
         const auto same = std::find_if(m_indicatorViews.begin(), m_indicatorViews.end(),
                                        [&](const auto& entry) { return entry.first == aid; });
         if (same == m_indicatorViews.end()) {
@@ -341,18 +342,29 @@ void DashboardViewController::hideControls() {
 void DashboardViewController::setWarning(bool warning) {
     if (m_controls) m_controls->warningView().setWarning(warning);
     m_pageView->setWarning(warning);
+    dimOldWarning();
+}
+
+void DashboardViewController::dimOldWarning() {
+    const bool old = !m_warningAIDs.empty() && std::ranges::all_of(m_warningAIDs, [this](AID aid) {
+        const auto indicator = indicatorView(aid);
+        return indicator && indicator->isOld();
+    });
+    if (m_controls) m_controls->warningView().setOld(old);
+    m_pageView->setWarningOld(old);
 }
 
 void DashboardViewController::indicatorViewDidReceiveWarning(IndicatorView& indicator) {
     if (m_aidCounting.contains(indicator.tag())) return;  // its gauge shows the warning
-    setWarning(true);
     if (std::find(m_warningAIDs.begin(), m_warningAIDs.end(), indicator.tag()) == m_warningAIDs.end())
         m_warningAIDs.push_back(indicator.tag());
+    setWarning(true);
 }
 
 void DashboardViewController::indicatorViewDidRemoveWarning(IndicatorView& indicator) {
     std::erase(m_warningAIDs, indicator.tag());
-    if (m_warningAIDs.empty()) setWarning(false);
+    if (m_warningAIDs.empty()) return setWarning(false);
+    dimOldWarning();
 }
 
 void DashboardViewController::iTorvAppDelegateDidChangeCurrentVehicle(iTorvAppDelegate& application) {

@@ -208,6 +208,7 @@ private:
     void read(const std::shared_ptr<iTorvReader>& reader, const TorvAttribute& attribute);
     void registerReaders();
     void setWarning(bool warning);
+    void dimOldWarning();
     void setIndicatorPriority(std::int32_t priority);
     void setTouchingView(std::shared_ptr<CarriedView> view);
     void buildToastLabelViewFontSize(const QString& text, int fontSize);

@@ -21,10 +21,10 @@ struct PositionRow {
     QPointF clearButton;
 };
 const std::array<PositionRow, 4> positions{{
-    {"BG_CENTER.png", "BG_CENTER_GLOW.png", {}},
-    {"BG_LEFT-GAUGES.png", "BG_LEFT-GAUGES_GLOW.png", {18, 10}},
-    {"BG_RIGHT-GAUGES.png", "BG_RIGHT-GAUGES_GLOW.png", {0, 10}},
-    {"digibg.png", "digibg_GLOW.png", {}},
+    {.normal = "BG_CENTER.png", .hovered = "BG_CENTER_GLOW.png", .clearButton = {}},
+    {.normal = "BG_LEFT-GAUGES.png", .hovered = "BG_LEFT-GAUGES_GLOW.png", .clearButton = {18, 10}},
+    {.normal = "BG_RIGHT-GAUGES.png", .hovered = "BG_RIGHT-GAUGES_GLOW.png", .clearButton = {0, 10}},
+    {.normal = "digibg.png", .hovered = "digibg_GLOW.png", .clearButton = {}},
 }};
 
 const PositionRow& rowOf(std::int32_t position) {

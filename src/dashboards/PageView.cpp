@@ -168,6 +168,12 @@ void PageView::setWarning(bool warning) {
     showAlert(warning && !m_expanded && !m_animating);
 }
 
+void PageView::setWarningOld(bool old) {
+    if (m_warningOld == old) return;
+    m_warningOld = old;
+    emit imageChanged();
+}
+
 void PageView::showAlert(bool alert) {
     if (m_alertShown == alert) return;  // asked with every value of every sensor
     m_alertShown = alert;

@@ -42,6 +42,7 @@ class PageView final : public torv::View, public PickerScrollViewDelegate, publi
     Q_PROPERTY(torv::PickerScrollView* scrollView READ scrollViewObject CONSTANT)
     Q_PROPERTY(torv::CustomPageControl* pageControl READ pageControlObject CONSTANT)
     Q_PROPERTY(QString image READ image NOTIFY imageChanged)
+    Q_PROPERTY(bool warningOld READ isWarningOld NOTIFY imageChanged)
     Q_PROPERTY(bool expanded READ expanded NOTIFY frameChanged)
     Q_PROPERTY(bool animating READ isAnimating NOTIFY animatingChanged)
     Q_PROPERTY(QList<torv::IndicatorView*> items READ itemObjects NOTIFY itemsChanged)
@@ -68,6 +69,9 @@ public:
     [[nodiscard]] bool warning() const { return m_warning; }
     /// An open picker never shows the alert.
     void setWarning(bool warning);
+    /// All that it warns of came too long ago to be taken for live.
+    [[nodiscard]] bool isWarningOld() const { return m_warningOld; }
+    void setWarningOld(bool old);
 
     void previousPage();
     void nextPage();
@@ -131,6 +135,7 @@ private:
     bool m_pageControlUsed = false;
     bool m_expanded = true;
     bool m_warning = false;
+    bool m_warningOld = false;
     bool m_animating = false;
     std::int64_t m_numberOfComponentsPerPage = 4;
 };

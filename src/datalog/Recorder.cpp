@@ -42,10 +42,14 @@ struct Recorder::Drive {
     std::vector<RecordedValue> values;
     std::vector<RecordedEvent> events;
 
+    RunLoop::Clock::duration lastBatch{};  // reading thread
+
     std::mutex writing;
     std::optional<RecordingWriter> writer;  // none once it has ended
+    std::string error;                      // why, if by itself
 
-    void take(const Message& message) {
+    /// True when it is time for a batch, however busy the main thread is.
+    bool take(const Message& message) {
         const auto time = Platform::current().runLoop().now() - begun;
         const auto wall = wallNow();
         for (const auto& [key, bytes] : message) {
@@ -55,6 +59,9 @@ struct Recorder::Drive {
             values.push_back({aid, time, wall, std::nullopt, bytes});
             ++count;
         }
+        if (time - lastBatch < batchInterval) return false;
+        lastBatch = time;
+        return true;
     }
     void note(const std::string& text) {
         const auto time = Platform::current().runLoop().now() - begun;
@@ -64,7 +71,7 @@ struct Recorder::Drive {
     /// Nothing when all that came is on the disk.
     std::optional<std::string> write() {
         const std::scoped_lock lock{writing};
-        if (!writer) return std::nullopt;
+        if (!writer) return error.empty() ? std::nullopt : std::optional{error};
         std::vector<RecordedValue> newValues;
         std::vector<RecordedEvent> newEvents;
         {
@@ -77,9 +84,10 @@ struct Recorder::Drive {
             if (const auto data = sensors.at(value.aid).dataFromAV(bytes))
                 value.value = doubleValue(data->value);
         }
-        auto error = writer->append(newValues, newEvents);
-        if (error) writer.reset();
-        return error;
+        const auto why = writer->append(newValues, newEvents);
+        error = why.value_or(std::string{});
+        if (why) writer.reset();
+        return why;
     }
     void end() {
         const std::scoped_lock lock{writing};
@@ -93,6 +101,7 @@ Recorder::Recorder(std::shared_ptr<iTorvFeeder> feeder)
 
 Recorder::~Recorder() {
     m_failed = nullptr;
+    m_changed = nullptr;
     end();
 }
 
@@ -101,43 +110,65 @@ std::optional<std::string> Recorder::begin(const std::filesystem::path& file, co
     if (m_drive) return std::nullopt;
     auto drive = std::make_shared<Drive>();
     RecordedDrive told{
-        .name = name, .vehicle = vehicle.name().value_or(std::string{}), .begun = wallNow(), .sensors = {}};
+        .name = name, .vehicle = vehicle.name().value_or(std::string{}), .begun = {}, .sensors = {}};
     for (const auto& sensor : vehicle.sensors()) {
         if (drive->sensors.insert({sensor.aid, sensor}).second)
             told.sensors.push_back(recordedSensor(sensor));
     }
     if (told.sensors.empty()) return "This vehicle has no sensors to record.";
+    told.begun = wallNow();
+    drive->begun = Platform::current().runLoop().now();
     std::string error;
     drive->writer = RecordingWriter::begin(file, told, error);
     if (!drive->writer) return error;
     drive->file = file;
     drive->name = name;
-    drive->begun = Platform::current().runLoop().now();
-    m_drive = drive;
+    setDrive(drive);
     m_connected = m_feeder->driver().connected();
+    m_sessions = m_feeder->driver().sessionCount();
     drive->note(m_connected ? "recording begins" : "recording begins without a link");
     if (!m_queue) m_queue = Platform::current().makeWorkQueue("recorder");
-    m_feeder->setMessageSink([drive](const Message& message) { drive->take(message); });
+    m_feeder->setMessageSink([drive, write = batchWriter(drive)](const Message& message) {
+        if (drive->take(message)) write();
+    });
     m_timer = Platform::current().runLoop().scheduleTimer(batchInterval, true, [this](Timer&) { tick(); });
     logLine("recording to " + file.string());
     return std::nullopt;
 }
 
+void Recorder::setDrive(std::shared_ptr<Drive> drive) {
+    m_drive = std::move(drive);
+    if (m_changed) m_changed();
+}
+
 void Recorder::noteLink() {
-    if (m_connected == m_feeder->driver().connected()) return;
-    m_connected = !m_connected;
-    m_drive->note(m_connected ? "link is back" : "link is lost");
+    const auto& driver = m_feeder->driver();
+    const auto sessions = driver.sessionCount();
+    // It may have been lost and have come back since the last look.
+    const bool lost = m_connected && (!driver.connected() || sessions != m_sessions);
+    if (lost) m_drive->note("link is lost");
+    if (driver.connected() && (lost || !m_connected)) m_drive->note("link is back");
+    m_connected = driver.connected();
+    m_sessions = sessions;
+}
+
+std::function<void()> Recorder::batchWriter(const std::shared_ptr<Drive>& drive) const {
+    return [queue = std::weak_ptr{m_queue}, drive, weak = std::weak_ptr{m_self}] {
+        const auto alive = queue.lock();
+        if (!alive) return;
+        alive->post([drive, weak] {
+            const auto error = drive->write();
+            if (!error) return;
+            Platform::current().runLoop().performOnMainThread([drive, weak, why = *error] {
+                if (const auto self = weak.lock()) (*self)->fail(drive, why);
+            });
+        });
+    };
 }
 
 void Recorder::tick() {
     noteLink();
-    m_queue->post([drive = m_drive, weak = std::weak_ptr{m_self}] {
-        const auto error = drive->write();
-        if (!error) return;
-        Platform::current().runLoop().performOnMainThread([drive, weak, why = *error] {
-            if (const auto self = weak.lock()) (*self)->fail(drive, why);
-        });
-    });
+    batchWriter(m_drive)();
 }
 
 void Recorder::fail(const std::shared_ptr<Drive>& drive, const std::string& why) {
@@ -145,7 +176,7 @@ void Recorder::fail(const std::shared_ptr<Drive>& drive, const std::string& why)
     logLine("recording to " + drive->file.string() + " ends: " + why);
     m_feeder->setMessageSink(nullptr);
     m_timer->invalidate();
-    m_drive = nullptr;
+    setDrive(nullptr);
     if (m_failed) m_failed("The recording has ended: " + why + " What was recorded before is kept.");
 }
 
@@ -157,7 +188,13 @@ void Recorder::end() {
     m_timer->invalidate();
     if (const auto error = drive->write()) return fail(drive, *error);
     drive->end();
-    m_drive = nullptr;
+    setDrive(nullptr);
+}
+
+void Recorder::beginAnew(const std::filesystem::path& file, const Vehicle& vehicle, const std::string& name) {
+    end();
+    const auto why = begin(file, vehicle, name);
+    if (why && m_failed) m_failed("The recording has ended: " + *why);
 }
 
 std::filesystem::path Recorder::file() const {

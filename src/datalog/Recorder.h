@@ -25,8 +25,8 @@ namespace torv {
 ///   Idle                                              `begin`: Recording
 ///   Recording  `begin`                                `end`, a file that can't be written: Idle
 ///
-/// The reading thread only notes what came; twice a second a thread of its own puts that on the disk. A link
-/// that is lost does not end it.
+/// The reading thread only notes what came; twice a second a thread of its own puts that on the disk, also
+/// while the main thread is busy. A link that is lost does not end it.
 class Recorder final {
 public:
     explicit Recorder(std::shared_ptr<iTorvFeeder> feeder);
@@ -40,6 +40,8 @@ public:
                                                    const std::string& name);
     /// Returns once all of it is on the disk.
     void end();
+    /// Ends what runs and begins another one; when that fails it is told like any other end.
+    void beginAnew(const std::filesystem::path& file, const Vehicle& vehicle, const std::string& name);
     [[nodiscard]] bool isRecording() const { return m_drive != nullptr; }
     /// Those of the recording that runs; empty when there is none.
     [[nodiscard]] std::filesystem::path file() const;
@@ -51,19 +53,26 @@ public:
     /// Told, in a sentence, when a recording ended because it can't be written.
     void setFailed(std::function<void(const std::string&)> failed) { m_failed = std::move(failed); }
 
+    /// Told whenever `isRecording` has changed.
+    void setChanged(std::function<void()> changed) { m_changed = std::move(changed); }
+
 private:
     struct Drive;
 
+    void setDrive(std::shared_ptr<Drive> drive);
     void noteLink();
     void tick();
+    [[nodiscard]] std::function<void()> batchWriter(const std::shared_ptr<Drive>& drive) const;
     void fail(const std::shared_ptr<Drive>& drive, const std::string& why);
 
     const std::shared_ptr<iTorvFeeder> m_feeder;
     std::function<void(const std::string&)> m_failed;
+    std::function<void()> m_changed;
     std::shared_ptr<Drive> m_drive;  // also held by the work under way and by the reading thread
     std::shared_ptr<Timer> m_timer;
-    std::unique_ptr<WorkQueue> m_queue;
+    std::shared_ptr<WorkQueue> m_queue;
     bool m_connected = false;
+    std::uint64_t m_sessions = 0;
     std::shared_ptr<Recorder*> m_self;  // for work that comes back; gone with this object
 };
 

@@ -71,6 +71,11 @@ private:
     std::vector<std::size_t> m_heap;  // the places of those that have a value ahead
 };
 
+/// By the clock that never jumps: the other one may be set in the middle of a drive.
+WallTime momentOf(const RecordingReader& recording, DriveTime time) {
+    return recording.drive().begun + std::chrono::floor<std::chrono::milliseconds>(time);
+}
+
 std::string quoted(const std::string& field) {
     if (field.find_first_of(",\"\r\n") == std::string::npos) return field;
     std::string text = "\"";
@@ -102,8 +107,9 @@ std::string writeOneTimeAxis(const RecordingReader& recording, const TextSink& w
     Merge values{recording};
     while (const auto next = values.next()) {
         auto& cell = cells[next->sensor];
-        if ((row != next->value.wall || !cell.empty()) && !flush()) return notWritten;
-        row = next->value.wall;
+        const auto moment = momentOf(recording, next->value.time);
+        if ((row != moment || !cell.empty()) && !flush()) return notWritten;
+        row = moment;
         if (next->value.value) cell = numberText(*next->value.value);
     }
     if (!flush()) return notWritten;
@@ -139,7 +145,8 @@ std::string writeJsonLines(const RecordingReader& recording, const TextSink& wri
     auto event = events.begin();
     const auto putEvents = [&](DriveTime until) {
         for (; event != events.end() && event->time <= until; ++event) {
-            if (!put({{"time", isoText(event->wall)}, {"event", event->text}})) return false;
+            if (!put({{"time", isoText(momentOf(recording, event->time))}, {"event", event->text}}))
+                return false;
         }
         return true;
     };
@@ -148,7 +155,7 @@ std::string writeJsonLines(const RecordingReader& recording, const TextSink& wri
         const auto& sensor = sensors[next->sensor];
         const auto& value = next->value.value;
         const bool done = putEvents(next->value.time) &&
-                          put({{"time", isoText(next->value.wall)},
+                          put({{"time", isoText(momentOf(recording, next->value.time))},
                                {"aid", Number::fromInteger(sensor.aid)},
                                {"name", sensor.name},
                                {"value", value ? Value{Number::fromDouble(*value)} : Value{}},

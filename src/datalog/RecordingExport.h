@@ -23,9 +23,21 @@ struct RecordingFormat {
     std::string_view mimeType;
 };
 inline constexpr std::array<RecordingFormat, 3> recordingFormats{{
-    {RecordingFormat::Kind::oneTimeAxis, "csv", "CSV with one time axis", ".csv", "text/csv"},
-    {RecordingFormat::Kind::dataLog, "log", "CSV as of the data log", "-log.csv", "text/csv"},
-    {RecordingFormat::Kind::jsonLines, "jsonl", "JSON lines", ".jsonl", "application/jsonl"},
+    {.kind = RecordingFormat::Kind::oneTimeAxis,
+     .name = "csv",
+     .title = "CSV with one time axis",
+     .suffix = ".csv",
+     .mimeType = "text/csv"},
+    {.kind = RecordingFormat::Kind::dataLog,
+     .name = "log",
+     .title = "CSV as of the data log",
+     .suffix = "-log.csv",
+     .mimeType = "text/csv"},
+    {.kind = RecordingFormat::Kind::jsonLines,
+     .name = "jsonl",
+     .title = "JSON lines",
+     .suffix = ".jsonl",
+     .mimeType = "application/jsonl"},
 }};
 
 /// Nothing when the sink took all of it, else why not, in a sentence. Needs the same memory for every length.

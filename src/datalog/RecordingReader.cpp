@@ -105,14 +105,16 @@ std::vector<RecordedEvent> RecordingReader::events() const {
     return events;
 }
 
-bool RecordingReader::isBeingWritten() const {
+bool RecordingReader::isOpen(const std::filesystem::path& file) {
+    sqlite3* opened = nullptr;
+    const int result = sqlite3_open_v2(file.c_str(), &opened, SQLITE_OPEN_READWRITE, nullptr);
+    const sqlite::Database database{opened};
+    if (result != SQLITE_OK) return false;
     // Only the last who has it open can give up the file beside it.
-    sqlite3_busy_timeout(m_database.get(), 0);
-    const auto row = sqlite::prepare(m_database.get(), "PRAGMA journal_mode = DELETE");
-    const bool single =
-        row && sqlite3_step(row.get()) == SQLITE_ROW && sqlite::column(row.get(), 0) == std::string{"delete"};
-    sqlite3_busy_timeout(m_database.get(), sqlite::busyMilliseconds);
-    return !single;
+    const auto row = sqlite::prepare(opened, "PRAGMA journal_mode = DELETE");
+    const int step = row ? sqlite3_step(row.get()) : sqlite3_errcode(opened);
+    if (step == SQLITE_ROW) return sqlite::column(row.get(), 0) == std::string{"wal"};
+    return step == SQLITE_BUSY || step == SQLITE_LOCKED;
 }
 
 bool RecordingReader::rename(const std::string& name) {

@@ -24,8 +24,8 @@ public:
     /// From the beginning to the last value.
     [[nodiscard]] DriveTime length() const;
     [[nodiscard]] std::vector<RecordedEvent> events() const;
-    /// Whether somebody has it open to write.
-    [[nodiscard]] bool isBeingWritten() const;
+    /// Whether anybody has the file open as a database: who records it, or reads it. Whatever it holds.
+    [[nodiscard]] static bool isOpen(const std::filesystem::path& file);
     /// False when it can't be written.
     bool rename(const std::string& name);
 

@@ -7,8 +7,8 @@ namespace torv {
 namespace {
 
 // FULL: a commit waits until the disk has it.
+constexpr auto settings = "PRAGMA journal_mode = WAL; PRAGMA synchronous = FULL;";
 constexpr auto tables =
-    "PRAGMA journal_mode = WAL; PRAGMA synchronous = FULL;"
     "BEGIN;"
     "CREATE TABLE drive (key TEXT PRIMARY KEY, value) WITHOUT ROWID;"
     "CREATE TABLE sensors (place INTEGER PRIMARY KEY, aid INTEGER UNIQUE, name TEXT, unit TEXT, digits "
@@ -59,20 +59,32 @@ std::optional<RecordingWriter> RecordingWriter::begin(const std::filesystem::pat
         error = file.string() + " is there already.";
         return std::nullopt;
     }
-    sqlite3* opened = nullptr;
-    const int result = sqlite3_open(file.c_str(), &opened);
-    RecordingWriter writer{sqlite::Database{opened}};
-    if (opened) sqlite3_busy_timeout(opened, sqlite::busyMilliseconds);
+    // Under another name until there is something in it, so that each file of this name can be opened.
+    const std::filesystem::path fresh = file.string() + ".new";
     const auto marks = "PRAGMA application_id = " + std::to_string(recordingMark) +
                        "; PRAGMA user_version = " + std::to_string(recordingForm) + "; COMMIT;";
-    if (result == SQLITE_OK && sqlite::run(opened, tables) && writer.insert(drive) &&
-        sqlite::run(opened, marks))
-        return writer;
-    error = file.string() + ": " + writer.why();
+    std::filesystem::remove(fresh, failed);
+    auto writer = open(fresh);
+    const bool made = sqlite::run(writer.m_database.get(), tables) && writer.insert(drive) &&
+                      sqlite::run(writer.m_database.get(), marks);
+    error = made ? "" : file.string() + ": " + writer.why();
     writer.m_database.reset();
-    for (const auto* part : {"", "-wal", "-shm", "-journal"})
-        std::filesystem::remove(file.string() + part, failed);
+    if (made) std::filesystem::rename(fresh, file, failed);
+    if (made && failed) error = file.string() + ": " + failed.message() + ".";
+    if (error.empty()) {
+        writer = open(file);
+        if (sqlite::run(writer.m_database.get(), settings)) return writer;
+        error = file.string() + ": " + writer.why();
+    }
+    std::filesystem::remove(fresh, failed);
     return std::nullopt;
+}
+
+RecordingWriter RecordingWriter::open(const std::filesystem::path& file) {
+    sqlite3* opened = nullptr;
+    sqlite3_open(file.c_str(), &opened);
+    if (opened) sqlite3_busy_timeout(opened, sqlite::busyMilliseconds);
+    return RecordingWriter{sqlite::Database{opened}};
 }
 
 bool RecordingWriter::insert(const RecordedDrive& drive) {

@@ -41,6 +41,7 @@ public:
 
 private:
     explicit RecordingWriter(sqlite::Database database) : m_database(std::move(database)) {}
+    [[nodiscard]] static RecordingWriter open(const std::filesystem::path& file);
     [[nodiscard]] bool insert(const RecordedDrive& drive);
     [[nodiscard]] bool insert(std::span<const RecordedValue> values, std::map<AID, DriveTime>& last);
     [[nodiscard]] bool insert(std::span<const RecordedEvent> events);

@@ -54,7 +54,8 @@ std::filesystem::path newRecordingFile() {
     auto stem = isoText(wallNow()).substr(0, std::string_view{"2026-11-24T02:52:43"}.size());
     std::erase(stem, ':');
     auto file = recordingsFolder() / (stem + extension);
-    for (int number = 2; std::filesystem::exists(file); ++number)
+    std::error_code none;
+    for (int number = 2; std::filesystem::exists(file, none); ++number)
         file = recordingsFolder() / (stem + "-" + std::to_string(number) + extension);
     return file;
 }
@@ -62,8 +63,9 @@ std::filesystem::path newRecordingFile() {
 std::vector<RecordingInfo> recordings() {
     std::vector<RecordingInfo> all;
     std::error_code none;
-    for (const auto& entry : std::filesystem::directory_iterator{recordingsFolder(), none}) {
-        if (entry.path().extension() == extension) all.push_back(infoOf(entry.path()));
+    for (std::filesystem::directory_iterator entry{recordingsFolder(), none}, end; !none && entry != end;
+         entry.increment(none)) {
+        if (entry->path().extension() == extension) all.push_back(infoOf(entry->path()));
     }
     std::ranges::sort(all, [](const RecordingInfo& a, const RecordingInfo& b) {
         return std::tie(a.begun, a.file) > std::tie(b.begun, b.file);
@@ -72,9 +74,7 @@ std::vector<RecordingInfo> recordings() {
 }
 
 std::string removeRecording(const std::filesystem::path& file) {
-    std::string ignored;
-    if (const auto reader = RecordingReader::open(file, ignored); reader && reader->isBeingWritten())
-        return "It is being recorded.";
+    if (RecordingReader::isOpen(file)) return "It is being recorded, or read.";
     std::error_code error;
     for (const auto* part : parts) {
         std::filesystem::remove(file.string() + part, error);

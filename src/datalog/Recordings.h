@@ -23,14 +23,14 @@ struct RecordingInfo {
     [[nodiscard]] std::string details() const;
 };
 
-// The folder in which the program keeps its recordings, a file for each. Main thread.
+// The folder in which the program keeps its recordings, a file for each. Any thread.
 
 [[nodiscard]] std::filesystem::path recordingsFolder();
 /// For one that begins now. No such file is there.
 [[nodiscard]] std::filesystem::path newRecordingFile();
 /// The newest first.
 [[nodiscard]] std::vector<RecordingInfo> recordings();
-/// Nothing when it is gone, else why it is not, in a sentence: for one that is being written stays.
+/// Empty when it is gone, else why it is not, in a sentence: one that somebody has open stays.
 [[nodiscard]] std::string removeRecording(const std::filesystem::path& file);
 [[nodiscard]] std::string renameRecording(const std::filesystem::path& file, const std::string& name);
 

@@ -12,7 +12,9 @@ constexpr auto statement = "SELECT * FROM dtc";
 
 std::optional<TroubleCodeDatabase::Texts> TroubleCodeDatabase::load(std::string& error) {
     const auto file = Platform::current().resources().pathForResourceOfType("DTCDB", "sqlite");
-    return load(file.value_or("DTCDB.sqlite"), error);
+    if (file) return load(*file, error);
+    error = "Failed to open database (DTCDB.sqlite)";
+    return std::nullopt;
 }
 
 std::optional<TroubleCodeDatabase::Texts> TroubleCodeDatabase::load(const std::filesystem::path& file,

@@ -85,7 +85,7 @@ std::string TroubleCodeReport::document(const std::string& vehicle, const std::s
     for (const auto& row : rows) {
         if (row.old && !oldBegan) {
             oldBegan = true;
-            text += "\n" + lastAnswerText() + ", the module does not answer now:\n";
+            text += "\n" + lastAnswerText() + ", and not of this read:\n";
         }
         text += row.text() + "\n";
     }

@@ -126,20 +126,24 @@ void GraphItem::paintCurve(QPainter& painter, const QRectF& plot, const Curve& c
 /// A bar for each column, from its lowest to its highest value and on to where the column before it ended.
 void GraphItem::paintColumns(QPainter& painter, const QRectF& plot, const Curve& curve) const {
     const double thickness = std::max(std::round(lineWidth * m_u), 1.0);
-    std::optional<double> before;
+    painter.setPen(QPen{colourOf(curve), thickness});
+    const auto xOf = [&plot](std::size_t column) { return plot.left() + static_cast<double>(column) - 1; };
+    std::optional<CurveSeries::Column> before;
     for (const auto& column :
          curve.series.columns(m_graph->visible().span(), static_cast<std::size_t>(plot.width()))) {
         double low = column.low;
         double high = column.high;
-        if (before && column.joined) {
-            low = std::min(low, *before);
-            high = std::max(high, *before);
+        if (before && column.joined && before->column + 1 == column.column) {
+            low = std::min(low, before->last);
+            high = std::max(high, before->last);
+        } else if (before && column.joined) {
+            painter.drawLine(QPointF{xOf(before->column) + 1, yOf(plot, curve.axis, before->last)},
+                             QPointF{xOf(column.column), yOf(plot, curve.axis, column.first)});
         }
-        before = column.last;
+        before = column;
         const double top = yOf(plot, curve.axis, high) - thickness / 2;
         const double bottom = yOf(plot, curve.axis, low) + thickness / 2;
-        painter.fillRect(QRectF{plot.left() + static_cast<double>(column.column) - 1, top, 1, bottom - top},
-                         colourOf(curve));
+        painter.fillRect(QRectF{xOf(column.column), top, 1, bottom - top}, colourOf(curve));
     }
 }
 

@@ -7,9 +7,9 @@ Window {
 
     // None at first: the first frame is the bare ground, which is there long before a page.
     property Stage stage: null
-    // Pixels for each point of what is no dashboard: a stage 320 high, or 320 wide where it stands upright.
     property int turn: 0  // degrees
     property real shift: 0  // pixels up, out of the way of a keyboard on the screen
+    // Pixels for each point of what is no dashboard: a stage 320 high, or 320 wide where it stands upright.
     readonly property real u: Math.max(Math.min(width, height), 1) / 320
 
     width: 1136
@@ -62,12 +62,54 @@ Window {
             }
         }
 
+        Row {
+            // Above the buttons in the corner.
+            x: Math.round(6 * window.u)
+            y: Math.round(window.u)
+            spacing: Math.round(4 * window.u)
+
+            Repeater {
+                model: window.stage ? window.stage.marks : []
+
+                Rectangle {
+                    id: mark
+
+                    required property string modelData
+
+                    width: word.width + Math.round(8 * window.u)
+                    height: word.height + Math.round(2 * window.u)
+                    radius: Math.round(2 * window.u)
+                    color: Theme.alarm
+
+                    Text {
+                        id: word
+
+                        anchors.centerIn: parent
+                        textFormat: Text.PlainText
+                        text: mark.modelData
+                        color: Theme.text
+                        font.bold: true
+                        font.pixelSize: Math.max(Math.round(8 * window.u), 1)
+                        Accessible.role: Accessible.StaticText
+                        Accessible.name: text
+                    }
+                }
+            }
+        }
+
         OnDemand {
             anchors.fill: parent
             shown: window.stage ? window.stage.progress : null
             look: "../screens/ProgressOverlay.qml"
             parameters: progress => ({ "progress": progress, "u": Qt.binding(() => window.u) })
             onGone: content.forceActiveFocus()
+
+            Connections {
+                target: window.stage ? window.stage.progress : null
+                function onBackgroundChanged() {
+                    if (window.stage.progress.inBackground) content.forceActiveFocus();
+                }
+            }
         }
 
         OnDemand {

@@ -25,6 +25,8 @@ public:
 
     [[nodiscard]] QString look() const override { return QStringLiteral("screens/NavigationScreen.qml"); }
     [[nodiscard]] ViewController* topViewController() const { return m_stack.back().get(); }
+    /// From the root up; the last one is on top.
+    [[nodiscard]] const std::vector<std::shared_ptr<ViewController>>& screens() const { return m_stack; }
     [[nodiscard]] int depth() const { return static_cast<int>(m_stack.size()); }
     [[nodiscard]] QString backTitle() const;
     /// Whether the last change is to be shown as a movement.

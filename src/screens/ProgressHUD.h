@@ -42,11 +42,17 @@ public:
         if (!allowed) m_offer->invalidate();
     }
     void setTexts(const QString& label, const QString& details);
+    /// What it told of is over; the screen that it stood on has let go of it.
+    void end() {
+        m_inBackground = false;
+        emit ended();
+    }
 
     Q_INVOKABLE void touchCancel();
     Q_INVOKABLE void touchBackground();
 
 signals:
+    void ended();
     void changed();
     void backgroundChanged();
 

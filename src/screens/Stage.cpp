@@ -6,6 +6,25 @@
 #include "screens/Ownership.h"
 
 namespace torv {
+namespace {
+
+ProgressHUD* inBackground(const ViewController& screen) {
+    auto* const progress = screen.progress();
+    return progress && progress->inBackground() ? progress : nullptr;
+}
+
+/// Of the screen, or of any on its stack.
+ProgressHUD* backgroundProgress(const ViewController& screen) {
+    if (auto* const own = inBackground(screen)) return own;
+    const auto* const stack = qobject_cast<const NavigationController*>(&screen);
+    if (!stack) return nullptr;
+    for (const auto& each : stack->screens()) {
+        if (auto* const progress = inBackground(*each)) return progress;
+    }
+    return nullptr;
+}
+
+}  // namespace
 
 Stage::Stage(std::shared_ptr<ViewController> root, LinkStatus* status)
     : m_root(std::move(root)), m_status(status), m_top(m_root.get()) {
@@ -26,10 +45,15 @@ void Stage::look() {
         screen = presented;
     const auto* const stack = qobject_cast<NavigationController*>(screen);
     auto* progress = stack ? stack->topViewController()->progress() : screen->progress();
-    // What goes on in the background is told on every screen over the one that it belongs to.
-    for (auto* below = screen->presentingViewController(); below && !progress;
-         below = below->presentingViewController()) {
-        if (below->progress() && below->progress()->inBackground()) progress = below->progress();
+    // What goes on in the background is told on every screen over the one that it belongs to, and goes on
+    // when that one has been left.
+    for (auto* below = screen; below && !progress; below = below->presentingViewController())
+        progress = backgroundProgress(*below);
+    if (!progress && m_lastProgress && m_lastProgress->inBackground()) progress = m_lastProgress;
+    if (progress && m_lastProgress != progress) {
+        m_lastProgress = progress;
+        connect(progress, &ProgressHUD::ended, this, &Stage::look);
+        connect(progress, &QObject::destroyed, this, &Stage::look);
     }
     // Listeners may look at any of them, so all are known before the first is told.
     const bool portrait = (stack ? stack->topViewController() : screen)->orientations() ==
@@ -48,6 +72,16 @@ void Stage::setViewSize(QSizeF size) {
     if (viewSize() == size) return;
     m_root->setViewSize(size);
     emit viewSizeChanged();
+}
+
+void Stage::setMark(const QString& word, bool shown) {
+    if (m_marks.contains(word) == shown) return;
+    if (shown) {
+        m_marks.push_back(word);
+    } else {
+        m_marks.removeAll(word);
+    }
+    emit marksChanged();
 }
 
 }  // namespace torv

@@ -1,6 +1,8 @@
 #pragma once
 
 #include <QObject>
+#include <QPointer>
+#include <QStringList>
 #include <QtQmlIntegration>
 #include <memory>
 
@@ -21,6 +23,7 @@ class Stage final : public QObject {
     Q_PROPERTY(bool portrait READ portrait NOTIFY portraitChanged)
     Q_PROPERTY(torv::AlertView* alert READ alert NOTIFY alertChanged)
     Q_PROPERTY(torv::ProgressHUD* progress READ progress NOTIFY progressChanged)
+    Q_PROPERTY(QStringList marks READ marks NOTIFY marksChanged)
 
 public:
     /// Loads the root. `status` is what the bar tells of the connection, and is not owned.
@@ -38,6 +41,9 @@ public:
     /// Null when there is none.
     [[nodiscard]] AlertView* alert() const { return m_alert; }
     [[nodiscard]] ProgressHUD* progress() const { return m_progress; }
+    /// Words that stand in a corner of every screen, while what they say lasts.
+    [[nodiscard]] QStringList marks() const { return m_marks; }
+    void setMark(const QString& word, bool shown);
 
 signals:
     void topChanged();
@@ -45,6 +51,7 @@ signals:
     void portraitChanged();
     void alertChanged();
     void progressChanged();
+    void marksChanged();
 
 private:
     void look();
@@ -54,7 +61,9 @@ private:
     ViewController* m_top = nullptr;
     AlertView* m_alert = nullptr;
     ProgressHUD* m_progress = nullptr;
+    QPointer<ProgressHUD> m_lastProgress;
     bool m_portrait = false;
+    QStringList m_marks;
 };
 
 }  // namespace torv

@@ -159,6 +159,7 @@ AlertView* ViewController::alert() const {
 
 void ViewController::setProgress(std::shared_ptr<ProgressHUD> progress) {
     const auto leaving = std::exchange(m_progress, std::move(progress));
+    if (leaving && leaving != m_progress) leaving->end();
     emit presentationChanged();
     queueTouch(this, [leaving](ViewController&) {});
 }

@@ -121,6 +121,7 @@ void ZephrelaneDriver::dataAvailable() {
     m_readingQueue->post([this, stream = m_stream] { readData(*stream); });
     if (!cameUp) return;
     m_connected = true;
+    ++m_sessionCount;
     connectionEstablished();
 }
 

@@ -84,6 +84,8 @@ public:
     /// answered this one. A module that serves another handset may go on between `open` and `closed`; of a
     /// session only `connected` tells. Main thread.
     [[nodiscard]] ByteStream::Reach reach() const;
+    /// How many there were so far, this one included. Main thread.
+    [[nodiscard]] std::uint64_t sessionCount() const { return m_sessionCount; }
     /// Where the module was last looked for. Main thread.
     [[nodiscard]] const Endpoint& endpoint() const { return m_endpoint; }
 
@@ -145,6 +147,7 @@ private:
     std::vector<std::uint8_t> m_sent;  // by the running `transmit`; main thread
 
     ArrivalTimes m_arrivals;
+    std::uint64_t m_sessionCount = 0;
     std::shared_ptr<ByteStream> m_stream;  // null while closed
     Endpoint m_endpoint;
     ByteStream::Reach m_lastReach = ByteStream::Reach::noAnswer;  // of the attempt before this one

@@ -67,10 +67,10 @@ TEST_F(RecordingPrograms, AKillCostsASecondAtTheMost) {
         kill({"record", QString::fromStdString(name.string()), "--module", address},
              std::chrono::milliseconds{random() % 1800}, name);
         const auto killed = torv::wallNow();
+        EXPECT_FALSE(RecordingReader::isOpen(name));
         const auto reader = open(name);
         ASSERT_TRUE(reader);
         EXPECT_FALSE(reader->hasEnded());
-        EXPECT_FALSE(reader->isBeingWritten());
         EXPECT_GT(reader->drive().begun + reader->length() + 1s, killed) << i;
     }
 }
@@ -143,6 +143,8 @@ TEST_F(RecordingPrograms, AnExportIsWholeOrNotThere) {
     }
     EXPECT_EQ(run("itorvctl", {"export", name, home.path() + "/none/out.csv"}).code, 1);
     EXPECT_EQ(run("itorvctl", {"export", name, "--format", "xls"}).code, 2);
+    EXPECT_EQ(run("itorvctl", {"export", name, name}).code, 2) << "the recording itself";
+    EXPECT_TRUE(open(drive));
     EXPECT_EQ(run("itorvctl", {"export", home.path() + "/none"}).code, 2);
     EXPECT_EQ(run("itorvctl", {"record", name, "--module", address}).code, 2) << "it is there already";
     // As other programs read it.

@@ -341,6 +341,27 @@ TEST_F(PageTest, OldValuesDimWhateverThePickerAndTheDragDo) {
     EXPECT_FALSE(page->indicatorView(9)->isOld());
 }
 
+TEST_F(PageTest, AWarningDimsWithTheLastValueThatItWarnsOf) {
+    launch(truck("Truck", {sensor(8, "0", "100", 1, 50), sensor(9, "0", "100", 1, 50)}));
+    open();
+    page->droppableViews()[0]->clear();
+    receive(9, {60});
+    const auto& lamp = page->controls()->warningView();
+    EXPECT_TRUE(lamp.warning());
+    EXPECT_FALSE(lamp.isOld());
+    platform.loop.runFor(3500ms);
+    EXPECT_TRUE(lamp.isOld());
+    EXPECT_TRUE(page->pageView().isWarningOld());
+    receive(8, {60});
+    EXPECT_FALSE(lamp.isOld());
+    receive(8, {1});
+    EXPECT_TRUE(lamp.warning());
+    EXPECT_TRUE(lamp.isOld());
+    receive(9, {1});
+    EXPECT_FALSE(lamp.warning());
+    EXPECT_FALSE(lamp.isOld());
+}
+
 TEST_F(PageTest, PagesStackAndLeaveNothingBehind) {
     launch(truck("Truck", {sensor(8, "0", "100", 1, 50), sensor(9, "0", "100", 1, 50)}));
     const auto first = std::make_shared<iTorvViewController>(app, DashboardScreens{});

@@ -107,10 +107,13 @@ TEST_F(DataLogScreensTest, ShowsExportsAndClears) {
     touch(log->rightBarButtons(), 0);
     ASSERT_EQ(platform.mail.mails.size(), 1U);
     EXPECT_EQ(platform.mail.mails[0].subject, "Your Torvwerks Data Log Export");
+    const auto& name = platform.mail.mails[0].attachment.fileName;
+    EXPECT_TRUE(name.starts_with("iTorv-20") && name.ends_with(".csv")) << name;
     platform.mail.possible = false;
     touch(log->rightBarButtons(), 0);
     ASSERT_NE(stack->alert(), nullptr);
     EXPECT_EQ(stack->alert()->title(), "Oops!");
+    EXPECT_EQ(stack->alert()->message(), "Export requires Mail to be configured on this device.");
     stack->alert()->touchButton(0);
     platform.loop.runWork();
 
@@ -139,7 +142,7 @@ TEST_F(DataLogScreensTest, RecordsListsRenamesExportsAndDeletes) {
     ASSERT_EQ(list->numberOfRowsInSection(0), 1);
     EXPECT_EQ(list->cellAt({0, 0})->detailText(), "Recording now");
     list->deleteRowAtIndexPath({0, 0});
-    EXPECT_EQ(stack->alert()->message(), "It is being recorded.");
+    EXPECT_EQ(stack->alert()->message(), "It is being recorded, or read.");
     stack->alert()->touchButton(0);
     platform.loop.runWork();
     stack->touchBack();

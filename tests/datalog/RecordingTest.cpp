@@ -93,9 +93,11 @@ TEST_F(RecordingTest, KeepsWhatComesWhateverThePagesShow) {
     }
     platform.loop.runFor(600ms);
     EXPECT_EQ(values(file, 10), (std::vector<int>{7, 7, 9}));
+    feed(9, 3);  // half a second after the last batch
+    EXPECT_EQ(values(file, 9), (std::vector<int>{3}));
     feed(8, 3);
     EXPECT_EQ(values(file, 8), (std::vector<int>{}));  // not yet
-    EXPECT_EQ(removeRecording(file), "It is being recorded.");
+    EXPECT_EQ(removeRecording(file), "It is being recorded, or read.");
 
     // As a kill leaves it: what the disk has, without an end.
     const fs::path copy = testing::TempDir() + "killed";
@@ -126,6 +128,23 @@ TEST_F(RecordingTest, KeepsWhatComesWhateverThePagesShow) {
     EXPECT_EQ(recordings().size(), 1U);
 }
 
+TEST_F(RecordingTest, ALinkThatIsBackBeforeAnyoneLooksIsNotedAllTheSame) {
+    ASSERT_EQ(app->beginRecording(), std::nullopt);
+    const auto file = app->recorder().file();
+    platform.stream().lose();
+    platform.loop.runWork();
+    for (int i = 0; i < 3; ++i)
+        feed(10, 1);
+    EXPECT_TRUE(app->feeder()->driver().connected());
+    platform.loop.runFor(600ms);
+    app->recorder().end();
+    std::string error;
+    std::string texts;
+    for (const auto& event : RecordingReader::open(file, error)->events())
+        texts += event.text + ",";
+    EXPECT_EQ(texts, "recording begins,link is lost,link is back,");
+}
+
 TEST_F(RecordingTest, AFullDiskEndsItWithOneSentence) {
     std::vector<std::string> told;
     app->recorder().setFailed([&](const std::string& why) { told.push_back(why); });
@@ -148,6 +167,15 @@ TEST_F(RecordingTest, AFullDiskEndsItWithOneSentence) {
     EXPECT_FALSE(app->recorder().isRecording());
     EXPECT_EQ(values(file, 10), (std::vector<int>{5}));
     ASSERT_EQ(app->beginRecording(), std::nullopt);  // the next one may have room
+
+    // Also where the writing fails while the recording is being ended.
+    feed(10, 6);
+    std::signal(SIGXFSZ, SIG_IGN);
+    setrlimit(RLIMIT_FSIZE, &little);
+    app->recorder().end();
+    setrlimit(RLIMIT_FSIZE, &much);
+    std::signal(SIGXFSZ, usual);
+    EXPECT_EQ(told.size(), 2U);
 }
 
 TEST_F(RecordingTest, ExportsByteForByte) {

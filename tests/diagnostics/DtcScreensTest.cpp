@@ -74,6 +74,23 @@ TEST_F(DtcScreensTest, TheRowsFollowTheConnectionAndAskFirst) {
     EXPECT_EQ(top().cellAt({0, read})->accessory(), TableViewCell::Accessory::Disclosure);
 }
 
+TEST_F(DtcScreensTest, NoExchangeBeginsInsideAnother) {
+    auto pass = app->beginPass();
+    touch(read);
+    press(yes);
+    EXPECT_TRUE(askedAt.empty());
+    ASSERT_NE(stack->alert(), nullptr);
+    EXPECT_EQ(stack->alert()->title(), "One moment");
+    press(0);
+    pass.reset();
+    touch(read);
+    press(yes);
+    EXPECT_TRUE(app->isPassUnderWay());
+    platform.loop.runFor(16000ms);
+    EXPECT_EQ(top().title(), "Read DTC's");
+    EXPECT_FALSE(app->isPassUnderWay());
+}
+
 TEST_F(DtcScreensTest, CodesAreListedOpenedAndSharedAndOldOnesSaySo) {
     readCodes(report224(13), report225(6));
     EXPECT_EQ(top().numberOfSections(), 1);

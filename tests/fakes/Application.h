@@ -43,7 +43,7 @@ public:
         control->applicationDidFinishLaunchingWithOptions(options, [&](const auto&) {
             status = std::make_unique<torv::ConnectionStatus>(control->feeder());
             first = torv::Screens{control}.firstPage();
-            stage = std::make_unique<torv::Stage>(first, status.get());
+            stage = torv::Screens{control}.stage(first, status.get());
             window = std::make_unique<torv::MainWindow>();
             window->show(*stage);
         });

@@ -277,6 +277,11 @@ TEST_F(UserDefaultsTest, AFolderThatIsTakenAwayIsMadeAnewAndSaid) {
     EXPECT_FALSE(defaults.isKept());
     fs::remove(folder);
     fs::create_directories(folder);
+    // It comes back with the next call, and nothing that is known is lost.
+    defaults.setObjectForKey(Value{"4"}, "d");
+    EXPECT_TRUE(defaults.synchronize());
+    EXPECT_TRUE(defaults.isKept());
+    EXPECT_EQ(SqliteUserDefaults{file}.keys(), (std::vector<std::string>{"a", "b", "c", "d"}));
 }
 
 TEST_F(UserDefaultsTest, WhatNestsTooDeepIsNotSaidToBeKept) {

@@ -97,6 +97,23 @@ TEST_F(ScreensTest, AlertsAndOverlaysReachTheStageFromAnyScreen) {
     platform.loop.runWork();
     EXPECT_EQ(stage.alert(), nullptr);
 
+    // What goes on in the background is told wherever one goes, and until it ends.
+    auto pass = std::make_shared<ProgressHUD>(nullptr);
+    stack->pushViewControllerAnimated(deep, true);
+    deep->setProgress(pass);
+    platform.loop.runFor(std::chrono::seconds{5});
+    pass->touchBackground();
+    platform.loop.runWork();
+    const auto further = std::make_shared<PlainScreen>("further");
+    stack->pushViewControllerAnimated(further, true);
+    EXPECT_EQ(stage.progress(), pass.get());
+    stack->popToRootViewControllerAnimated(true);
+    EXPECT_EQ(stage.progress(), pass.get());
+    deep->setProgress(nullptr);
+    pass.reset();
+    platform.loop.runWork();
+    EXPECT_EQ(stage.progress(), nullptr);
+
     const auto over = std::make_shared<PlainScreen>("over");
     menu->presentModalViewControllerAnimated(over, true);  // over the whole stack
     EXPECT_EQ(stage.top(), over.get());

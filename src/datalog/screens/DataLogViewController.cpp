@@ -32,8 +32,7 @@ void DataLogViewController::viewDidLoad() {
     setRightBarButtons(std::move(buttons));
     m_currentVehicle = m_appDelegate->currentVehicle();
     for (auto& sensor : m_currentVehicle.sensors()) {
-        if (sensor.minmax != "off" && sensor.minmax != "none")
-            m_attributes.push_back(std::move(sensor));
+        if (sensor.minmax != "off" && sensor.minmax != "none") m_attributes.push_back(std::move(sensor));
     }
     // Goes on for as long as the screen is there.
     Platform::current().runLoop().scheduleTimer(refreshInterval, true,
@@ -168,7 +167,7 @@ void DataLogViewController::showGraph() {
             series.append(last, static_cast<double>(sample.value));
         }
         length = std::max(length, last);
-        shown.push_back({recordedSensor(sensor), [series] { return series; }});
+        shown.push_back({recordedSensor(sensor), [series](std::string&) { return series; }});
     }
     navigationController()->pushViewControllerAnimated(
         std::make_shared<GraphViewController>(title(), std::move(shown),

@@ -64,7 +64,12 @@ bool GraphViewController::setShown(std::size_t sensor, bool shown) {
         int free = 0;
         while (std::ranges::find(m_curves, free, &Curve::colour) != m_curves.end())
             ++free;
-        Curve curve{sensor, free, m_sensors[sensor].load(), {}};
+        std::string error;
+        Curve curve{sensor, free, m_sensors[sensor].load(error), {}};
+        if (!error.empty()) {
+            showAlert(std::make_shared<AlertView>("A part of it can't be read", QString::fromStdString(error),
+                                                  QStringList{"OK"}));
+        }
         const auto range = curve.series.summary(curve.series.span()).value_or(CurveSeries::Summary{});
         const double limit = sensorOf(curve).limit().value_or(range.low);
         curve.axis = CurveAxis{std::min(range.low, limit), std::max(range.high, limit)};

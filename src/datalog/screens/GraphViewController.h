@@ -13,10 +13,10 @@
 
 namespace torv {
 
-/// A sensor that can be drawn. Its samples are asked for once it is.
+/// A sensor that can be drawn. Its samples are asked for once it is; `error` then tells what can't be read.
 struct GraphSensor {
     RecordedSensor sensor;
-    std::function<CurveSeries()> load;
+    std::function<CurveSeries(std::string& error)> load;
 };
 
 /// What stands beside the graph of one sensor: the numbers of the part that is shown.

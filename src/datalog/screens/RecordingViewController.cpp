@@ -1,5 +1,7 @@
 #include "datalog/screens/RecordingViewController.h"
 
+#include <atomic>
+#include <functional>
 #include <utility>
 
 #include "datalog/screens/RecordingsViewController.h"
@@ -18,17 +20,23 @@ void mail(ViewController& screen, const Document& document) {
     mailDocument(screen, "Your Torvwerks Recording", document);
 }
 
+/// What a mail program and a portal take in one piece.
+constexpr std::size_t mostBytes = 200'000'000;
+
 /// Any thread. `error` is a sentence, or empty.
-Document documentOf(const RecordingInfo& recording, const RecordingFormat& format, std::string& error) {
-    Document document{.fileName = "iTorv-" + fileTimeText(recording.begun) + std::string{format.suffix},
+Document documentOf(const RecordingInfo& recording, const RecordingFormat& format,
+                    const std::function<bool()>& goesOn, std::string& error) {
+    Document document{.fileName = "iTorv-" + recording.file.stem().string() + std::string{format.suffix},
                       .mimeType = std::string{format.mimeType},
                       .contents = {}};
     const auto reader = RecordingReader::open(recording.file, error);
     if (!reader) return document;
-    error = exportRecording(*reader, format.kind, [&document](std::string_view piece) {
+    error = exportRecording(*reader, format.kind, [&](std::string_view piece) {
         document.contents.insert(document.contents.end(), piece.begin(), piece.end());
-        return true;
+        return document.contents.size() <= mostBytes && goesOn();
     });
+    if (document.contents.size() > mostBytes)
+        error = "It would be larger than 200 MB. itorvctl export writes it without a limit.";
     return document;
 }
 
@@ -118,23 +126,28 @@ void RecordingViewController::ask(const RecordingFormat& format) {
 }
 
 void RecordingViewController::exportAs(const RecordingFormat& format, Way way) {
-    auto overlay = std::make_shared<ProgressHUD>(nullptr);
+    const auto cancelled = std::make_shared<std::atomic<bool>>(false);
+    auto overlay = std::make_shared<ProgressHUD>([cancelled] { *cancelled = true; });
     overlay->setTexts("Making the file", "Long drives take some seconds");
     overlay->setBackgroundAllowed(false);
     setProgress(std::move(overlay));
     const auto self = std::static_pointer_cast<RecordingViewController>(shared_from_this());
-    m_application->background().post([weak = std::weak_ptr{self}, recording = m_recording, format, way] {
-        std::string error;
-        auto document = documentOf(recording, format, error);
-        Platform::current().runLoop().performOnMainThread([weak, way, error, document = std::move(document)] {
-            const auto screen = weak.lock();
-            if (!screen) return;
-            screen->setProgress(nullptr);
-            if (error.empty()) return way(*screen, document);
-            screen->showAlert(std::make_shared<AlertView>("The file can't be made",
-                                                          QString::fromStdString(error), QStringList{"OK"}));
+    const auto goesOn = [cancelled, ending = m_application->ending()] { return !*cancelled && !*ending; };
+    m_application->background().post(
+        [weak = std::weak_ptr{self}, recording = m_recording, format, way, cancelled, goesOn] {
+            std::string error;
+            auto document = documentOf(recording, format, goesOn, error);
+            Platform::current().runLoop().performOnMainThread(
+                [weak, way, error, cancelled, document = std::move(document)] {
+                    const auto screen = weak.lock();
+                    if (!screen) return;
+                    screen->setProgress(nullptr);
+                    if (*cancelled) return;
+                    if (error.empty()) return way(*screen, document);
+                    screen->showAlert(std::make_shared<AlertView>(
+                        "The file can't be made", QString::fromStdString(error), QStringList{"OK"}));
+                });
         });
-    });
 }
 
 }  // namespace torv

@@ -15,12 +15,13 @@ double secondsOf(DriveTime time) {
     return std::chrono::duration<double>(time).count();
 }
 
-CurveSeries seriesOf(const RecordingReader& reader, AID aid) {
+CurveSeries seriesOf(const RecordingReader& reader, AID aid, std::string& error) {
     CurveSeries series;
     auto values = reader.valuesOf(aid);
     while (const auto value = values.next()) {
         if (value->value) series.append(secondsOf(value->time), *value->value);
     }
+    error = values.error();
     return series;
 }
 
@@ -36,7 +37,8 @@ void showRecording(ViewController& screen, const std::filesystem::path& file) {
     const auto reader = std::make_shared<const RecordingReader>(std::move(*opened));
     std::vector<GraphSensor> sensors;
     for (const auto& sensor : reader->drive().sensors)
-        sensors.push_back({sensor, [reader, aid = sensor.aid] { return seriesOf(*reader, aid); }});
+        sensors.push_back(
+            {sensor, [reader, aid = sensor.aid](std::string& why) { return seriesOf(*reader, aid, why); }});
     screen.navigationController()->pushViewControllerAnimated(
         std::make_shared<GraphViewController>(QString::fromStdString(reader->drive().name),
                                               std::move(sensors), reader->drive().begun,

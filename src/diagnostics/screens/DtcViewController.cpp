@@ -77,6 +77,7 @@ void DtcViewController::ask(const QString& title, const QString& message, const 
 void DtcViewController::alertViewClickedButtonAtIndex(const QString& title, int index) {
     deselectRow();
     if (index != okButton || !navigationController()) return;
+    if (auto alert = m_application->alertDuringPass()) return showAlert(std::move(alert));
     if (title == clearText && DtcClear::engineTurns(*m_application->feeder())) {
         return ask(
             engineTurnsText,
@@ -89,6 +90,7 @@ void DtcViewController::alertViewClickedButtonAtIndex(const QString& title, int 
 }
 
 void DtcViewController::clear() {
+    m_pass = m_application->beginPass();
     const auto overlay = activityView("Clearing trouble codes", "This takes five seconds");
     overlay->setBackgroundAllowed(false);
     setProgress(overlay);
@@ -96,11 +98,13 @@ void DtcViewController::clear() {
 }
 
 void DtcViewController::read() {
+    m_pass = m_application->beginPass();
     setProgress(activityView("Reading trouble codes", "This takes up to 15 seconds"));
     m_request->begin();
 }
 
 void DtcViewController::dtcClearTimeoutHandler(DtcClear::Result result) {
+    m_pass.reset();
     setProgress(nullptr);
     const bool doubtful = result.cleared && !result.confirmed;
     showAlert(std::make_shared<AlertView>(
@@ -112,6 +116,7 @@ void DtcViewController::dtcClearTimeoutHandler(DtcClear::Result result) {
 }
 
 void DtcViewController::loadReadDtcView() {
+    m_pass.reset();
     setProgress(nullptr);
     if (!navigationController()) return;
     navigationController()->pushViewControllerAnimated(

@@ -12,8 +12,8 @@ namespace torv {
 
 /// Reads and clears the module's trouble codes, each after a question. Main thread.
 ///
-/// While an exchange runs an overlay holds the screen; a read of more than five seconds may be left. An
-/// exchange ends with its screen.
+/// While an exchange runs no other one begins, and an overlay holds the screen; a read of more than five
+/// seconds may be left. An exchange ends with its screen.
 class DtcViewController final : public torv::TableViewController, public iTorvConnectionListener {
     Q_OBJECT
 
@@ -44,6 +44,7 @@ private:
     const std::shared_ptr<iTorvAppDelegate> m_application;
     std::shared_ptr<DtcRequest> m_request;  // from load on
     std::shared_ptr<DtcClear> m_clear;      // from load on
+    std::shared_ptr<void> m_pass;           // while one of them runs
     bool m_connected = false;
 };
 

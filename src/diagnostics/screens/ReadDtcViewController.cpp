@@ -18,9 +18,11 @@ void ReadDtcViewController::viewDidLoad() {
     m_fresh = static_cast<int>(std::ranges::count(m_report.rows, false, &TroubleCodeReport::Row::old));
     m_readAt = TroubleCodeReport::WallClock::now();
     if (m_report.rows.empty()) return;
-    setRightBarButton(canSendMail() ? std::make_unique<BarButtonItem>("Share", [this] { share(); })
-                                    : std::make_unique<BarButtonItem>(
-                                          "Save to file", [this] { saveDocument(*this, document()); }));
+    BarButtons buttons;
+    if (canSendMail()) buttons.push_back(std::make_unique<BarButtonItem>("Share", [this] { share(); }));
+    buttons.push_back(
+        std::make_unique<BarButtonItem>("Save to file", [this] { saveDocument(*this, document()); }));
+    setRightBarButtons(std::move(buttons));
 }
 
 int ReadDtcViewController::numberOfRowsInSection(int section) {

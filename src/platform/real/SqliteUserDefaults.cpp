@@ -144,10 +144,6 @@ bool isDamage(int code) {
     return std::find(strange.begin(), strange.end(), code) != strange.end();
 }
 
-}  // namespace
-
-namespace {
-
 constexpr int readAndWrite = SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE;
 
 }  // namespace
@@ -168,6 +164,7 @@ SqliteUserDefaults::SqliteUserDefaults(std::filesystem::path file) : m_file(std:
     const bool known = !m_contents.entries.empty() ||
                        std::any_of(others.begin(), others.end(), [&](const Access& a) { return read(a); });
     m_database.reset();
+    m_failing = true;
     logLine("choices will not be remembered" + std::string{known ? "" : ", and none are known"} + ": " +
             m_file.string() + ": " + why);
 }
@@ -309,11 +306,13 @@ void SqliteUserDefaults::removeObjectForKey(std::string_view key) {
     m_changed.emplace(key);
 }
 
-void SqliteUserDefaults::beginAnewWhereMoved() {
+bool SqliteUserDefaults::isMoved() const {
     int moved = 0;
     sqlite3_file_control(m_database.get(), "main", SQLITE_FCNTL_HAS_MOVED, &moved);
-    if (moved == 0) return;
-    logLine("the store of choices was taken away; " + m_file.string() + " is made anew");
+    return moved != 0;
+}
+
+void SqliteUserDefaults::reopen() {
     std::error_code error;
     const bool another = std::filesystem::exists(m_file, error);
     m_database.reset();
@@ -321,7 +320,7 @@ void SqliteUserDefaults::beginAnewWhereMoved() {
     m_database = open(m_file, {readAndWrite, "", openStatements}, m_error, m_code);
     if (!m_database) return;
     m_contents.version.reset();
-    if (another) return;  // what another program has put there stays, except for keys set here
+    if (another) return;  // what stands there stays, except for keys set here
     for (const auto& [key, value] : m_contents.entries)
         m_changed.insert(key);
     if (!m_contents.whole) run(m_database.get(), keepLossStatement);
@@ -357,8 +356,12 @@ bool SqliteUserDefaults::commit() {
 bool SqliteUserDefaults::synchronize() {
     const std::scoped_lock lock{m_mutex};
     if (m_changed.empty()) return true;
-    if (!m_database) return false;
-    beginAnewWhereMoved();
+    if (m_database && isMoved()) {
+        logLine("the store of choices was taken away; " + m_file.string() + " is made anew");
+        reopen();
+    } else if (!m_database) {
+        reopen();  // a disk that was full may have room by now
+    }
     bool kept = m_database && commit();
     if (!kept && m_database && (m_code == SQLITE_CORRUPT || m_code == SQLITE_NOTADB)) {
         // Damage that only the write has met: all entries are in memory, and go into a new file.
@@ -372,6 +375,7 @@ bool SqliteUserDefaults::synchronize() {
         kept = made && commit();
     }
     if (!kept && !m_failing) logLine("choices could not be kept: " + m_error);
+    if (kept && m_failing) logLine("choices are kept again in " + m_file.string());
     m_failing = !kept;
     return kept;
 }

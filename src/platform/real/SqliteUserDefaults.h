@@ -56,7 +56,9 @@ private:
     void follow() const;
     void setAside(const std::string& key, const std::string& why, const Value* rest, Contents& fresh) const;
     [[nodiscard]] bool rescue(bool whole);
-    void beginAnewWhereMoved();
+    [[nodiscard]] bool isMoved() const;
+    /// The file as it is, or a new one with all that is known.
+    void reopen();
     [[nodiscard]] bool commit();
 
     const std::filesystem::path m_file;

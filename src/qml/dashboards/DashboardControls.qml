@@ -42,7 +42,7 @@ Item {
         Picture {
             id: button
 
-            required property var modelData
+            required property pagePicture modelData
 
             u: root.u
             frame: modelData.frame

@@ -43,7 +43,7 @@ Item {
             model: page.screen.backdrops
 
             Picture {
-                required property var modelData
+                required property pagePicture modelData
 
                 u: page.u
                 frame: modelData.frame

@@ -29,7 +29,7 @@ Item {
         u: root.u
         frame: Qt.rect(room.x, room.y, Math.min(room.width, root.width / root.u - 2 * room.x), room.height)
         name: root.gauge.name === "" ? ""
-              : "label/" + (root.gauge.inWarning ? "yellow/" : "grey/") + encodeURIComponent(root.gauge.name)
+              : "label/" + (root.gauge.inWarning && !root.gauge.old ? "yellow/" : "grey/") + encodeURIComponent(root.gauge.name)
     }
 
     ReadOut {

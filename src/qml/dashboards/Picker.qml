@@ -30,6 +30,7 @@ Item {
         u: root.u
         frame: Qt.rect(0, 0, 480, 80)
         name: root.picker.image
+        opacity: root.picker.warningOld ? 0.5 : 1
     }
 
     PageDots {

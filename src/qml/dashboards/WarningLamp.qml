@@ -7,4 +7,5 @@ Picture {
 
     frame: alert.frame
     name: alert.warning ? alert.image : ""
+    opacity: alert.old ? 0.35 : 1
 }

@@ -9,7 +9,7 @@ FocusScope {
     required property ProgressHUD progress
     property real u: 1
 
-    Component.onCompleted: if (progress.swallowsTouches) forceActiveFocus()
+    Component.onCompleted: if (progress.swallowsTouches && !progress.inBackground) forceActiveFocus()
     Keys.onPressed: event => {
         event.accepted = progress.swallowsTouches && !progress.inBackground;
         if (event.accepted && event.key === Qt.Key_Escape) progress.touchCancel();
@@ -115,6 +115,8 @@ FocusScope {
                 textFormat: Text.PlainText
                 text: overlay.progress.labelText + " · " + overlay.progress.detailsLabelText
                 color: Theme.text
+                Accessible.role: Accessible.ProgressBar
+                Accessible.name: text
                 font.pixelSize: Math.max(Math.round(11 * overlay.u), 1)
             }
             BarButton {

@@ -126,7 +126,7 @@ Item {
             number: body.cell.number
             unit: body.cell.number !== "" ? body.cell.unit : body.cell.detailText
             note: body.cell.note
-            color: body.cell.alarming ? Theme.alarm : body.cell.dimmed ? Theme.faint : Theme.accent
+            color: body.cell.dimmed ? Theme.faint : body.cell.alarming ? Theme.alarm : Theme.accent
         }
 
         Text {
@@ -141,9 +141,9 @@ Item {
             maximumLineCount: 1
             textFormat: Text.PlainText
             text: body.cell.detailText
-            color: body.cell.alarming ? Theme.alarm : body.cell.dimmed || body.subtitle ? Theme.faint : Theme.accent
+            color: body.cell.dimmed ? Theme.faint : body.cell.alarming ? Theme.alarm : body.subtitle ? Theme.faint : Theme.accent
             font.pixelSize: Math.max(Math.round((body.subtitle ? 12 : 16) * body.u), 1)
-            font.bold: body.cell.alarming
+            font.bold: body.cell.alarming && !body.cell.dimmed
         }
 
         TextMetrics {
