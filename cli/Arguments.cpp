@@ -72,7 +72,7 @@ struct CommandRow {
     int operands;  ///< behind name and verb
     int most = operands;
 };
-constexpr std::array<CommandRow, 24> commands{{
+constexpr std::array<CommandRow, 25> commands{{
     {"watch", nullptr, Command::watch, 0},
     {"get", nullptr, Command::get, 1},
     {"set", nullptr, Command::set, 2},
@@ -83,6 +83,7 @@ constexpr std::array<CommandRow, 24> commands{{
     {"codes", nullptr, Command::codes, 0},
     {"settings", "set", Command::settings, 2},
     {"settings", nullptr, Command::settings, 0},
+    {"profiles", "list", Command::profiles, 0},
     {"profiles", "show", Command::profiles, 1},
     {"profiles", "diff", Command::profiles, 1, 2},
     {"profiles", "activate", Command::profiles, 1},
@@ -204,6 +205,11 @@ std::optional<Arguments> readArguments(const QStringList& arguments, std::string
     result.live = parser.isSet("live");
     if (!result.words.empty() && result.words[0] == "diff" && result.live == (result.words.size() > 2))
         return refuse("profiles diff takes either another profile or --live");
+    const auto verb = result.words.empty() ? std::string{} : result.words[0];
+    if (row->command == Command::profiles && result.live && verb != "diff")
+        return refuse("profiles takes --live with diff only");
+    if (row->command == Command::profiles && parser.isSet("force") && verb != "import")
+        return refuse("profiles takes --force with import only");
     if (auto why = result.common.read(parser, torv::CurlURLLoader{})) return refuse(std::move(*why));
     result.json = parser.isSet("json");
     result.verbose = parser.isSet("verbose");

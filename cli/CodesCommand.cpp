@@ -38,8 +38,7 @@ bool runUntil(const std::function<bool()>& done) {
 
 /// The loop goes on meanwhile, so that the link stays up.
 bool asksYes(const std::string& question) {
-    std::printf("%s [y/N] ", question.c_str());
-    std::fflush(stdout);
+    std::fprintf(stderr, "%s [y/N] ", question.c_str());
     bool answered = false;
     QSocketNotifier notifier{STDIN_FILENO, QSocketNotifier::Read};
     QObject::connect(&notifier, &QSocketNotifier::activated, &notifier, [&] {
@@ -89,26 +88,31 @@ int read(Handset& handset, const Arguments& arguments) {
     return noAnswer;
 }
 
-int leftAlone() {
-    std::puts("Nothing was cleared.");
+int leftAlone(bool json) {
+    if (json) {
+        printObject({{"cleared", false}});
+    } else {
+        std::puts("Nothing was cleared.");
+    }
     return success;
 }
 
 int clear(Handset& handset, const Arguments& arguments) {
-    const bool canAsk = ::isatty(STDIN_FILENO) != 0 && ::isatty(STDOUT_FILENO) != 0;
+    const bool canAsk = ::isatty(STDIN_FILENO) != 0 && ::isatty(STDERR_FILENO) != 0;
     if (!arguments.yes && !canAsk) {
         complain(
             "codes clear asks before it clears, and there is no terminal to ask on; --yes clears "
             "without");
         return badArguments;
     }
-    if (!arguments.yes && !asksYes("Clear all trouble codes of the module?")) return leftAlone();
+    if (!arguments.yes && !asksYes("Clear all trouble codes of the module?"))
+        return leftAlone(arguments.json);
     if (!handset.connect()) return notConnected(handset);
     if (!arguments.yes) {
         handset.feeder().requestValueForAID(engineSpeedAID);
         if (DtcClear::engineTurns(handset.feeder()) &&
             !asksYes("The engine is running. Clear them all the same?"))
-            return leftAlone();
+            return leftAlone(arguments.json);
     }
     std::optional<DtcClear::Result> result;
     const auto clearing = std::make_shared<DtcClear>(handset.sharedFeeder(),

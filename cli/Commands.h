@@ -23,6 +23,8 @@ namespace itorvctl {
 [[nodiscard]] int vehicles(const Arguments& arguments);
 [[nodiscard]] int defaults(const Arguments& arguments);
 
+/// Of what a running window has read once for all.
+inline constexpr auto seenAtNextStart = "an itorv that runs shows it from its next start on";
 /// A line of JSON on the standard output stream.
 void printObject(const torv::Dictionary& object);
 /// One line on the standard error stream.

@@ -110,7 +110,6 @@ int activate(Handset& handset, const std::string& name, bool json) {
     const auto report = activation.push(
         name, [](std::size_t, std::size_t, std::size_t) {}, [] { return false; });
     Activation::setActive(name);
-    if (!isKept()) return noAnswer;
     for (const auto& row : report.rows) {
         if (json) {
             printObject({{"aid", Number::fromInteger(row.aid)},
@@ -124,7 +123,12 @@ int activate(Handset& handset, const std::string& name, bool json) {
     }
     if (!report.isClean()) complain(report.summary());
     if (!report.rows.empty()) return notTaken;
-    if (!json) std::printf("%s is the active profile.\n", printable(name).c_str());
+    if (!isKept()) return noAnswer;
+    if (json) {
+        printObject({{"name", name}, {"active", true}});
+    } else {
+        std::printf("%s is the active profile.\n", printable(name).c_str());
+    }
     return success;
 }
 
@@ -187,7 +191,7 @@ int remove(const std::string& name) {
 
 int profiles(Handset& handset, const Arguments& arguments) {
     const auto& words = arguments.words;
-    if (words.empty()) return listNames(arguments.json);
+    if (words.empty() || words[0] == "list") return listNames(arguments.json);
     if (words[0] == "show") return show(handset.vehicle(), words[1], arguments.json);
     if (words[0] == "diff") return compare(handset, arguments);
     if (words[0] == "activate") return activate(handset, words[1], arguments.json);

@@ -206,7 +206,7 @@ int warnings(const Vehicle& vehicle, const Arguments& arguments) {
         if (!isKept()) return noAnswer;
     }
     show(sensors[*row]);
-    if (arguments.words.size() > 1) complain("an itorv that runs shows it from its next start on");
+    if (arguments.words.size() > 1) complain(seenAtNextStart);
     return success;
 }
 

@@ -71,7 +71,7 @@ int use(const std::string& name, bool json) {
     if (json) {
         print("current", *vehicle, json);
     } else {
-        std::printf("%s is the current vehicle\n", printable(name).c_str());
+        std::printf("%s is the current vehicle; %s\n", printable(name).c_str(), seenAtNextStart);
     }
     return success;
 }

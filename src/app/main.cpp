@@ -270,6 +270,7 @@ int main(int argc, char** argv) {
     });
     instance.serve({.comeForward =
                         [window] {
+                            window->setWindowStates(window->windowStates() & ~Qt::WindowMinimized);
                             window->raise();
                             window->requestActivate();
                         },

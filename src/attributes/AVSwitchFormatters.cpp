@@ -38,7 +38,7 @@ void putLow(const AVBuffer& buffer, std::size_t place, std::size_t count, std::i
     }
 }
 
-/// Byte 0 as told, and the low bytes of the number in the text behind it.
+/// Byte 0 as it comes, and the low bytes of the number in the text behind it.
 AVBuffer stateAndNumber(AVBuffer buffer, std::uint8_t state, std::size_t numberBytes,
                         const AVFormatterData& data) {
     if (!buffer) return buffer;

@@ -9,6 +9,17 @@
 #include "tuning/SettingsReplay.h"
 
 namespace torv {
+namespace {
+
+/// The same for two reports that say the same.
+std::string newsOf(const PassReport& report) {
+    auto news = report.summary();
+    for (const auto& row : report.rows)
+        news += "\n" + row.name + " " + sentenceFor(row);
+    return news;
+}
+
+}  // namespace
 
 void ConnectReplay::run() {
     if (m_state == State::running) m_state = State::startingOver;
@@ -25,7 +36,7 @@ void ConnectReplay::run() {
     if (m_state == State::running) m_state = State::idle;
     Platform::current().notificationCenter().postNotificationName(customTuningSettingsUpdated);
     if (m_state != State::idle) return;  // left: what nobody was shown is still news
-    const bool isNews = m_application->tellsAnew(report.summary());
+    const bool isNews = m_application->tellsAnew(newsOf(report));
     if (m_showReport && isNews && !report.isClean()) m_showReport(report);
 }
 

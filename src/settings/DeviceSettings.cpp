@@ -71,11 +71,13 @@ void DeviceSettings::pick(const TorvAttribute& setting, std::size_t choice) {
     apply(setting, pickedRecord(setting, formattedValueForSetting(setting), choice));
 }
 
-void DeviceSettings::apply(const TorvAttribute& setting, const AVFormatterData& record,
+bool DeviceSettings::apply(const TorvAttribute& setting, const AVFormatterData& record,
                            std::optional<std::size_t> storedSize) {
     const auto value = encoded(setting, record, storedSize.value_or(slotSize(setting.aid)));
-    if (m_ended) return logLine("a change for a vehicle that is not the current one any more is dropped");
-    if (value) updateAIDWithAV(setting.aid, *value);
+    if (m_ended) logLine("a change for a vehicle that is not the current one any more is dropped");
+    if (m_ended || !value) return false;
+    updateAIDWithAV(setting.aid, *value);
+    return true;
 }
 
 /// The write blocks, and the store may be another one by then.
@@ -88,6 +90,7 @@ void DeviceSettings::updateAIDWithAV(AID aid, const AV& value) {
 }
 
 void DeviceSettings::reset() {
+    if (m_ended) return;
     const auto original =
         defaults().objectForKey(std::string{originalSettingsKeyPrefix} + m_vehicle.name().value_or("(null)"));
     const auto key = SettingValueStore::keyFor(m_vehicle);

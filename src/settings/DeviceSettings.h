@@ -46,7 +46,7 @@ public:
     void setSwitch(const TorvAttribute& setting, bool on);
     void pick(const TorvAttribute& setting, std::size_t choice);
     /// By the setting's formatter; as many bytes are stored as the AID's slot has, or `storedSize`.
-    void apply(const TorvAttribute& setting, const AVFormatterData& record,
+    bool apply(const TorvAttribute& setting, const AVFormatterData& record,
                std::optional<std::size_t> storedSize = {});
 
     /// Takes what is stored away, and puts nothing in its place: the next connect writes the lowest values.

@@ -73,7 +73,7 @@ void DriveTrainInfo::setTireSize(const std::string& text) {
     m_settings.load();
     auto record = formattedValue();
     record.value = size;
-    apply(record);
+    if (!apply(record)) return;
     AVVehicleSpeedFormatter::setCurrentTireSize(size);
     auto& defaults = Platform::current().userDefaults();
     if (!defaults.objectForKey(stockTireSizeKey).isNull()) return;
@@ -82,8 +82,8 @@ void DriveTrainInfo::setTireSize(const std::string& text) {
     defaults.synchronize();
 }
 
-void DriveTrainInfo::apply(const AVFormatterData& record) {
-    m_settings.apply(m_setting, record, storedSize);
+bool DriveTrainInfo::apply(const AVFormatterData& record) {
+    return m_settings.apply(m_setting, record, storedSize);
 }
 
 }  // namespace torv

@@ -5,7 +5,7 @@
 namespace torv {
 
 /// The drive train record of a vehicle: transmission, rear end ratio and tire size, which travel in one
-/// setting. Main thread; a change blocks as told of `DeviceSettings`.
+/// setting. Main thread; a change blocks: see `DeviceSettings`.
 class DriveTrainInfo final {
 public:
     enum class Part { transmission, rearEndRatio };
@@ -32,7 +32,7 @@ public:
     void setTireSize(const std::string& text);
 
 private:
-    void apply(const AVFormatterData& record);
+    bool apply(const AVFormatterData& record);
 
     DeviceSettings& m_settings;
     const TorvAttribute m_setting;

@@ -27,12 +27,13 @@ public:
 
     [[nodiscard]] bool accepts(std::size_t row, const std::string& text) const;
     void setText(std::size_t row, const std::string& text);
-    /// Blind to the state that it finds: on takes 100 from the rule, off adds 100.
+    /// Blind to the state that it finds: on takes 100 from the row's own rule, off adds 100.
     void setSwitch(std::size_t row, bool on);
     /// Back to the profile's.
     void reset();
 
 private:
+    [[nodiscard]] TorvAttribute stored(const TorvAttribute& sensor) const;
     void load() { m_sensors = m_vehicle.updatableSensors(); }
 
     const Vehicle m_vehicle;

@@ -13,7 +13,9 @@
 namespace torv {
 namespace {
 
-constexpr int readingAttempts = 2;
+// A module that answers nothing at all holds nobody up.
+constexpr int firstAttempts = 2;
+constexpr int attempts = 21;
 
 std::string keyFor(const Vehicle& vehicle) {
     return std::string{asFoundKeyPrefix} + vehicle.name().value_or("(null)");
@@ -27,8 +29,8 @@ std::string freeName(const ProfileList& list) {
     return name;
 }
 
-bool read(iTorvFeeder& feeder, AID aid) {
-    for (int attempt = 0; attempt < readingAttempts; ++attempt) {
+bool read(iTorvFeeder& feeder, AID aid, int most, const std::function<bool()>& ended) {
+    for (int attempt = 0; attempt < most && !ended(); ++attempt) {
         if (feeder.requestValueForAID(aid)) return true;
     }
     return false;
@@ -43,9 +45,12 @@ AsFoundProfile::Outcome AsFoundProfile::keep(const std::shared_ptr<iTorvFeeder>&
         return Outcome::notDue;
     ProfileDictionary values;
     for (const auto& item : items) {
-        if (ended() || !read(*feeder, item.aid)) return Outcome::unanswered;
+        if (!read(*feeder, item.aid, values.empty() ? firstAttempts : attempts, ended))
+            return Outcome::unanswered;
         values.insert_or_assign(item.aid, feeder->valueForAID(item.aid));
     }
+    // A list that can't be used is for the screen of the profiles, and no reason to end here.
+    if (!ProfileList::isUsable()) return Outcome::unanswered;
     ProfileList list;
     const auto name = freeName(list);
     if (!ProfileValues::store(name, values)) return Outcome::unanswered;

@@ -32,15 +32,31 @@ std::filesystem::path ProfileList::dataFilePath() {
 }
 
 ProfileList::ProfileList() {
+    std::string error;
+    m_database = open(error);
+    if (!error.empty()) fail(error);
+}
+
+sqlite::Database ProfileList::open(std::string& error) {
     std::error_code ignored;
     std::filesystem::create_directories(dataFilePath().parent_path(), ignored);
     sqlite3* opened = nullptr;
     const int result = sqlite3_open(dataFilePath().c_str(), &opened);
-    m_database.reset(opened);
-    if (result != SQLITE_OK) fail("failed to open");
+    sqlite::Database database{opened};
+    if (result != SQLITE_OK) {
+        error = "failed to open";
+        return database;
+    }
     sqlite3_busy_timeout(opened, sqlite::busyMilliseconds);
     if (!sqlite::run(opened, createStatement))
-        fail(std::string{"Error creating table: "} + sqlite3_errmsg(opened));
+        error = std::string{"Error creating table: "} + sqlite3_errmsg(opened);
+    return database;
+}
+
+bool ProfileList::isUsable() {
+    std::string error;
+    const auto database = open(error);
+    return error.empty() && damagedFile().empty() && sqlite::run(database.get(), listStatement);
 }
 
 void ProfileList::fail(const std::string& text) const {

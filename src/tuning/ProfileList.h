@@ -27,6 +27,9 @@ public:
     void add(const std::string& name);
     void remove(const std::string& name);
 
+    /// Whether it can be opened and read, without ending the process; false also for one that ended an
+    /// earlier process.
+    [[nodiscard]] static bool isUsable();
     /// Where the list stands that ended an earlier process; empty when there is none.
     [[nodiscard]] static std::filesystem::path damagedFile();
     /// Puts that file aside under another name, and begins a new list of what the user defaults hold.
@@ -34,6 +37,8 @@ public:
     static bool beginAnew();
 
 private:
+    /// With what went wrong in `error`, which is empty when all is well.
+    [[nodiscard]] static sqlite::Database open(std::string& error);
     [[noreturn]] void fail(const std::string& text) const;
 
     sqlite::Database m_database;

@@ -128,7 +128,7 @@ TEST(Formatters, DecodeAndEncodeUnderAnyLocale) {
     std::locale::global(old);
 }
 
-TEST(Formatters, TakeAbsentBytesAsToldOfEach) {
+TEST(Formatters, TakeAbsentBytesEachInItsOwnWay) {
     const std::tuple<int, std::string> rows[] = {
         {number, "0 -40.0"},   {boolean, "none"},  {gear, "none"},          {powerLevel, "none"},
         {twoBoolean, "1 0"},   {twoGear, "1 0"},   {threeBoolean, "1 0.0"}, {turbo, "9 0"},

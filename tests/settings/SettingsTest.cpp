@@ -411,6 +411,15 @@ TEST_F(SettingsTest, SensorsOfOneNameLoseNothingOfEachOther) {
     warnings.setSwitch(1, false);
     EXPECT_EQ(twins.sensors()[0].warningValue, 60);
     EXPECT_EQ(twins.sensors()[0].warningRule, 101);
+    warnings.setText(0, "50");  // keeps the rule that its twin has stored
+    EXPECT_EQ(twins.sensors()[0].warningRule, 101);
+    // A switch goes by its own row: what its twin has stored meanwhile is not added to.
+    SensorWarnings switched{twins};
+    switched.setSwitch(0, true);
+    switched.setSwitch(1, true);
+    EXPECT_EQ(twins.sensors()[1].warningRule, 1);
+    switched.setSwitch(0, false);
+    EXPECT_EQ(twins.sensors()[0].warningRule, 101);
 }
 
 TEST_F(SettingsTest, WarningsAreSwitchedByAHundredAndEveryChangeIsTold) {

@@ -25,6 +25,7 @@ constexpr auto help =
     "  --base-url URL  the address of a document is URL/FILE, and not what its \"url\" says\n"
     "  --check         check only, write nothing\n"
     "  --help          show this\n"
+    "  --version       show which version this is\n"
     "\n"
     "Exit codes: 0 all is well, 1 something is wrong, 2 bad arguments.\n";
 
@@ -33,6 +34,7 @@ struct Arguments {
     std::string baseURL;
     bool checkOnly = false;
     bool help = false;
+    bool version = false;
 };
 
 std::optional<Arguments> readArguments(std::span<char*> words, const torv::URLLoader& loader,
@@ -44,6 +46,10 @@ std::optional<Arguments> readArguments(std::span<char*> words, const torv::URLLo
     };
     for (std::size_t i = 0; i < words.size(); ++i) {
         const std::string_view word = words[i];
+        if (word == "--version") {
+            arguments.version = true;
+            return arguments;
+        }
         if (word == "--help") {
             arguments.help = true;
             return arguments;
@@ -83,6 +89,10 @@ int main(int argc, char** argv) {
     if (!arguments) {
         std::cerr << "itorv-profiles: " << error << '\n';
         return badArguments;
+    }
+    if (arguments->version) {
+        std::cout << "itorv-profiles " ITORV_VERSION "\n";
+        return 0;
     }
     if (arguments->help) {
         std::cout << help;

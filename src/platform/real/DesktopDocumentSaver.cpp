@@ -48,10 +48,13 @@ void DesktopDocumentSaver::save(const Document& document, Done done) {
     DesktopPortal::ask(
         std::move(call), {{QStringLiteral("current_name"), plainName(document)}},
         [document, done = std::move(done)](const DesktopPortal::Answer& answer) {
-            if (answer.cancelled) return done({});
+            if (!answer.asked) return done(writeToDocuments(document));  // it has no file chooser
+            if (!answer.results) return done({});
             const auto places = answer.results.value_or(QVariantMap{}).value("uris").toStringList();
             const QUrl place{places.value(0)};
-            done(place.isLocalFile() ? write(document, place.toLocalFile()) : writeToDocuments(document));
+            done(place.isLocalFile()
+                     ? write(document, place.toLocalFile())
+                     : DocumentSaver::Outcome{.file = {}, .error = "This is no place for files."});
         });
 }
 

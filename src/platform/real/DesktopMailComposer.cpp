@@ -1,7 +1,6 @@
 #include "platform/real/DesktopMailComposer.h"
 
 #include <fcntl.h>
-#include <sys/mman.h>
 #include <unistd.h>
 
 #include <QDBusArgument>
@@ -29,25 +28,6 @@ bool hasProgram() {
     return !QStandardPaths::findExecutable(program).isEmpty();
 }
 
-/// A file in memory that nobody can change any more; not valid where that can't be had.
-QDBusUnixFileDescriptor sealed(const Document& document) {
-    const int file = ::memfd_create(document.fileName.c_str(), MFD_CLOEXEC | MFD_ALLOW_SEALING);
-    if (file < 0) return {};
-    std::size_t written = 0;
-    while (written < document.contents.size()) {
-        const auto count =
-            ::write(file, document.contents.data() + written, document.contents.size() - written);
-        if (count <= 0) break;
-        written += static_cast<std::size_t>(count);
-    }
-    ::lseek(file, 0, SEEK_SET);
-    ::fcntl(file, F_ADD_SEALS, F_SEAL_WRITE | F_SEAL_GROW | F_SEAL_SHRINK | F_SEAL_SEAL);
-    QDBusUnixFileDescriptor descriptor;
-    if (written == document.contents.size()) descriptor.setFileDescriptor(file);  // which keeps a copy
-    ::close(file);
-    return descriptor;
-}
-
 void removeOldOnes(const std::filesystem::path& outbox) {
     std::error_code error;
     const auto now = std::filesystem::file_time_type::clock::now();
@@ -68,7 +48,12 @@ void DesktopMailComposer::compose(const Mail& mail, Failed failed) {
     };
     if (!DesktopPortal::isThere()) return byProgram();
     qDBusRegisterMetaType<QList<QDBusUnixFileDescriptor>>();
-    const QList<QDBusUnixFileDescriptor> attachments{sealed(mail.attachment)};
+    // The portal wants a file that has a name, and looks it up behind the descriptor.
+    const auto path = keepAttachment(mail.attachment);
+    if (!path) return failed();
+    const int file = ::open(path->c_str(), O_RDONLY | O_CLOEXEC);
+    const QList<QDBusUnixFileDescriptor> attachments{QDBusUnixFileDescriptor{file}};  // which keeps a copy
+    if (file >= 0) ::close(file);
     if (!attachments.first().isValid()) return byProgram();
     auto call = DesktopPortal::method("org.freedesktop.portal.Email", "ComposeEmail");
     call << QString{};  // of no window that the portal knows
@@ -80,30 +65,34 @@ void DesktopMailComposer::compose(const Mail& mail, Failed failed) {
                        });
 }
 
-bool DesktopMailComposer::composeByProgram(const Mail& mail) const {
-    if (!hasProgram()) return false;
+/// Where it is, readable for the user alone; nothing where it can't be written.
+std::optional<std::filesystem::path> DesktopMailComposer::keepAttachment(const Document& document) const {
     namespace fs = std::filesystem;
     std::error_code error;
     fs::create_directories(m_outbox, error);
     fs::permissions(m_outbox, fs::perms::owner_all, error);
     if (!error) removeOldOnes(m_outbox);
     // A name from a profile may hold slashes; the attachment stays within the outbox all the same.
-    auto name = mail.attachment.fileName;
+    auto name = document.fileName;
     for (auto& c : name) {
         if (c == '/' || c == '\0') c = '_';
     }
-    const auto path = m_outbox / name;
+    auto path = m_outbox / name;
     std::ofstream file{path, std::ios::binary};
     fs::permissions(path, fs::perms::owner_read | fs::perms::owner_write, error);
-    file.write(reinterpret_cast<const char*>(mail.attachment.contents.data()),
-               static_cast<std::streamsize>(mail.attachment.contents.size()));
+    file.write(reinterpret_cast<const char*>(document.contents.data()),
+               static_cast<std::streamsize>(document.contents.size()));
     file.close();
-    if (!file || error) {
-        logLine("the attachment could not be written to " + path.string());
-        return false;
-    }
+    if (file && !error) return path;
+    logLine("the attachment could not be written to " + path.string());
+    return std::nullopt;
+}
+
+bool DesktopMailComposer::composeByProgram(const Mail& mail) const {
+    const auto path = hasProgram() ? keepAttachment(mail.attachment) : std::nullopt;
+    if (!path) return false;
     const QStringList arguments{"--subject", QString::fromStdString(mail.subject), "--attach",
-                                QString::fromStdString(path.string())};
+                                QString::fromStdString(path->string())};
     return QProcess::startDetached(program, arguments);
 }
 

@@ -77,7 +77,7 @@ Item {
             x: 4 * page.u
             y: page.screen.pageView.expanded ? page.screen.pageView.frame.y * page.u - height - 2 * page.u
                                              : parent.height - height - 4 * page.u
-            shown: page.stage.status.missing ? page.stage.status : null
+            shown: page.stage.status.missing && view.y < 15 * page.u ? page.stage.status : null
             look: "../dashboards/LinkPill.qml"
             parameters: status => ({ "status": status, "u": Qt.binding(() => page.u),
                                      "room": Qt.binding(() => (page.width / page.u - 480) / 2 + 75) })
@@ -142,6 +142,16 @@ Item {
             look: "../dashboards/Toast.qml"
             parameters: screen => ({ "screen": screen, "u": Qt.binding(() => page.u) })
         }
+    }
+
+    // On a screen that is higher, below the stage, where the dials leave no corner free.
+    OnDemand {
+        x: 4 * page.u
+        y: page.height - height - 2 * page.u
+        shown: page.stage.status.missing && view.y >= 15 * page.u ? page.stage.status : null
+        look: "../dashboards/LinkPill.qml"
+        parameters: status => ({ "status": status, "u": Qt.binding(() => page.u), "flat": true,
+                                 "room": Qt.binding(() => page.width / page.u) })
     }
 
     MultiPointTouchArea {

@@ -14,6 +14,9 @@ Item {
     height: Math.round(indicator.frame.height * u)
     opacity: indicator.alpha
     clip: true
+    Accessible.role: Accessible.ListItem
+    Accessible.name: indicator.name + (indicator.inWarning ? ", warning" : "")
+    Accessible.description: "hold and drag it onto a place"
 
     Picture {
         u: root.u

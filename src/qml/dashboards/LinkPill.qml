@@ -8,6 +8,7 @@ Rectangle {
     required property LinkStatus status
     property real u: 1
     property real room: 150  // points up to the power button
+    property bool flat: false  // in one line
 
     width: words.width + 12 * u
     height: words.height + 5 * u
@@ -28,11 +29,16 @@ Rectangle {
             frame: Qt.rect(0, 0, 6, 6)
             name: "picture/SELECTED_DOT.png"
         }
-        Column {
+        Grid {
+            columns: root.flat ? 2 : 1
+            columnSpacing: 6 * root.u
+
             Text {
                 width: Math.min(implicitWidth, words.most)
                 wrapMode: Text.Wrap
                 text: root.status.text
+                Accessible.role: Accessible.StaticText
+                Accessible.name: text + " " + root.status.hint
                 color: Theme.text
                 font.pixelSize: Math.max(Math.round(9 * root.u), 1)
             }

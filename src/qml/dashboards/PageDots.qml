@@ -12,6 +12,8 @@ Item {
     x: control.frame.x * u
     y: control.frame.y * u
     visible: !control.hidden
+    Accessible.role: Accessible.PageTabList
+    Accessible.name: "Sensors, page " + (control.currentPage + 1) + " of " + control.dotFrames.length
 
     Repeater {
         model: root.control.dotFrames

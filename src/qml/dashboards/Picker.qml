@@ -80,6 +80,9 @@ Item {
 
     Item {
         // The handle on the tab.
+        x: Math.round(230 * root.u)
+        width: Math.round(20 * root.u)
+        height: Math.round(8 * root.u)
         Accessible.role: Accessible.Button
         Accessible.name: root.picker.expanded ? "Close the strip of sensors" : "Open the strip of sensors"
         Accessible.onPressAction: root.press(Qt.rect(230, 0, 20, 4))

@@ -169,7 +169,7 @@ Item {
             spacing: 8 * body.u
 
             OnDemand {
-                    anchors.verticalCenter: parent.verticalCenter
+                anchors.verticalCenter: parent.verticalCenter
                 shown: body.cell.control !== "" ? body.cell : null
                 look: "../screens/" + body.cell.control
                 parameters: cell => ({ "cell": cell, "u": Qt.binding(() => body.u),

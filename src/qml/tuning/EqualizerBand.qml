@@ -109,7 +109,7 @@ Item {
         Accessible.onDecreaseAction: band.knob.step(-1)
     }
     Rectangle {
-        // As told by the layout's figures: it stands out beyond the band by eight points.
+        // It stands out beyond the band by eight points; kept as it is.
         x: Math.round(12 * band.u)
         y: band.height - Math.round(27 * band.u)
         width: Math.round(36 * band.u)
@@ -119,6 +119,12 @@ Item {
         border.width: Math.max(Math.round(band.u), 1)
         border.color: valueTouch.pressed ? Theme.accent : Theme.line
 
+        Picture {
+            // A value out of range shows by more than its colour.
+            u: band.u
+            frame: Qt.rect(-7, -7, 12, 12)
+            name: band.knob.outOfRange ? "picture/ICON_WARNING.png" : ""
+        }
         Text {
             anchors.fill: parent
             anchors.margins: 3 * band.u

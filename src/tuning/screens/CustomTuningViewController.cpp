@@ -61,6 +61,10 @@ void CustomTuningViewController::viewDidAppear() {
         return showAlert(std::move(alert));
     }
     if (!ProfileList::damagedFile().empty()) return askAboutDamagedList();
+    beginImport();
+}
+
+void CustomTuningViewController::beginImport() {
     if (!m_importVehicleInfo || !navigationController()) return;
     // Once: what comes back to this screen has been imported, or left.
     navigationController()->pushViewControllerAnimated(
@@ -90,6 +94,7 @@ void CustomTuningViewController::askAboutDamagedList() {
         }
         if (index == yesButton) defaults().removeObjectForKey(damagedListKey);
         fillList();
+        beginImport();
     });
     showAlert(std::move(alert));
 }

@@ -49,6 +49,7 @@ public:
     void back() { dismissModalViewControllerAnimated(true); }
 
 private:
+    void beginImport();
     void fillList();
     void askAboutDamagedList();
     void setConnected(bool connected);

@@ -255,6 +255,11 @@ void CarSetupTableViewController::alertViewClickedButtonAtIndex(int tag, int ind
     const auto self = shared_from_this();
     if (m_downloading) return;
     const bool isFirst = index == firstOtherButton;
+    // A replay may have begun since the question was asked.
+    if (auto alert = isFirst ? m_application->alertDuringPass() : nullptr) {
+        deselectRow();
+        return showAlert(std::move(alert));
+    }
     if (tag == changeOfVehicle) {
         if (isFirst) return updateWorkingVehicle();
         refresh();
