@@ -1,6 +1,7 @@
 #include "tuning/AsFoundProfile.h"
 
 #include <algorithm>
+#include <optional>
 #include <string>
 
 #include "platform/Log.h"
@@ -21,10 +22,13 @@ std::string keyFor(const Vehicle& vehicle) {
     return std::string{asFoundKeyPrefix} + vehicle.name().value_or("(null)");
 }
 
-std::string freeName(const ProfileList& list) {
+std::string freeName(const std::optional<ProfileList>& list) {
     const auto plain = "As found " + dayText(wallNow());
     auto name = plain;
-    for (int number = 2; list.count(name) > 0 || !defaults().objectForKey(name).isNull(); ++number)
+    const auto isTaken = [&] {
+        return (list && list->count(name) > 0) || !defaults().objectForKey(name).isNull();
+    };
+    for (int number = 2; isTaken(); ++number)
         name = plain + " " + std::to_string(number);
     return name;
 }
@@ -49,12 +53,13 @@ AsFoundProfile::Outcome AsFoundProfile::keep(const std::shared_ptr<iTorvFeeder>&
             return Outcome::unanswered;
         values.insert_or_assign(item.aid, feeder->valueForAID(item.aid));
     }
-    // A list that can't be used is for the screen of the profiles, and no reason to end here.
-    if (!ProfileList::isUsable()) return Outcome::unanswered;
-    ProfileList list;
+    // A list that can't be used ends nothing here. The values are kept all the same, and a new list finds
+    // them.
+    std::optional<ProfileList> list;
+    if (ProfileList::isUsable()) list.emplace();
     const auto name = freeName(list);
     if (!ProfileValues::store(name, values)) return Outcome::unanswered;
-    list.add(name);
+    if (list) list->add(name);
     defaults().setObjectForKey(name, keyFor(vehicle));
     defaults().synchronize();
     logLine("what the module held is kept as the profile \"" + name + "\"");

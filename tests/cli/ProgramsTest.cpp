@@ -223,6 +223,19 @@ TEST_F(ProgramsWithModule, GetSetWatchAndFrames) {
     EXPECT_NE(refused.error.find("refuses the connection"), std::string::npos) << refused.error;
 }
 
+TEST(Programs, ADemoLeavesTheUsersStoresAlone) {
+    const QTemporaryDir home;
+    const auto picture = home.filePath("demo.png");
+    const QTemporaryDir stores;
+    const auto shown =
+        run("itorv", {"--demo", "--offscreen", "--screenshot", picture, "--after", "2"}, stores.path());
+    EXPECT_EQ(shown.code, 0) << shown.error;
+    EXPECT_TRUE(std::filesystem::exists(picture.toStdString()));
+    EXPECT_TRUE(std::filesystem::is_empty(stores.path().toStdString()));
+    EXPECT_EQ(run("itorv", {"--demo=storm", "--offscreen"}).code, 2);
+    EXPECT_EQ(run("itorv", {"--demo", "--module", "127.0.0.1:1", "--offscreen"}).code, 2);
+}
+
 TEST_F(ProgramsWithModule, CodesAreReadAndCleared) {
     module->setTroubleCodes({"P0299", "U0158", "P1234"});
     const QStringList read{"codes", "--module", address};

@@ -144,6 +144,16 @@ TEST_F(TuningTest, WhatTheModuleHeldAtFirstIsKeptOnce) {
     answers = true;
     EXPECT_EQ(AsFoundProfile::keep(app->feeder(), other, never), AsFoundProfile::Outcome::kept);
     EXPECT_EQ(ProfileList{}.names().back(), names[0] + " 2");
+    // With a damaged list nothing ends, and a new list finds it.
+    const auto file = ProfileList::dataFilePath();
+    std::ofstream{file, std::ios::trunc} << std::string(5000, '!');
+    other.setName("Fourth");
+    EXPECT_EQ(AsFoundProfile::keep(app->feeder(), other, never), AsFoundProfile::Outcome::kept);
+    const auto aside = file.string() + " unreadable 1";
+    std::filesystem::remove(aside);
+    EXPECT_TRUE(ProfileList::beginAnew());
+    EXPECT_EQ(ProfileList{}.count(names[0] + " 3"), 1);
+    std::filesystem::remove(aside);
     auto third = truck();
     third.setName("Third");
     AsFoundProfile::closeAfter({{.aid = 31, .acknowledged = true}}, third);
