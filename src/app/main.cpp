@@ -200,6 +200,7 @@ int main(int argc, char** argv) {
     if (!application) return badArguments;
     QGuiApplication::setApplicationName("itorv");
     QGuiApplication::setApplicationDisplayName("iTorv");
+    QGuiApplication::setDesktopFileName("itorv");
     QGuiApplication::setApplicationVersion(ITORV_VERSION);
     Options options;
     if (const auto why = readArguments(*application, options)) return refuse(*why);
