@@ -58,6 +58,7 @@ TEST(CurveSeries, NoSampleIsLostByReduction) {
             ++count;
         }
         EXPECT_EQ(std::ranges::count(seen, false), 0);
+        EXPECT_EQ(series.countWithin(span), static_cast<std::size_t>(count));
         const auto summary = series.summary(span);
         ASSERT_EQ(summary.has_value(), count > 0);
         if (!summary) continue;

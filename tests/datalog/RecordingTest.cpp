@@ -136,13 +136,15 @@ TEST_F(RecordingTest, ALinkThatIsBackBeforeAnyoneLooksIsNotedAllTheSame) {
     for (int i = 0; i < 3; ++i)
         feed(10, 1);
     EXPECT_TRUE(app->feeder()->driver().connected());
-    platform.loop.runFor(600ms);
-    app->recorder().end();
+    platform.loop.runFor(1600ms);
+    platform.stream().lose();
+    platform.loop.runWork();
+    app->recorder().end();  // sees the last loss itself
     std::string error;
     std::string texts;
     for (const auto& event : RecordingReader::open(file, error)->events())
         texts += event.text + ",";
-    EXPECT_EQ(texts, "recording begins,link is lost,link is back,");
+    EXPECT_EQ(texts, "recording begins,link is lost,link is back,link is lost,");
 }
 
 TEST_F(RecordingTest, AFullDiskEndsItWithOneSentence) {
@@ -257,6 +259,9 @@ TEST_F(RecordingTest, WhatIsNoRecordingOrDamagedIsSaid) {
     EXPECT_GT(said, 100);  // each file that is cut, for one
     std::ofstream{file, std::ios::binary | std::ios::trunc} << whole;
     sqlite3_open(file.c_str(), &other);
+    sqlite::run(other, "INSERT INTO sensors (aid, name) VALUES (255, 'no AID'), (-1, 'nor this')");
+    std::string error;
+    EXPECT_EQ(RecordingReader::open(file, error)->drive().sensors.size(), 3U);
     sqlite::run(other, "PRAGMA user_version = 2");
     sqlite3_close(other);
     EXPECT_EQ(refusal(), " was made by a newer version of iTorv.");

@@ -229,6 +229,25 @@ TEST_F(CarSetupTest, AChoiceMixesTheStoresAndTellsANewVersion) {
     EXPECT_FALSE(platform.defaults.objectForKey(turboSettingKey).boolValue());
 }
 
+TEST_F(CarSetupTest, TheUpdateThatIsOfferedAtOnceMayBeRefusedOrFail) {
+    const auto old = vehicle("Old", 111);
+    VehicleDataSource::setCurrentVehicle(old);
+    VehicleDataSource::saveVehicle(old);
+    answer(R"([{"vehicle": "Old", "version": "2.0", "url": "http://server/x"}])");
+    open(false);
+    run();
+    screen->viewDidAppear();
+    EXPECT_EQ(press("0"), "Update available ");
+    EXPECT_FALSE(closed());
+    EXPECT_EQ(VehicleDataSource::currentVehicle().version(), "1.0");
+    screen->viewDidAppear();
+    EXPECT_EQ(press("1"), "Update available left: Update error");  // the server is silent
+    EXPECT_FALSE(SettingValueStore::load(old));
+    EXPECT_EQ(press("0"), "Update error ");  // goes on with what there is
+    EXPECT_EQ(VehicleDataSource::currentVehicle().version(), "1.0");
+    EXPECT_EQ(SettingValueStore::load(old)->at(95).bytes()[0], 111);
+}
+
 TEST_F(CarSetupTest, AScreenThatIsLeftDuringADownloadChangesNothing) {
     VehicleDataSource::setCurrentVehicle(vehicle("Old", 1));
     VehicleDataSource::saveVehicle(vehicle("New", 2, false));
