@@ -82,13 +82,16 @@ void GraphItem::paintScale(QPainter& painter, const QRectF& plot, std::size_t cu
     const auto& drawn = m_graph->curves()[curve];
     painter.setPen(colourOf(drawn));
     constexpr double margin = 3;
+    const auto alignment = (curve % 2 == 0 ? Qt::AlignRight : Qt::AlignLeft) | Qt::AlignVCenter;
+    const auto roomAt = [&](double top) {
+        return QRectF{(m_graph->axisLeft(curve) + margin) * m_u, top,
+                      (GraphViewController::axisWidth - 2 * margin) * m_u, textHeight * m_u};
+    };
+    painter.drawText(roomAt(m_u), alignment, QString::fromStdString(m_graph->sensorOf(drawn).unit));
     for (int line = 0; line <= CurveAxis::parts; ++line) {
         const double y = plot.bottom() - plot.height() * line / CurveAxis::parts;
         const double top = std::clamp(y - textHeight / 2 * m_u, 0.0, plot.bottom() - textHeight * m_u);
-        const QRectF room{(m_graph->axisLeft(curve) + margin) * m_u, top,
-                          (GraphViewController::axisWidth - 2 * margin) * m_u, textHeight * m_u};
-        painter.drawText(room, (curve % 2 == 0 ? Qt::AlignRight : Qt::AlignLeft) | Qt::AlignVCenter,
-                         QString::fromStdString(drawn.axis.textAt(line)));
+        painter.drawText(roomAt(top), alignment, QString::fromStdString(drawn.axis.textAt(line)));
     }
 }
 

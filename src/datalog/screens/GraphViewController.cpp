@@ -15,6 +15,7 @@ constexpr double timeAxisHeight = 16;
 constexpr double legendRowHeight = 30;
 constexpr std::size_t legendColumns = 3;
 constexpr double margin = 8;
+constexpr double unitsHeight = 20;  // above the plot, where each scale tells its unit
 constexpr double touchJitter = 8;
 constexpr double zoomPerStep = 0.8;
 constexpr int mostTimeMarks = 6;
@@ -99,8 +100,8 @@ QRectF GraphViewController::plotFrame() const {
     const double right = std::max(std::floor(count / 2) * axisWidth, margin);
     const auto rows = (std::max<std::size_t>(m_curves.size(), 1) + legendColumns - 1) / legendColumns;
     const double below = timeAxisHeight + static_cast<double>(rows) * legendRowHeight;
-    return {left, margin, std::max(m_room.width() - left - right, 1.0),
-            std::max(m_room.height() - margin - below, 1.0)};
+    return {left, unitsHeight, std::max(m_room.width() - left - right, 1.0),
+            std::max(m_room.height() - unitsHeight - below, 1.0)};
 }
 
 double GraphViewController::axisLeft(std::size_t curve) const {

@@ -141,7 +141,7 @@ FocusScope {
     Rectangle {
         // The moment at the cursor.
         anchors.horizontalCenter: parent.horizontalCenter
-        y: Math.round(10 * view.u)
+        y: Math.round(2 * view.u)
         visible: moment.text !== ""
         width: moment.width + Math.round(12 * view.u)
         height: moment.height + Math.round(4 * view.u)
