@@ -27,7 +27,7 @@ std::shared_ptr<iTorvViewController> Screens::firstPage() const {
                 return std::make_shared<PassReportViewController>(
                     control, QString::fromStdString(name.value_or(std::string{})), report);
             }};
-    const auto page = std::make_shared<iTorvViewController>(m_control, others);
+    auto page = std::make_shared<iTorvViewController>(m_control, others);
     m_control->recorder().setFailed([page = std::weak_ptr{page}](const std::string& why) {
         const auto shown = page.lock();
         if (!shown) return;

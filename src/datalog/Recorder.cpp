@@ -84,7 +84,7 @@ struct Recorder::Drive {
             if (const auto data = sensors.at(value.aid).dataFromAV(bytes))
                 value.value = doubleValue(data->value);
         }
-        const auto why = writer->append(newValues, newEvents);
+        auto why = writer->append(newValues, newEvents);
         error = why.value_or(std::string{});
         if (why) writer.reset();
         return why;

@@ -74,7 +74,7 @@ void GraphItem::paintGrid(QPainter& painter, const QRectF& plot) const {
                                : left > x - halfWidth * m_u ? Qt::AlignLeft
                                                             : Qt::AlignHCenter;
         painter.drawText(QRectF{left, plot.bottom() + 2 * m_u, 2 * halfWidth * m_u, textHeight * m_u},
-                         alignment | Qt::AlignVCenter, mark.text);
+                         static_cast<int>(alignment) | Qt::AlignVCenter, mark.text);
     }
 }
 
@@ -82,7 +82,8 @@ void GraphItem::paintScale(QPainter& painter, const QRectF& plot, std::size_t cu
     const auto& drawn = m_graph->curves()[curve];
     painter.setPen(colourOf(drawn));
     constexpr double margin = 3;
-    const auto alignment = (curve % 2 == 0 ? Qt::AlignRight : Qt::AlignLeft) | Qt::AlignVCenter;
+    const int alignment =
+        static_cast<int>(curve % 2 == 0 ? Qt::AlignRight : Qt::AlignLeft) | Qt::AlignVCenter;
     const auto roomAt = [&](double top) {
         return QRectF{(m_graph->axisLeft(curve) + margin) * m_u, top,
                       (GraphViewController::axisWidth - 2 * margin) * m_u, textHeight * m_u};

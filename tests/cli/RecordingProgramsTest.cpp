@@ -124,6 +124,7 @@ TEST_F(RecordingPrograms, AnExportIsWholeOrNotThere) {
         drive, {.name = "Long", .vehicle = "Truck", .begun = {}, .sensors = {load}}, error);
     ASSERT_TRUE(writer) << error;
     std::vector<torv::RecordedValue> values;
+    values.reserve(60000);
     for (int i = 0; i < 60000; ++i)
         values.push_back({8, 5ms * i, torv::WallTime{5ms * i}, i / 7.0, torv::AV{}});
     ASSERT_EQ(writer->append(values, {}), std::nullopt);

@@ -60,7 +60,7 @@ TEST(DataLog, TheGateFollowsWhatItFindsBeforeEachSample) {
 }
 
 TEST(DataLogCsv, LinesUpUnequalSeriesByNumber) {
-    const auto column = [](const char* name, std::int64_t digits, std::vector<double> values) {
+    const auto column = [](const char* name, std::int64_t digits, const std::vector<double>& values) {
         auto next = std::make_shared<std::size_t>(0);
         return DataLogColumn{name, digits, [=]() -> std::optional<LoggedSample> {
                                  if (*next == values.size()) return std::nullopt;

@@ -105,7 +105,8 @@ QRectF GraphViewController::plotFrame() const {
 }
 
 double GraphViewController::axisLeft(std::size_t curve) const {
-    const auto place = static_cast<double>(curve / 2);
+    const auto pairs = curve / 2;  // even ones stand on the left, odd ones on the right
+    const auto place = static_cast<double>(pairs);
     const auto plot = plotFrame();
     return curve % 2 == 0 ? plot.left() - (place + 1) * axisWidth : plot.right() + place * axisWidth;
 }

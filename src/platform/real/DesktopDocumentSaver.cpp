@@ -46,7 +46,7 @@ void DesktopDocumentSaver::save(const Document& document, Done done) {
     auto call = DesktopPortal::method("org.freedesktop.portal.FileChooser", "SaveFile");
     call << QString{} << QStringLiteral("Save to file");
     DesktopPortal::ask(
-        std::move(call), {{QStringLiteral("current_name"), plainName(document)}},
+        call, {{QStringLiteral("current_name"), plainName(document)}},
         [document, done = std::move(done)](const DesktopPortal::Answer& answer) {
             if (!answer.asked) return done(writeToDocuments(document));  // it has no file chooser
             if (!answer.results) return done({});

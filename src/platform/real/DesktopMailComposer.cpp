@@ -57,7 +57,7 @@ void DesktopMailComposer::compose(const Mail& mail, Failed failed) {
     if (!attachments.first().isValid()) return byProgram();
     auto call = DesktopPortal::method("org.freedesktop.portal.Email", "ComposeEmail");
     call << QString{};  // of no window that the portal knows
-    DesktopPortal::ask(std::move(call),
+    DesktopPortal::ask(call,
                        {{QStringLiteral("subject"), QString::fromStdString(mail.subject)},
                         {QStringLiteral("attachment_fds"), QVariant::fromValue(attachments)}},
                        [byProgram](const DesktopPortal::Answer& answer) {
