@@ -7,14 +7,15 @@
 
 namespace itorvctl {
 
-/// A file that bears its name only once it is whole; until then it has ".part" behind it.
+/// A file that bears its name only once it is whole; until then it has ".part" behind it. What is there and
+/// is no file, a pipe or a device, is written to as it stands.
 class WholeFile final {
 public:
     explicit WholeFile(std::filesystem::path file)
-        : m_file(std::move(file)), m_stream(half(), std::ios::binary) {}
+        : m_file(std::move(file)), m_written(placeFor(m_file)), m_stream(m_written, std::ios::binary) {}
     ~WholeFile() {
         std::error_code ignored;
-        std::filesystem::remove(half(), ignored);
+        if (m_written != m_file) std::filesystem::remove(m_written, ignored);
     }
     WholeFile(const WholeFile&) = delete;
     WholeFile& operator=(const WholeFile&) = delete;
@@ -27,14 +28,21 @@ public:
     [[nodiscard]] bool finish() {
         m_stream.close();
         std::error_code error;
-        if (m_stream) std::filesystem::rename(half(), m_file, error);
+        if (m_stream && m_written != m_file) std::filesystem::rename(m_written, m_file, error);
         return m_stream && !error;
     }
 
 private:
-    [[nodiscard]] std::filesystem::path half() const { return m_file.string() + ".part"; }
+    [[nodiscard]] static std::filesystem::path placeFor(const std::filesystem::path& file) {
+        std::error_code none;
+        const auto type = std::filesystem::status(file, none).type();
+        const bool isFile =
+            type == std::filesystem::file_type::regular || type == std::filesystem::file_type::not_found;
+        return isFile ? std::filesystem::path{file.string() + ".part"} : file;
+    }
 
     const std::filesystem::path m_file;
+    const std::filesystem::path m_written;
     std::ofstream m_stream;
 };
 

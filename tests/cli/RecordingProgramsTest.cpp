@@ -143,6 +143,8 @@ TEST_F(RecordingPrograms, AnExportIsWholeOrNotThere) {
         std::filesystem::remove(output);
     }
     EXPECT_EQ(run("itorvctl", {"export", name, home.path() + "/none/out.csv"}).code, 1);
+    EXPECT_EQ(run("itorvctl", {"export", name, "/dev/full"}).code, 1);
+    EXPECT_TRUE(std::filesystem::is_character_file("/dev/full"));
     EXPECT_EQ(run("itorvctl", {"export", name, "--format", "xls"}).code, 2);
     EXPECT_EQ(run("itorvctl", {"export", name, name}).code, 2) << "the recording itself";
     EXPECT_TRUE(open(drive));
