@@ -28,6 +28,7 @@ int fail(const std::string& why) {
 struct NoNetwork final : torv::NetworkInterfaces {
     [[nodiscard]] std::optional<std::vector<Address>> addresses() const override { return std::nullopt; }
     [[nodiscard]] std::optional<std::uint32_t> reachabilityFlags() const override { return 0; }
+    [[nodiscard]] std::optional<Route> routeTo(const std::string&) const override { return std::nullopt; }
 };
 
 /// The real parts, with the store in the folder XDG_DATA_HOME names, and no network.
@@ -44,6 +45,9 @@ public:
     [[nodiscard]] torv::Resources& resources() override { return m_real.resources(); }
     void setIdleTimerDisabled(bool) override {}
     [[nodiscard]] torv::MailComposer& mailComposer() override { return m_real.mailComposer(); }
+    [[nodiscard]] torv::DocumentSaver& documentSaver() override { return m_real.documentSaver(); }
+    [[nodiscard]] torv::WirelessNetworks& wirelessNetworks() override { return m_real.wirelessNetworks(); }
+    [[nodiscard]] torv::WarningTone& warningTone() override { return m_real.warningTone(); }
     [[nodiscard]] std::unique_ptr<torv::WorkQueue> makeWorkQueue(const std::string& name) override {
         return m_real.makeWorkQueue(name);
     }

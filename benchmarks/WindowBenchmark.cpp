@@ -114,7 +114,7 @@ void fillSecondPage(torv::UserDefaults& defaults) {
 }
 
 /// When a value of an AID first came out of the socket. The reading thread sees it, the main thread asks.
-class Arrivals final : public torv::ZephrelaneDriver::Monitor {
+class Arrivals final : public torv::LinkMonitor {
 public:
     using Clock = std::chrono::steady_clock;
 
@@ -127,7 +127,6 @@ public:
         const std::scoped_lock lock{m_mutex};
         return m_arrived;
     }
-    void frameSent(std::span<const std::uint8_t>, x2comTxResult) override {}
     void chunkReceived(std::span<const std::uint8_t> chunk, x2comResult) override {
         const auto now = Clock::now();
         const std::scoped_lock lock{m_mutex};
@@ -190,7 +189,7 @@ int measureSecondPage() {
     fakes::Application app{module, profile, fillSecondPage};
     if (!app.view()) return fail("the window could not be made");
     const auto arrivals = std::make_shared<Arrivals>();
-    app.control->feeder()->driver().setMonitor(arrivals);  // the loop has not turned yet
+    app.control->feeder()->driver().addMonitor(arrivals);  // the loop has not turned yet
     if (!app.waitUntilReady()) return fail("there is no connection");
     measureLatency(app, module, *arrivals, "from the socket to the frame, median", 700);
     app.control->beginRecording();

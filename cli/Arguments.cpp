@@ -35,7 +35,9 @@ constexpr auto description =
     "  profiles import FILE [NAME]\n"
     "                  write it as a document, or make one of a document\n"
     "  profiles delete NAME\n"
-    "  frames          show every frame in both directions, decoded\n"
+    "  frames [FILE]   show every frame in both directions, decoded; or those of a capture\n"
+    "  check           measure the link, and hold what the module does against what is told of it: asks for\n"
+    "                  values, and writes settings and tuning items back as they are\n"
     "  record FILE     record every value of every sensor until it is interrupted\n"
     "  export FILE [OUTPUT]\n"
     "                  a recording as another file, or on the standard output stream; see --format\n"
@@ -50,6 +52,8 @@ constexpr auto description =
     "  defaults get KEY\n"
     "  defaults set KEY VALUE\n"
     "                  show one of them as text\n"
+    "  names settings|sensors|profiles|vehicles\n"
+    "                  list them, one a line\n"
     "\n"
     "What set writes lasts until itorv connects the next time: that brings back what it has stored.\n"
     "With --store a setting is stored too, and a tuning item in the active tuning profile. The default\n"
@@ -57,7 +61,7 @@ constexpr auto description =
     "\n"
     "Exit codes: 0 done, 1 the module did not answer, or something could not be stored, 2 bad arguments\n"
     "or profile, 3 no connection, 4 the update server could not be asked, or the module has not taken\n"
-    "a value of a tuning profile.\n"
+    "a value of a tuning profile, 5 check has found something.\n"
     "\n"
     "Examples:\n"
     "  itorvctl watch --module 127.0.0.1:2000\n"
@@ -72,11 +76,13 @@ struct CommandRow {
     int operands;  ///< behind name and verb
     int most = operands;
 };
-constexpr std::array<CommandRow, 25> commands{{
+constexpr std::array<CommandRow, 27> commands{{
     {"watch", nullptr, Command::watch, 0},
     {"get", nullptr, Command::get, 1},
     {"set", nullptr, Command::set, 2},
-    {"frames", nullptr, Command::frames, 0},
+    {"frames", nullptr, Command::frames, 0, 1},
+    {"check", nullptr, Command::check, 0},
+    {"names", nullptr, Command::names, 1},
     {"record", nullptr, Command::record, 1},
     {"export", nullptr, Command::exportRecording, 1, 2},
     {"codes", "clear", Command::codes, 0},
@@ -100,17 +106,31 @@ constexpr std::array<CommandRow, 25> commands{{
     {"defaults", nullptr, Command::defaults, 0},
 }};
 
+bool usesLink(Command command) {
+    constexpr std::array stored{Command::exportRecording, Command::vehicles, Command::defaults,
+                                Command::warnings, Command::names};
+    return std::ranges::find(stored, command) == stored.end();
+}
+
 /// Options that only some commands take.
 struct OptionRow {
     const char* name;
     bool (*goesWith)(Command);
 };
-constexpr std::array<OptionRow, 8> someOptions{{
-    {"json", [](Command c) { return c != Command::defaults && c != Command::exportRecording; }},
-    {"for", [](Command c) { return c == Command::watch || c == Command::frames || c == Command::record; }},
+constexpr std::array<OptionRow, 10> someOptions{{
+    {"json",
+     [](Command c) {
+         return c != Command::defaults && c != Command::exportRecording && c != Command::names;
+     }},
+    {"for",
+     [](Command c) {
+         return c == Command::watch || c == Command::frames || c == Command::record || c == Command::check;
+     }},
+    {"capture", &usesLink},
+    {"try-writes", [](Command c) { return c == Command::check; }},
     {"format", [](Command c) { return c == Command::exportRecording; }},
     {"flags", [](Command c) { return c == Command::set; }},
-    {"force", [](Command c) { return c == Command::set || c == Command::profiles; }},
+    {"force", [](Command c) { return c == Command::set || c == Command::profiles || c == Command::check; }},
     {"live", [](Command c) { return c == Command::profiles; }},
     {"store", [](Command c) { return c == Command::set; }},
     {"yes", [](Command c) { return c == Command::codes; }},
@@ -153,9 +173,12 @@ std::optional<Arguments> readArguments(const QStringList& arguments, std::string
     parser.addPositionalArgument("command", "see above", "COMMAND [...]");
     torv::CommonOptions::addTo(parser, "Use this vehicle profile document.");
     parser.addOptions({
-        {"json", "One JSON object a line; all commands but defaults and export."},
+        {"json", "One JSON object a line; all commands but defaults, export and names."},
         {"timeout", "Seconds to wait for the module (10).", "SECONDS", "10"},
-        {"for", "End so many seconds after the module was found; watch, frames and record go on without.",
+        {"for",
+         "End so many seconds after the module was found; watch, frames and record go on without, check "
+         "takes "
+         "ten.",
          "SECONDS"},
         {"flags", "State bits to write with the value (set): 1 off, 2 on, 4 third, 8/16 second off/on.",
          "NUMBER"},
@@ -165,7 +188,10 @@ std::optional<Arguments> readArguments(const QStringList& arguments, std::string
          "FORMAT", "csv"},
         {"force",
          "Write (set) what the profile tells of and is neither a setting nor a tuning item; import "
-         "(profiles) under a name that itorv uses itself."},
+         "(profiles) under a name that itorv uses itself; try writes (check) while the engine turns."},
+        {"try-writes",
+         "Also write (check) the next value of each setting and tuning item, see that it is kept, "
+         "and write the old one again."},
         {"live", "Compare (profiles diff) with what the module holds."},
         {"store", "Store what was written (set), so that itorv brings it back."},
         {"yes", "Clear (codes clear) without a question, also while the engine turns."},
@@ -210,12 +236,21 @@ std::optional<Arguments> readArguments(const QStringList& arguments, std::string
         return refuse("profiles takes --live with diff only");
     if (row->command == Command::profiles && parser.isSet("force") && verb != "import")
         return refuse("profiles takes --force with import only");
+    if (row->command == Command::check && parser.isSet("force") && !parser.isSet("try-writes"))
+        return refuse("check takes --force with --try-writes only");
+    if (row->command == Command::frames && !result.words.empty()) {
+        for (const auto* option : {"module", "for", "capture"}) {
+            if (parser.isSet(option))
+                return refuse(std::string{"frames takes no --"} + option + " with a file");
+        }
+    }
     if (auto why = result.common.read(parser, torv::CurlURLLoader{})) return refuse(std::move(*why));
     result.json = parser.isSet("json");
     result.verbose = parser.isSet("verbose");
     result.force = parser.isSet("force");
     result.store = parser.isSet("store");
     result.yes = parser.isSet("yes");
+    result.tryWrites = parser.isSet("try-writes");
     result.format = parser.value("format").toStdString();
     if (std::ranges::find(torv::recordingFormats, result.format, &torv::RecordingFormat::name) ==
         torv::recordingFormats.end())

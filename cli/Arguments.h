@@ -19,6 +19,7 @@ enum ExitCode : int {
     noConnection = 3,  ///< no session within the time limit
     noServer = 4,      ///< the update server could not be asked
     notTaken = 4,      ///< the module has not taken a value of a tuning profile
+    findings = 5,      ///< the module does not hold to what is told of the link
 };
 
 enum class Command {
@@ -33,20 +34,23 @@ enum class Command {
     warnings,
     exportRecording,
     vehicles,
-    defaults
+    defaults,
+    check,
+    names
 };
 
 struct Arguments {
     Command command = Command::watch;
     torv::CommonOptions common;
     bool json = false;
-    bool force = false;  ///< `set` writes what is no setting and no tuning item too
-    bool yes = false;    ///< `codes clear` asks nothing
-    bool live = false;   ///< `profiles diff` compares with the module
-    bool store = false;  ///< `set` stores what it has written
+    bool force = false;      ///< `set` writes what is no setting and no tuning item too
+    bool yes = false;        ///< `codes clear` asks nothing
+    bool live = false;       ///< `profiles diff` compares with the module
+    bool store = false;      ///< `set` stores what it has written
+    bool tryWrites = false;  ///< `check` writes other values, and then the old ones again
     bool verbose = false;
     std::chrono::milliseconds timeout{10000};           ///< to wait for a session
-    std::optional<std::chrono::milliseconds> duration;  ///< then `watch`, `frames` and `record` end
+    std::optional<std::chrono::milliseconds> duration;  ///< then `watch`, `frames`, `record` and `check` end
     torv::AID aid = 0;
     std::string value;
     std::optional<std::int32_t> flags;

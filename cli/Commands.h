@@ -13,6 +13,7 @@ namespace itorvctl {
 [[nodiscard]] int frames(Handset& handset, const Arguments& arguments);
 [[nodiscard]] int codes(Handset& handset, const Arguments& arguments);
 [[nodiscard]] int record(Handset& handset, const Arguments& arguments);
+[[nodiscard]] int check(Handset& handset, const Arguments& arguments);
 
 [[nodiscard]] int settings(Handset& handset, const Arguments& arguments);
 [[nodiscard]] int profiles(Handset& handset, const Arguments& arguments);
@@ -20,6 +21,9 @@ namespace itorvctl {
 // These look at what is stored, and need no module.
 [[nodiscard]] int warnings(const torv::Vehicle& vehicle, const Arguments& arguments);
 [[nodiscard]] int exportRecording(const Arguments& arguments);
+[[nodiscard]] int names(const torv::Vehicle& vehicle, const Arguments& arguments);
+/// Those of a capture.
+[[nodiscard]] int capturedFrames(const Arguments& arguments);
 [[nodiscard]] int vehicles(const Arguments& arguments);
 [[nodiscard]] int defaults(const Arguments& arguments);
 

@@ -1,11 +1,16 @@
 #include <array>
 #include <cstdio>
+#include <fstream>
 #include <string>
 
 #include "Commands.h"
+#include "connection/CaptureReader.h"
+#include "connection/FrameText.h"
 #include "link/x2comCodec.h"
 #include "platform/Platform.h"
 #include "support/Hexadecimal.h"
+#include "support/TextNumbers.h"
+#include "support/TimeTexts.h"
 
 namespace itorvctl {
 
@@ -13,84 +18,131 @@ using namespace torv;
 
 namespace {
 
-constexpr std::array<const char*, 6> typeNames{"write", "push A", "ack", "push B", "request", "response"};
 constexpr std::array<const char*, 8> resultNames{
     "0 idle", "1 complete", "2 partial", "3 good", "4 bad CRC", "5 empty", "6 response taken", "7 ack taken"};
 
-std::string itemsText(std::span<const std::uint8_t> payload, bool isList) {
-    std::string text;
-    for (std::size_t i = 0; i < payload.size();) {
-        const auto aid = payload[i++];
-        text += (text.empty() ? "" : ", ") + std::to_string(aid);
-        if (isList) continue;
-        const auto first = i < payload.size() ? payload[i] : std::uint8_t{0};
-        const auto length = std::min<std::size_t>(x2comValueLength(aid, first), payload.size() - i);
-        text += "=" + hexadecimalText(payload.subspan(i, length));
-        i += length;
-    }
-    return text;
-}
+struct Line {
+    std::string time;
+    const char* direction = "";  ///< "sent" or "received"
+    std::span<const std::uint8_t> bytes;
+    std::string result;
+};
 
-/// Type and contents, taken from the bytes themselves; the result code tells what the engine made of them.
-std::string frameText(std::span<const std::uint8_t> frame) {
-    const auto type = x2comFrameType(frame.data());
-    const std::size_t length = x2comFrameLength(frame.data());
-    std::string text = type < typeNames.size() ? typeNames[type] : "type " + std::to_string(type);
-    if (length == 0 || length > frame.size()) return text;
-    const bool isList = type == x2comFrameAck || type == x2comFrameRequest;
-    const auto items = itemsText(frame.subspan(1, length - 1), isList);
-    return items.empty() ? text : text + "  " + items;
+void print(const Line& line, const AttributeNames& names, bool json) {
+    const auto hex = hexadecimalText(line.bytes);
+    const auto frame = frameText(line.bytes, names);
+    if (json) {
+        printObject({{"ms", Number{line.time}},
+                     {"direction", line.direction},
+                     {"bytes", hex},
+                     {"frame", frame},
+                     {"result", line.result}});
+    } else {
+        std::printf("%8s  %s  %-32s  %-14s  %s\n", line.time.c_str(), *line.direction == 's' ? "->" : "<-",
+                    hex.c_str(), line.result.c_str(), printable(frame).c_str());
+    }
 }
 
 /// Prints on the main thread. A received frame is printed once its result is known, which is with the chunk
 /// after it.
-class FramePrinter final : public ZephrelaneDriver::Monitor {
+class FramePrinter final : public LinkMonitor {
 public:
-    FramePrinter(const Handset& handset, bool json) : m_handset(handset), m_json(json) {}
+    FramePrinter(const Handset& handset, bool json)
+        : m_handset(handset), m_names(attributeNames(handset.vehicle())), m_json(json) {}
 
     void frameSent(std::span<const std::uint8_t> frame, x2comTxResult result) override {
-        print("sent", frame, (std::to_string(result) + " sent").c_str());
+        post("sent", {frame.begin(), frame.end()}, std::to_string(result) + " sent");
     }
 
     void chunkReceived(std::span<const std::uint8_t> chunk, x2comResult resultOfTheOneBefore) override {
-        if (!m_before.empty()) print("received", m_before, resultNames[resultOfTheOneBefore]);
+        if (!m_before.empty()) post("received", m_before, resultNames[resultOfTheOneBefore]);
         m_before.assign(chunk.begin(), chunk.end());
     }
 
 private:
-    void print(const char* direction, std::span<const std::uint8_t> frame, const char* result) {
-        const Dictionary fields{{"ms", Number::fromInteger(m_handset.elapsed())},
-                                {"direction", direction},
-                                {"bytes", hexadecimalText(frame)},
-                                {"frame", frameText(frame)},
-                                {"result", result}};
-        Platform::current().runLoop().performOnMainThread([fields, json = m_json] {
-            const auto field = [&](const char* key) {
-                return fields[key].textValue().value_or(std::string{});
-            };
-            if (json) {
-                printObject(fields);
-            } else {
-                std::printf("%8s  %s  %-32s  %-14s  %s\n", field("ms").c_str(),
-                            field("direction") == "sent" ? "->" : "<-", field("bytes").c_str(),
-                            field("result").c_str(), field("frame").c_str());
-            }
+    void post(const char* direction, std::vector<std::uint8_t> bytes, std::string result) {
+        Platform::current().runLoop().performOnMainThread([this, direction, time = m_handset.elapsed(),
+                                                           bytes = std::move(bytes),
+                                                           result = std::move(result)] {
+            print({std::to_string(time), direction, bytes, result}, m_names, m_json);
             std::fflush(stdout);
         });
     }
 
     const Handset& m_handset;
+    const AttributeNames m_names;
     const bool m_json;
     std::vector<std::uint8_t> m_before;  // reading thread
 };
 
+AttributeNames namesOf(const CapturedPacket& packet) {
+    AttributeNames names;
+    const std::string text{packet.bytes.begin(), packet.bytes.end()};
+    for (std::size_t begin = 0; begin < text.size();) {
+        const auto end = std::min(text.find('\n', begin), text.size());
+        const auto line = text.substr(begin, end - begin);
+        const auto tab = line.find('\t');
+        const auto aid = intValue(line);
+        if (tab != std::string::npos && aid >= 0 && aid <= 254)
+            names.insert_or_assign(static_cast<std::uint8_t>(aid), line.substr(tab + 1));
+        begin = end + 1;
+    }
+    return names;
+}
+
+const char* checked(std::span<const std::uint8_t> frame) {
+    const std::size_t length = frame.empty() ? 0 : x2comFrameLength(frame.data());
+    if (length == 0) return resultNames[x2comFrameEmpty];
+    const bool good = frame.size() > length &&
+                      x2comCheckFrame(frame.data(), static_cast<std::uint8_t>(length)) == x2comFrameGood;
+    return resultNames[good ? x2comFrameGood : x2comFrameBadCrc];
+}
+
 }  // namespace
 
 int frames(Handset& handset, const Arguments& arguments) {
-    handset.feeder().driver().setMonitor(std::make_shared<FramePrinter>(handset, arguments.json));
+    handset.feeder().driver().addMonitor(std::make_shared<FramePrinter>(handset, arguments.json));
     if (!handset.connect()) return notConnected(handset);
     handset.run();
     return success;
+}
+
+int capturedFrames(const Arguments& arguments) {
+    const auto& file = arguments.words[0];
+    auto stream = std::make_unique<std::ifstream>(file, std::ios::binary);
+    if (!*stream) {
+        complain(file + " can't be read");
+        return badArguments;
+    }
+    CaptureReader reader{std::move(stream)};
+    AttributeNames names;
+    std::optional<std::chrono::sys_time<std::chrono::microseconds>> begin;
+    std::string error;
+    while (const auto packet = reader.next(error)) {
+        const auto since = packet->time - begin.value_or(packet->time);
+        if (!begin) begin = packet->time;
+        const auto time = std::to_string(std::chrono::floor<std::chrono::milliseconds>(since).count());
+        if (packet->kind == CapturedKind::names) {
+            names = namesOf(*packet);
+        } else if (packet->kind == CapturedKind::note) {
+            const std::string text{packet->bytes.begin(), packet->bytes.end()};
+            if (arguments.json) {
+                printObject({{"ms", Number{time}},
+                             {"time", isoText(std::chrono::floor<std::chrono::milliseconds>(packet->time))},
+                             {"note", text}});
+            } else {
+                std::printf("%8s  --  %s\n", time.c_str(), printable(text).c_str());
+            }
+        } else {
+            print({time, packet->kind == CapturedKind::toModule ? "sent" : "received", packet->bytes,
+                   checked(packet->bytes)},
+                  names, arguments.json);
+        }
+    }
+    if (std::fflush(stdout) != 0 || std::ferror(stdout) != 0) error = "the output could not be written";
+    if (error.empty()) return success;
+    complain(file + ": " + error);
+    return begin ? noAnswer : badArguments;
 }
 
 }  // namespace itorvctl

@@ -1,11 +1,12 @@
 #include "Handset.h"
 
 #include <algorithm>
-#include <iterator>
 #include <utility>
 
+#include "Commands.h"
 #include "JSON/SBJsonWriter.h"
 #include "attributes/AVGearFormatter.h"
+#include "connection/CaptureWriter.h"
 #include "platform/Platform.h"
 #include "support/Hexadecimal.h"
 #include "support/TextNumbers.h"
@@ -26,6 +27,14 @@ Handset::Handset(const Arguments& arguments, Vehicle vehicle)
       m_vehicle(std::move(vehicle)),
       m_start(Platform::current().runLoop().now()),
       m_feeder(std::make_shared<iTorvFeeder>(arguments.common.connection)) {}
+
+bool Handset::capture(const std::filesystem::path& file, std::string& error) {
+    const auto writer = CaptureWriter::begin(file, &complain, error);
+    if (!writer) return false;
+    writer->setNames(attributeNames(m_vehicle));
+    m_feeder->driver().addMonitor(writer);
+    return true;
+}
 
 bool Handset::connect() {
     auto& loop = Platform::current().runLoop();
@@ -48,7 +57,7 @@ bool Handset::connect() {
 
 std::string Handset::whyNotConnected() const {
     const auto& driver = m_feeder->driver();
-    const auto place = driver.endpoint().host + ":" + std::to_string(driver.endpoint().port);
+    const auto place = textOfEndpoint(driver.endpoint());
     switch (driver.reach()) {
         case ByteStream::Reach::unreachable:
             return "there is no way to " + place + "; is the handset on the module's network?";
@@ -83,21 +92,8 @@ std::int64_t Handset::elapsed() const {
     return std::chrono::duration_cast<std::chrono::milliseconds>(time).count();
 }
 
-std::vector<TorvAttribute> Handset::attributes() const {
-    auto all = m_vehicle.sensors();
-    for (const auto& list : {m_vehicle.settings(), m_vehicle.tuningItems()}) {
-        std::copy(list.begin(), list.end(), std::back_inserter(all));
-    }
-    for (const auto* key : {"powerLevel", "currentGear", "torqueLock", "sootReg", "soxReg"}) {
-        if (!m_vehicle.info().document()["parameters"][key].dictionary()) continue;
-        all.push_back(m_vehicle.attributeForKey(key));
-        if (!all.back().name) all.back().name = key;
-    }
-    return all;
-}
-
 std::optional<TorvAttribute> Handset::attribute(AID aid) const {
-    const auto all = attributes();
+    const auto all = m_vehicle.attributes();
     const auto found =
         std::find_if(all.begin(), all.end(), [&](const TorvAttribute& a) { return a.aid == aid; });
     if (found == all.end()) return std::nullopt;

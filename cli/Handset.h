@@ -1,6 +1,7 @@
 #pragma once
 
 #include <chrono>
+#include <filesystem>
 #include <memory>
 #include <optional>
 #include <string>
@@ -23,6 +24,8 @@ public:
     /// Why `connect` gave up, in one sentence.
     [[nodiscard]] std::string whyNotConnected() const;
 
+    /// Before `connect`: keeps what goes over the link. False, with a sentence, when the file can't be made.
+    [[nodiscard]] bool capture(const std::filesystem::path& file, std::string& error);
     /// Starts the link and waits for a session. False when the time is over, the program is to end, or the
     /// module has closed the connection twice: each further attempt would take it from another handset.
     [[nodiscard]] bool connect();
@@ -34,8 +37,6 @@ public:
     /// Milliseconds since this handset was made. Any thread.
     [[nodiscard]] std::int64_t elapsed() const;
 
-    /// Every attribute of the profile, sensors first.
-    [[nodiscard]] std::vector<torv::TorvAttribute> attributes() const;
     [[nodiscard]] std::optional<torv::TorvAttribute> attribute(torv::AID aid) const;
 
 private:

@@ -18,12 +18,13 @@ struct Row {
     itorvctl::Command command;
     int (*run)(itorvctl::Handset&, const itorvctl::Arguments&);
 };
-constexpr std::array<Row, 8> rows{{
+constexpr std::array<Row, 9> rows{{
     {itorvctl::Command::watch, &itorvctl::watch},
     {itorvctl::Command::get, &itorvctl::get},
     {itorvctl::Command::set, &itorvctl::set},
     {itorvctl::Command::frames, &itorvctl::frames},
     {itorvctl::Command::record, &itorvctl::record},
+    {itorvctl::Command::check, &itorvctl::check},
     {itorvctl::Command::codes, &itorvctl::codes},
     {itorvctl::Command::settings, &itorvctl::settings},
     {itorvctl::Command::profiles, &itorvctl::profiles},
@@ -48,6 +49,8 @@ int main(int argc, char** argv) {
     if (arguments->command == itorvctl::Command::defaults) return itorvctl::defaults(*arguments);
     if (arguments->command == itorvctl::Command::exportRecording)
         return itorvctl::exportRecording(*arguments);
+    if (arguments->command == itorvctl::Command::frames && !arguments->words.empty())
+        return itorvctl::capturedFrames(*arguments);
     // Only now: the commands above turn no loop, and a signal may end them at any moment.
     const QuitSignals signals_{[&] { platform.runLoop().quit(); }};
     auto vehicle = arguments->common.profile.empty() ? std::optional{VehicleDataSource::currentVehicle()}
@@ -57,7 +60,12 @@ int main(int argc, char** argv) {
         return itorvctl::badArguments;
     }
     if (arguments->command == itorvctl::Command::warnings) return itorvctl::warnings(*vehicle, *arguments);
+    if (arguments->command == itorvctl::Command::names) return itorvctl::names(*vehicle, *arguments);
     itorvctl::Handset handset{*arguments, std::move(*vehicle)};
+    if (!arguments->common.capture.empty() && !handset.capture(arguments->common.capture, error)) {
+        itorvctl::complain(error);
+        return itorvctl::badArguments;
+    }
     for (const auto& [command, run] : rows) {
         if (command != arguments->command) continue;
         const int code = run(handset, *arguments);

@@ -17,6 +17,8 @@ public:
     [[nodiscard]] torv::NetworkInterfaces& networkInterfaces() override { std::abort(); }
     [[nodiscard]] torv::URLLoader& urlLoader() override { std::abort(); }
     [[nodiscard]] torv::Resources& resources() override { std::abort(); }
+    [[nodiscard]] torv::WirelessNetworks& wirelessNetworks() override { std::abort(); }
+    [[nodiscard]] torv::WarningTone& warningTone() override { std::abort(); }
     void setIdleTimerDisabled(bool) override {}
     [[nodiscard]] torv::MailComposer& mailComposer() override { std::abort(); }
     [[nodiscard]] torv::DocumentSaver& documentSaver() override { std::abort(); }

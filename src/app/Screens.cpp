@@ -3,6 +3,7 @@
 #include <vector>
 
 #include "app/MainMenuViewController.h"
+#include "connection/screens/ConnectionViewController.h"
 #include "datalog/screens/DataLogViewController.h"
 #include "diagnostics/screens/DtcViewController.h"
 #include "diagnostics/screens/GroupsViewController.h"
@@ -42,7 +43,19 @@ std::unique_ptr<Stage> Screens::stage(std::shared_ptr<iTorvViewController> page,
     m_control->recorder().setChanged([control = m_control.get(), shown = QPointer{stage.get()}] {
         if (shown) shown->setMark(QStringLiteral("Recording"), control->recorder().isRecording());
     });
+    stage->setStatusTouched([screens = *this, shown = QPointer{stage.get()}] {
+        if (shown) screens.presentConnection(*shown);
+    });
     return stage;
+}
+
+void Screens::presentConnection(Stage& stage) const {
+    const auto* const stack = qobject_cast<NavigationController*>(stage.top());
+    if (stack && qobject_cast<ConnectionViewController*>(stack->topViewController())) return;
+    stage.top()->presentModalViewControllerAnimated(
+        std::make_shared<NavigationController>(
+            std::make_shared<ConnectionViewController>(m_control, *stage.display())),
+        true);
 }
 
 std::shared_ptr<ViewController> Screens::carSetup() const {

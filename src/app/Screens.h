@@ -20,6 +20,8 @@ public:
                                                LinkStatus* status) const;
     [[nodiscard]] std::shared_ptr<ViewController> mainMenu() const;
     [[nodiscard]] std::shared_ptr<ViewController> carSetup() const;
+    /// Over what the stage shows; nothing where it shows that already.
+    void presentConnection(Stage& stage) const;
     /// Over all, for the file that the program was launched with; nothing without one.
     void presentImport(ViewController& page) const;
 

@@ -23,6 +23,7 @@
 #include "control/iTorvAppDelegate.h"
 #include "options/CommonOptions.h"
 #include "platform/Log.h"
+#include "platform/real/DesktopFileChooser.h"
 #include "platform/real/LoopbackOnly.h"
 #include "platform/real/MemoryPressure.h"
 #include "platform/real/OnScreenKeyboard.h"
@@ -54,6 +55,7 @@ struct Options {
     bool software = false;
     bool logTimes = false;
     bool newInstance = false;
+    bool openProfile = false;
     std::optional<Demo::Kind> demo;
 };
 
@@ -112,6 +114,7 @@ std::optional<std::string> readArguments(const QCoreApplication& application, Op
          "Show a drive of a truck that is not there; nothing of it is kept. With faults, the link is "
          "lost now and then.",
          "drive|faults"},
+        {"open-profile", "Let the user choose the tuning profile document to import."},
         {"log-times", "Log how long the first frame and the first value took."},
     });
     auto arguments = application.arguments();
@@ -135,6 +138,8 @@ std::optional<std::string> readArguments(const QCoreApplication& application, Op
     options.logTimes = parser.isSet("log-times");
     options.fullScreen = parser.isSet("full-screen");
     options.newInstance = parser.isSet("new-instance");
+    options.openProfile = parser.isSet("open-profile");
+    if (options.openProfile && options.url) return "--open-profile asks for the file, and takes none";
     if (parser.isSet("demo")) {
         options.demo = Demo::kindFromText(parser.value("demo"));
         if (!options.demo) return "--demo takes nothing, or faults";
@@ -170,6 +175,16 @@ void takeScreenshotLater(RunLoop& loop, QQuickWindow& window, const Options& opt
         if (!saved) std::fprintf(stderr, "itorv: the picture could not be saved as %s\n", qPrintable(file));
         loop.quit(saved ? 0 : screenshotFailed);
     });
+}
+
+const auto captureMark = QStringLiteral("Capture");
+
+void tellOfCapture(const std::string& why, const std::shared_ptr<iTorvViewController>& page, Stage* stage) {
+    logLine(why);
+    if (!page || !stage) return;
+    stage->setMark(captureMark, false);
+    page->showAlert(
+        std::make_shared<AlertView>("Capture ended", QString::fromStdString(why), QStringList{"OK"}));
 }
 
 /// A second start wants to import a file. In the middle of a pass that is the user's choice.
@@ -210,6 +225,12 @@ int main(int argc, char** argv) {
         return refuse("the window can't be served by VNC on the loopback interface; is the port taken?");
     }
     startSystemLog("itorv", LogTerminal::yes);
+    if (options.openProfile) {
+        const auto chosen = DesktopFileChooser::choose(QStringLiteral("Open a tuning profile"));
+        if (!chosen.error.empty()) return refuse(chosen.error);
+        if (!chosen.file) return 0;
+        options.url = QUrl::fromLocalFile(*chosen.file).toString().toStdString();
+    }
     std::unique_ptr<Demo> demo;
     if (options.demo) {
         demo = std::make_unique<Demo>(*options.demo);
@@ -250,14 +271,24 @@ int main(int argc, char** argv) {
     std::shared_ptr<iTorvViewController> firstPage;
     std::unique_ptr<Stage> stage;
     std::unique_ptr<MainWindow> mainWindow;
+    std::shared_ptr<CaptureWriter> capture;
+    if (!options.common.capture.empty()) {
+        std::string error;
+        capture = CaptureWriter::begin(
+            options.common.capture,
+            [&](const std::string& why) { tellOfCapture(why, firstPage, stage.get()); }, error);
+        if (!capture) return refuse(error);
+    }
     control->applicationDidFinishLaunchingWithOptions(
-        {.connection = options.common.connection, .url = options.url}, [&](const auto& whenShown) {
+        {.connection = options.common.connection, .url = options.url, .capture = capture},
+        [&](const auto& whenShown) {
             status = std::make_unique<ConnectionStatus>(control->feeder());
             mainWindow = std::make_unique<MainWindow>();
             mainWindow->whenPainted([&, whenShown] {
                 firstPage = Screens{control}.firstPage();
                 stage = Screens{control}.stage(firstPage, status.get());
                 if (demo) stage->setMark(QStringLiteral("Demo"), true);
+                if (capture) stage->setMark(captureMark, true);
                 mainWindow->show(*stage);
                 whenShown();
                 Screens{control}.presentImport(*firstPage);

@@ -30,6 +30,13 @@ void iTorvAppDelegate::applicationDidFinishLaunchingWithOptions(const LaunchOpti
     m_currentVehicle = VehicleDataSource::currentVehicle();
     m_connectionErrorMessageAllowed = true;
     m_feeder = std::make_shared<iTorvFeeder>(options.connection);
+    m_statistics = std::make_shared<LinkStatistics>(Platform::current().runLoop());
+    m_feeder->driver().addMonitor(m_statistics);
+    m_capture = options.capture;
+    if (m_capture) {
+        m_capture->setNames(attributeNames(m_currentVehicle));
+        m_feeder->driver().addMonitor(m_capture);
+    }
     m_ager = std::make_unique<ValueAger>(m_feeder);
     m_recorder = std::make_unique<Recorder>(m_feeder);
     m_feeder->setFeeding(true);
@@ -68,6 +75,12 @@ void iTorvAppDelegate::applicationWillTerminate() {
 
 void iTorvAppDelegate::applicationDidReceiveMemoryWarning() {
     if (m_dataLoggingDict) *m_dataLoggingDict = {};
+}
+
+void iTorvAppDelegate::warningBegan(AID aid) {
+    auto& platform = Platform::current();
+    if (m_alarm.began(aid, platform.runLoop().now()) && defaults().objectForKey(warningSoundKey).boolValue())
+        platform.warningTone().play();
 }
 
 void iTorvAppDelegate::recordSample(AID aid, float value) {
@@ -209,6 +222,7 @@ std::optional<std::string> iTorvAppDelegate::beginRecording() {
 void iTorvAppDelegate::setCurrentVehicle(const Vehicle& vehicle) {
     const bool isSame = vehicle.isEqual(m_currentVehicle) && vehicle.version() == m_currentVehicle.version();
     m_currentVehicle = vehicle;
+    if (m_capture) m_capture->setNames(attributeNames(vehicle));
     if (m_recorder->isRecording() && !isSame)
         m_recorder->beginAnew(newRecordingFile(), vehicle, dateText(wallNow()));
     m_feeder->setFeeding(false);

@@ -9,6 +9,9 @@
 #include <utility>
 #include <vector>
 
+#include "connection/CaptureWriter.h"
+#include "connection/LinkStatistics.h"
+#include "control/WarningAlarm.h"
 #include "control/iTorvAppDelegateDelegate.h"
 #include "datalog/DataLog.h"
 #include "datalog/Recorder.h"
@@ -30,7 +33,8 @@ class iTorvAppDelegate final : public iTorvReader,
 public:
     struct LaunchOptions {
         ConnectionOptions connection;
-        std::optional<std::string> url;  ///< "file:..." names a tuning profile to import
+        std::optional<std::string> url;            ///< "file:..." names a tuning profile to import
+        std::shared_ptr<CaptureWriter> capture{};  ///< keeps what goes over the link; null for none
     };
 
     /// Makes the first page and the window, now or soon, and calls back once they are there.
@@ -60,6 +64,8 @@ public:
     /// Set by each connect, cleared by a reported failure alone: a lost session is told to nobody.
     [[nodiscard]] bool connected() const { return m_connected; }
     [[nodiscard]] const std::shared_ptr<iTorvFeeder>& feeder() const { return m_feeder; }
+    /// Of the link, from the launch on.
+    [[nodiscard]] const LinkStatistics& statistics() const { return *m_statistics; }
     /// A pass over the link is under way for as long as somebody holds this.
     [[nodiscard]] std::shared_ptr<void> beginPass();
     [[nodiscard]] bool isPassUnderWay() const { return !m_pass.expired(); }
@@ -82,6 +88,9 @@ public:
     [[nodiscard]] const std::shared_ptr<AlertView>& disconnectedWarning() const {
         return m_disconnectedWarning;
     }
+    /// Of a sensor whose value is shown. The first word of a warning may be heard.
+    void warningBegan(AID aid);
+    void warningEnded(AID aid) { m_alarm.ended(aid); }
     /// Into the data log, which is made by its first sample.
     void recordSample(AID aid, float value);
     [[nodiscard]] std::optional<DataLog>& dataLoggingDict() { return m_dataLoggingDict; }
@@ -117,7 +126,10 @@ private:
 
     bool m_connected = false;
     std::shared_ptr<iTorvFeeder> m_feeder;
+    std::shared_ptr<LinkStatistics> m_statistics;
+    std::shared_ptr<CaptureWriter> m_capture;
     std::unique_ptr<ValueAger> m_ager;
+    WarningAlarm m_alarm;
     std::unique_ptr<Recorder> m_recorder;
     std::weak_ptr<void> m_pass;
     const std::shared_ptr<std::atomic<bool>> m_ending = std::make_shared<std::atomic<bool>>(false);

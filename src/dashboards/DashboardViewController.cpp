@@ -355,6 +355,7 @@ void DashboardViewController::dimOldWarning() {
 }
 
 void DashboardViewController::indicatorViewDidReceiveWarning(IndicatorView& indicator) {
+    m_application->warningBegan(indicator.tag());
     if (m_aidCounting.contains(indicator.tag())) return;  // its gauge shows the warning
     if (std::find(m_warningAIDs.begin(), m_warningAIDs.end(), indicator.tag()) == m_warningAIDs.end())
         m_warningAIDs.push_back(indicator.tag());
@@ -362,6 +363,7 @@ void DashboardViewController::indicatorViewDidReceiveWarning(IndicatorView& indi
 }
 
 void DashboardViewController::indicatorViewDidRemoveWarning(IndicatorView& indicator) {
+    m_application->warningEnded(indicator.tag());
     std::erase(m_warningAIDs, indicator.tag());
     if (m_warningAIDs.empty()) return setWarning(false);
     dimOldWarning();

@@ -13,6 +13,8 @@ void CommonOptions::addTo(QCommandLineParser& parser, const QString& profileHelp
          "en0"},
         {"profile", profileHelp, "FILE"},
         {"update-server", "Where vehicle profiles are updated from.", "URL"},
+        {"capture", "Keep what goes over the link in a new file, for \"itorvctl frames\" or Wireshark.",
+         "FILE"},
     });
 }
 
@@ -22,6 +24,7 @@ std::optional<std::string> CommonOptions::read(const QCommandLineParser& parser,
     if (parser.isSet("interface") && ::if_nametoindex(connection.interface.c_str()) == 0)
         return "there is no network interface \"" + connection.interface + "\"";
     profile = parser.value("profile").toStdString();
+    capture = parser.value("capture").toStdString();
     if (parser.isSet("module")) {
         connection.module = endpointFromText(parser.value("module").toStdString());
         if (!connection.module)

@@ -10,10 +10,12 @@
 
 namespace torv {
 
-/// What `itorv` and `itorvctl` take alike: --module, --interface, --profile and --update-server. Main thread.
+/// What `itorv` and `itorvctl` take alike: --module, --interface, --profile, --update-server and --capture.
+/// Main thread.
 struct CommonOptions {
     ConnectionOptions connection;
     std::filesystem::path profile;  ///< empty where none was named
+    std::filesystem::path capture;  ///< likewise
 
     static void addTo(QCommandLineParser& parser, const QString& profileHelp);
     /// Why the parsed arguments are not in order; nothing when they are. Sets the update server, if it is an

@@ -15,6 +15,14 @@ public:
         std::string ipv4;  ///< dotted
     };
 
+    /// The way that packets to an address take.
+    struct Route {
+        std::string interface;
+        std::string gateway;  ///< dotted; empty where the address is in the interface's own network
+
+        friend bool operator==(const Route&, const Route&) = default;
+    };
+
     NetworkInterfaces() = default;
     NetworkInterfaces(const NetworkInterfaces&) = delete;
     NetworkInterfaces& operator=(const NetworkInterfaces&) = delete;
@@ -25,6 +33,8 @@ public:
     /// The flags of the way to the internet (0.0.0.0), as `Reachability` reads them; nothing when the
     /// system doesn't tell. Sends nothing.
     [[nodiscard]] virtual std::optional<std::uint32_t> reachabilityFlags() const = 0;
+    /// Nothing when there is none, or the system doesn't tell. "0.0.0.0" asks for the default route.
+    [[nodiscard]] virtual std::optional<Route> routeTo(const std::string& ipv4) const = 0;
 };
 
 }  // namespace torv

@@ -12,6 +12,8 @@
 #include "platform/RunLoop.h"
 #include "platform/URLLoader.h"
 #include "platform/UserDefaults.h"
+#include "platform/WarningTone.h"
+#include "platform/WirelessNetworks.h"
 #include "platform/WorkQueue.h"
 
 namespace torv {
@@ -38,6 +40,8 @@ public:
     [[nodiscard]] virtual Resources& resources() = 0;
     [[nodiscard]] virtual MailComposer& mailComposer() = 0;
     [[nodiscard]] virtual DocumentSaver& documentSaver() = 0;
+    [[nodiscard]] virtual WirelessNetworks& wirelessNetworks() = 0;
+    [[nodiscard]] virtual WarningTone& warningTone() = 0;
     /// `name` is what the system shows for the thread, 15 characters at the most.
     [[nodiscard]] virtual std::unique_ptr<WorkQueue> makeWorkQueue(const std::string& name) = 0;
     /// Whether the screen stays on though nobody touches it. Main thread.

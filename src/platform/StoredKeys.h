@@ -15,6 +15,10 @@ inline constexpr std::string_view activeProfileKey = "savedprofile";     // name
 inline constexpr std::string_view damagedListKey =
     "DAMAGED_PROFILE_LIST";  // path of the list of tuning profiles that ended an earlier process
 
+inline constexpr std::string_view brightnessKey = "DISPLAY_BRIGHTNESS";  // 0 full, 1 dim, 2 night
+inline constexpr std::string_view contrastKey = "DISPLAY_CONTRAST";      // whether it is high
+inline constexpr std::string_view warningSoundKey = "WARNING_SOUND";     // whether warnings are heard
+
 // Behind these stands the name of a vehicle.
 inline constexpr std::string_view settingsKeyPrefix = "SETTINGS_";  // profile dictionary of device settings
 inline constexpr std::string_view sensorsKeyPrefix = "SENSORS_";    // warning rule and value by sensor name

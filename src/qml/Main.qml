@@ -23,6 +23,12 @@ Window {
 
     onStageChanged: content.show()
 
+    Binding {
+        target: Theme
+        property: "contrast"
+        value: window.stage ? window.stage.display.contrast : false
+    }
+
     // Turned by a quarter where an upright window shows a landscape screen; touches turn with it.
     Item {
         id: room
@@ -32,6 +38,12 @@ Window {
         width: window.turn === 0 ? window.width : window.height
         height: window.turn === 0 ? window.height : window.width
         rotation: window.turn
+
+        // What no screen, field or list has use for.
+        Keys.onPressed: event => {
+            event.accepted = event.key === Qt.Key_N && event.modifiers === Qt.NoModifier && window.stage !== null;
+            if (event.accepted && !event.isAutoRepeat) window.stage.touchBrightness();
+        }
 
         Loader {
             id: content
@@ -120,5 +132,13 @@ Window {
             parameters: alert => ({ "alert": alert, "u": Qt.binding(() => window.u) })
             onGone: content.forceActiveFocus()
         }
+    }
+
+    // Takes light away from all of it, so that the instrument does not blind at night.
+    Rectangle {
+        anchors.fill: parent
+        visible: opacity > 0
+        color: "black"
+        opacity: window.stage ? window.stage.display.shade : 0
     }
 }

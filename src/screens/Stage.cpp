@@ -4,6 +4,7 @@
 
 #include "screens/NavigationController.h"
 #include "screens/Ownership.h"
+#include "screens/Touch.h"
 
 namespace torv {
 namespace {
@@ -30,6 +31,7 @@ Stage::Stage(std::shared_ptr<ViewController> root, LinkStatus* status)
     : m_root(std::move(root)), m_status(status), m_top(m_root.get()) {
     keepOwnership(*this);
     if (m_status) keepOwnership(*m_status);
+    keepOwnership(m_display);
     connect(m_root.get(), &ViewController::presentationChanged, this, &Stage::look);
     m_root->loadViewIfNeeded();
     m_root->viewWillAppear();
@@ -72,6 +74,16 @@ void Stage::setViewSize(QSizeF size) {
     if (viewSize() == size) return;
     m_root->setViewSize(size);
     emit viewSizeChanged();
+}
+
+void Stage::touchStatus() {
+    queueTouch(this, [](Stage& stage) {
+        if (stage.m_statusTouched) stage.m_statusTouched();
+    });
+}
+
+void Stage::touchBrightness() {
+    queueTouch(this, [](Stage& stage) { stage.m_display.nextBrightness(); });
 }
 
 void Stage::setMark(const QString& word, bool shown) {

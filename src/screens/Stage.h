@@ -4,8 +4,12 @@
 #include <QPointer>
 #include <QStringList>
 #include <QtQmlIntegration>
+#include <functional>
 #include <memory>
+#include <utility>
 
+#include "platform/Platform.h"
+#include "screens/DisplayChoices.h"
 #include "screens/LinkStatus.h"
 #include "screens/ViewController.h"
 
@@ -20,6 +24,7 @@ class Stage final : public QObject {
     Q_PROPERTY(torv::ViewController* top READ top NOTIFY topChanged)
     Q_PROPERTY(QSizeF viewSize READ viewSize WRITE setViewSize NOTIFY viewSizeChanged)
     Q_PROPERTY(torv::LinkStatus* status READ status CONSTANT)
+    Q_PROPERTY(torv::DisplayChoices* display READ display CONSTANT)
     Q_PROPERTY(bool portrait READ portrait NOTIFY portraitChanged)
     Q_PROPERTY(torv::AlertView* alert READ alert NOTIFY alertChanged)
     Q_PROPERTY(torv::ProgressHUD* progress READ progress NOTIFY progressChanged)
@@ -36,6 +41,9 @@ public:
     [[nodiscard]] QSizeF viewSize() const { return m_root->viewSize(); }
     void setViewSize(QSizeF size);
     [[nodiscard]] LinkStatus* status() const { return m_status; }
+    [[nodiscard]] DisplayChoices* display() { return &m_display; }
+    /// What a touch on the state of the link does.
+    void setStatusTouched(std::function<void()> action) { m_statusTouched = std::move(action); }
     /// The screen that is shown wants to stand upright.
     [[nodiscard]] bool portrait() const { return m_portrait; }
     /// Null when there is none.
@@ -44,6 +52,10 @@ public:
     /// Words that stand in a corner of every screen, while what they say lasts.
     [[nodiscard]] QStringList marks() const { return m_marks; }
     void setMark(const QString& word, bool shown);
+
+    // From the look.
+    Q_INVOKABLE void touchStatus();
+    Q_INVOKABLE void touchBrightness();
 
 signals:
     void topChanged();
@@ -58,6 +70,8 @@ private:
 
     const std::shared_ptr<ViewController> m_root;
     LinkStatus* m_status;
+    DisplayChoices m_display{defaults()};
+    std::function<void()> m_statusTouched;
     ViewController* m_top = nullptr;
     AlertView* m_alert = nullptr;
     ProgressHUD* m_progress = nullptr;

@@ -34,4 +34,8 @@ std::optional<Endpoint> endpointFromText(std::string_view text) {
     return endpoint;
 }
 
+std::string textOfEndpoint(const Endpoint& endpoint) {
+    return endpoint.host + ':' + std::to_string(endpoint.port);
+}
+
 }  // namespace torv

@@ -16,5 +16,7 @@ struct ConnectionOptions {
 
 /// "HOST:PORT" with a dotted address or "localhost", and a port from 1 to 65535; nothing otherwise.
 [[nodiscard]] std::optional<Endpoint> endpointFromText(std::string_view text);
+/// "HOST:PORT".
+[[nodiscard]] std::string textOfEndpoint(const Endpoint& endpoint);
 
 }  // namespace torv

@@ -87,6 +87,8 @@ std::string ZephrelaneDriver::getIPAddress() const {
 void ZephrelaneDriver::openSockets() {
     const bool selfAssigned = getIPAddress().starts_with("169");
     m_endpoint = m_options.module.value_or(Endpoint{selfAssigned ? "169.254.1.1" : "1.2.3.4", modulePort});
+    m_hadSession = false;
+    tell(&LinkMonitor::attempted, m_endpoint);
     m_stream = m_platform.streams().streamToHost(m_endpoint);
     if (m_stream) m_stream->setClient([this](ByteStream::Event event) { streamEvent(event); });
     const bool opened = m_stream && m_stream->open();
@@ -98,6 +100,7 @@ void ZephrelaneDriver::closeSockets() {
     if (!m_stream) return;
     m_lastReach = m_stream->reach();
     std::exchange(m_stream, nullptr)->close();
+    tell(&LinkMonitor::connectionEnded, m_endpoint, m_lastReach, m_hadSession);
 }
 
 ByteStream::Reach ZephrelaneDriver::reach() const {
@@ -121,7 +124,9 @@ void ZephrelaneDriver::dataAvailable() {
     m_readingQueue->post([this, stream = m_stream] { readData(*stream); });
     if (!cameUp) return;
     m_connected = true;
+    m_hadSession = true;
     ++m_sessionCount;
+    tell(&LinkMonitor::sessionCameUp);
     connectionEstablished();
 }
 
@@ -146,8 +151,8 @@ void ZephrelaneDriver::readData(ByteStream& stream) {
     if (count > 0) {
         x2comPushChunk(chunk.data(), static_cast<std::uint8_t>(count));
         const auto result = handleMessage();
-        if (m_monitor)
-            m_monitor->chunkReceived(std::span{chunk}.first(static_cast<std::size_t>(count)), result);
+        tell(&LinkMonitor::chunkReceived,
+             std::span<const std::uint8_t>{chunk}.first(static_cast<std::size_t>(count)), result);
     }
     stream.rearm();
 }
@@ -232,6 +237,7 @@ bool ZephrelaneDriver::runExchange(RequestExchange request, std::int32_t aid, st
         const std::scoped_lock lock{m_exchangeMutex};
         return request(aids);
     };
+    const auto begun = loop.now();
     done = timedOut = false;
     while (!accepted()) {
         if (!loop.runOnce()) break;
@@ -242,7 +248,10 @@ bool ZephrelaneDriver::runExchange(RequestExchange request, std::int32_t aid, st
         if (done || timedOut) break;
         if (!loop.runOnce()) break;
     }
-    return done;
+    const bool answered = done;
+    tell(&LinkMonitor::exchangeEnded,
+         LinkMonitor::Exchange{&done == &m_writeDone, aid, loop.now() - begun, answered});
+    return answered;
 }
 
 AV ZephrelaneDriver::readValueForAID(std::int32_t aid) const {
@@ -265,7 +274,7 @@ void ZephrelaneDriver::transmit() {
     auto* const outer = std::exchange(m_transmitLock, &lock);
     m_sent.clear();
     const auto result = x2comTransmit();
-    if (m_monitor && !m_sent.empty()) m_monitor->frameSent(m_sent, result);
+    if (!m_sent.empty()) tell(&LinkMonitor::frameSent, std::span<const std::uint8_t>{m_sent}, result);
     m_transmitLock = outer;
 }
 

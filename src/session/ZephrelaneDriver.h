@@ -17,6 +17,7 @@
 #include "session/ArrivalTimes.h"
 #include "session/ConnectionOptions.h"
 #include "session/Heartbeat.h"
+#include "session/LinkMonitor.h"
 #include "session/ReconnectChain.h"
 #include "session/ZephrelaneDriverDelegate.h"
 
@@ -89,6 +90,7 @@ public:
     /// Where the module was last looked for. Main thread.
     [[nodiscard]] const Endpoint& endpoint() const { return m_endpoint; }
 
+    [[nodiscard]] const ConnectionOptions& options() const { return m_options; }
     /// The dotted address of the interface that decides, or "error".
     [[nodiscard]] std::string getIPAddress() const;
     void openSockets();
@@ -102,20 +104,8 @@ public:
     /// Reconnects left before failures are reported.
     [[nodiscard]] std::int32_t counter() const { return m_chain.credit(); }
 
-    /// For whoever wants to see the link itself: every frame sent, and every chunk received with the
-    /// engine's result for the chunk before it. Set before `start`.
-    class Monitor {
-    public:
-        Monitor() = default;
-        Monitor(const Monitor&) = delete;
-        Monitor& operator=(const Monitor&) = delete;
-        virtual ~Monitor() = default;
-        /// Main thread, under the exchange lock.
-        virtual void frameSent(std::span<const std::uint8_t> frame, x2comTxResult result) = 0;
-        /// Reading thread, no lock held.
-        virtual void chunkReceived(std::span<const std::uint8_t> chunk, x2comResult resultOfTheOneBefore) = 0;
-    };
-    void setMonitor(std::shared_ptr<Monitor> monitor) { m_monitor = std::move(monitor); }
+    /// Before `start`.
+    void addMonitor(std::shared_ptr<LinkMonitor> monitor) { m_monitors.push_back(std::move(monitor)); }
 
     // x2comSink, called by the engine within `transmit`.
     void sendBytes(std::span<const std::uint8_t> frame) override;
@@ -132,6 +122,11 @@ private:
     bool runExchange(RequestExchange request, std::int32_t aid, std::atomic<bool>& done,
                      std::atomic<bool>& timedOut);
     void transmit();
+    template <class... Parameters, class... Words>
+    void tell(void (LinkMonitor::*word)(Parameters...), const Words&... words) const {
+        for (const auto& monitor : m_monitors)
+            (monitor.get()->*word)(words...);
+    }
 
     void startX2comRespTimer();
     void stopX2comRespTimer();
@@ -143,12 +138,13 @@ private:
     Platform& m_platform;
     const ConnectionOptions m_options;
     ZephrelaneDriverDelegate* m_delegate = nullptr;
-    std::shared_ptr<Monitor> m_monitor;
+    std::vector<std::shared_ptr<LinkMonitor>> m_monitors;
     std::vector<std::uint8_t> m_sent;  // by the running `transmit`; main thread
 
     ArrivalTimes m_arrivals;
     std::uint64_t m_sessionCount = 0;
     std::shared_ptr<ByteStream> m_stream;  // null while closed
+    bool m_hadSession = false;             // this stream
     Endpoint m_endpoint;
     ByteStream::Reach m_lastReach = ByteStream::Reach::noAnswer;  // of the attempt before this one
     ReconnectChain m_chain;

@@ -35,7 +35,8 @@ void ProfileValues::remove(const std::string& name) {
 
 bool isSystemKey(const std::string& name) {
     constexpr std::array whole{currentVehicleKey, vehiclesKey,      firstRunKey,    stockTireSizeKey,
-                               turboSettingKey,   activeProfileKey, damagedListKey, defaultProfileName};
+                               turboSettingKey,   activeProfileKey, damagedListKey, defaultProfileName,
+                               brightnessKey,     contrastKey,      warningSoundKey};
     constexpr std::array prefixes{settingsKeyPrefix, sensorsKeyPrefix, untakenKeyPrefix,
                                   originalSettingsKeyPrefix, asFoundKeyPrefix};
     return std::ranges::find(whole, std::string_view{name}) != whole.end() ||

@@ -88,6 +88,18 @@ std::vector<TorvAttribute> Vehicle::tuningItems() const {
     return items;
 }
 
+std::vector<TorvAttribute> Vehicle::attributes() const {
+    auto all = sensors();
+    for (const auto& list : {settings(), tuningItems()})
+        all.insert(all.end(), list.begin(), list.end());
+    for (const auto* key : {"powerLevel", "currentGear", "torqueLock", "sootReg", "soxReg"}) {
+        if (!parameter(key).dictionary()) continue;
+        all.push_back(attributeForKey(key));
+        if (!all.back().name) all.back().name = key;
+    }
+    return all;
+}
+
 bool Vehicle::hasAID(AID aid) const {
     const auto found = sensors();
     return std::any_of(found.begin(), found.end(),

@@ -64,6 +64,8 @@ public:
     [[nodiscard]] TorvAttribute torqueLockAttribute() const { return attributeForKey("torqueLock"); }
     [[nodiscard]] TorvAttribute sootAttribute() const { return attributeForKey("sootReg"); }
     [[nodiscard]] TorvAttribute soxAttribute() const { return attributeForKey("soxReg"); }
+    /// All of these, sensors first. What bears no name in the profile is called by its key.
+    [[nodiscard]] std::vector<TorvAttribute> attributes() const;
     /// Looks among the sensors only.
     [[nodiscard]] bool hasAID(AID aid) const;
 

@@ -15,6 +15,7 @@
 #include "fakes/FreshEngine.h"
 #include "fakes/PlayedModule.h"
 #include "platform/NotificationNames.h"
+#include "platform/StoredKeys.h"
 #include "vehicles/VehicleDataSource.h"
 
 namespace {
@@ -239,6 +240,25 @@ TEST_F(AppDelegateTest, AFileURLIsKeptForTheImport) {
         launch(truck("Truck", {}), other);
         EXPECT_FALSE(app->importVehicleInfo()) << other;
         EXPECT_TRUE(pageMade);
+    }
+}
+
+TEST_F(AppDelegateTest, AWarningIsHeardWithItsFirstValueAndNotAgainWithinTenSeconds) {
+    const struct {
+        AID aid;
+        bool warning;
+        std::chrono::milliseconds later;
+        int played;
+    } values[] = {
+        {78, true, 0ms, 0},                                             // not asked for
+        {7, true, 10s, 1},    {7, true, 1s, 1},  {8, true, 8999ms, 1},  // too soon, and not made up for
+        {8, true, 20s, 1},    {7, false, 0s, 1}, {7, true, 0s, 2},     {8, false, 0s, 2},
+        {8, true, 9999ms, 2}, {8, false, 0s, 2}, {8, true, 1ms, 3}};
+    for (const auto& [aid, warning, later, played] : values) {
+        platform.loop.runFor(later);
+        warning ? app->warningBegan(aid) : app->warningEnded(aid);
+        EXPECT_EQ(platform.tone.played, played) << aid;
+        platform.defaults.setObjectForKey(true, warningSoundKey);
     }
 }
 

@@ -94,6 +94,8 @@ public:
     [[nodiscard]] torv::Resources& resources() override { return m_resources; }
     [[nodiscard]] torv::MailComposer& mailComposer() override { return mail; }
     [[nodiscard]] torv::DocumentSaver& documentSaver() override { return files; }
+    [[nodiscard]] torv::WirelessNetworks& wirelessNetworks() override { return wireless; }
+    [[nodiscard]] torv::WarningTone& warningTone() override { return tone; }
     [[nodiscard]] std::unique_ptr<torv::WorkQueue> makeWorkQueue(const std::string&) override {
         return std::make_unique<LoopWorkQueue>(loop);
     }
@@ -106,7 +108,12 @@ public:
     struct Network final : torv::NetworkInterfaces {
         [[nodiscard]] std::optional<std::vector<Address>> addresses() const override { return list; }
         [[nodiscard]] std::optional<std::uint32_t> reachabilityFlags() const override { return flags; }
+        [[nodiscard]] std::optional<Route> routeTo(const std::string& ipv4) const override {
+            const auto found = routes.find(ipv4);
+            return found == routes.end() ? std::nullopt : std::optional{found->second};
+        }
 
+        std::map<std::string, Route> routes;
         std::optional<std::vector<Address>> list = std::vector<Address>{};
         std::optional<std::uint32_t> flags = 0;
     };
@@ -133,12 +140,28 @@ public:
         std::vector<torv::Document> documents;
     };
 
+    struct Wireless final : torv::WirelessNetworks {
+        void ask(const std::string&, Told told) override { told(network); }
+        [[nodiscard]] bool canOpenSettings() const override { return hasSettings; }
+        [[nodiscard]] bool openSettings() override { return ++opened > 0; }
+
+        std::optional<Network> network;
+        bool hasSettings = false;
+        int opened = 0;
+    };
+    struct Tone final : torv::WarningTone {
+        void play() override { ++played; }
+        int played = 0;
+    };
+
     VirtualRunLoop loop;
     MemoryUserDefaults defaults;
     Network network;
     QueuedURLLoader loader;
     Mailbox mail;
     Files files;
+    Wireless wireless;
+    Tone tone;
     std::vector<std::string> log;
     std::vector<std::shared_ptr<ScriptedStream>> opened;
     bool streamsOpen = true;

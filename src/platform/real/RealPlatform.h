@@ -4,9 +4,11 @@
 #include <utility>
 
 #include "platform/Platform.h"
+#include "platform/real/CanberraTone.h"
 #include "platform/real/CurlURLLoader.h"
 #include "platform/real/DesktopDocumentSaver.h"
 #include "platform/real/DesktopMailComposer.h"
+#include "platform/real/DesktopWirelessNetworks.h"
 #include "platform/real/IdleInhibitor.h"
 #include "platform/real/PosixByteStream.h"
 #include "platform/real/QtRunLoop.h"
@@ -33,6 +35,8 @@ public:
     [[nodiscard]] Resources& resources() override { return m_resources; }
     [[nodiscard]] MailComposer& mailComposer() override { return m_mail; }
     [[nodiscard]] DocumentSaver& documentSaver() override { return m_saver; }
+    [[nodiscard]] WirelessNetworks& wirelessNetworks() override { return m_wireless; }
+    [[nodiscard]] WarningTone& warningTone() override { return m_tone; }
     [[nodiscard]] std::unique_ptr<WorkQueue> makeWorkQueue(const std::string& name) override {
         return std::make_unique<ThreadWorkQueue>(name);
     }
@@ -57,6 +61,8 @@ private:
     CurlURLLoader m_loader;
     DesktopMailComposer m_mail;
     DesktopDocumentSaver m_saver;
+    DesktopWirelessNetworks m_wireless;
+    CanberraTone m_tone;
     QtRunLoop m_loop;  // goes before the members above, which the owners of its timers still use
     Streams m_streams;
 };

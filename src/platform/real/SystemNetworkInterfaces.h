@@ -9,6 +9,7 @@ class SystemNetworkInterfaces final : public NetworkInterfaces {
 public:
     [[nodiscard]] std::optional<std::vector<Address>> addresses() const override;
     [[nodiscard]] std::optional<std::uint32_t> reachabilityFlags() const override;
+    [[nodiscard]] std::optional<Route> routeTo(const std::string& ipv4) const override;
 };
 
 }  // namespace torv

@@ -28,7 +28,7 @@ Item {
 
     Picture {
         frame: Qt.rect(0, 0, page.width, page.height)
-        name: page.screen.background
+        name: Theme.contrast ? "" : page.screen.background
     }
 
     Item {

@@ -8,7 +8,13 @@ Row {
     required property LinkStatus status
     property real u: 1
 
+    signal touched
+
     spacing: 6 * u
+    Accessible.role: Accessible.Button
+    Accessible.name: status.text
+    Accessible.description: "What is known of the connection"
+    Accessible.onPressAction: touched()
 
     Rectangle {
         anchors.verticalCenter: parent.verticalCenter
@@ -26,5 +32,11 @@ Row {
         text: indicator.status.text
         color: Theme.faint
         font.pixelSize: Math.max(Math.round(11 * indicator.u), 1)
+    }
+
+    TapHandler {
+        margin: 16 * indicator.u  // as high as a finger needs
+        gesturePolicy: TapHandler.ReleaseWithinBounds
+        onTapped: indicator.touched()
     }
 }

@@ -82,6 +82,7 @@ FocusScope {
             anchors.verticalCenter: parent.verticalCenter
             u: whole.u
             status: whole.stage.status
+            onTouched: whole.stage.touchStatus()
         }
 
         Row {

@@ -13,7 +13,7 @@ FocusScope {
 
     Picture {
         frame: Qt.rect(0, 0, table.width, table.height)
-        name: table.screen.background
+        name: Theme.contrast ? "" : table.screen.background
     }
 
     SearchField {
