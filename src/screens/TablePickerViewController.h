@@ -8,6 +8,7 @@ namespace torv {
 
 class TablePickerViewController;
 
+/// Hears of a choice. Main thread.
 class TablePickerViewControllerDelegate {
 public:
     TablePickerViewControllerDelegate() = default;

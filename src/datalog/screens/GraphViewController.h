@@ -36,7 +36,8 @@ public:
 };
 
 /// Sensors as curves over one time axis: six at the most, each with a scale and a colour of its own. Main
-/// thread. Lengths are points from the top left corner of the screen's room; drawing asks for pixels.
+/// thread; the constant calls also on a thread that draws, while the main thread waits. Lengths are points
+/// from the top left corner of the screen's room; drawing asks for pixels.
 class GraphViewController final : public torv::ViewController {
     Q_OBJECT
     QML_ELEMENT

@@ -12,6 +12,7 @@ namespace torv {
 
 class DriveTrainInfoViewController;
 
+/// Hears of a change of the record. Main thread.
 class DriveTrainInfoViewControllerDelegate {
 public:
     DriveTrainInfoViewControllerDelegate() = default;
