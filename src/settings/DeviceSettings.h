@@ -49,7 +49,8 @@ public:
     bool apply(const TorvAttribute& setting, const AVFormatterData& record,
                std::optional<std::size_t> storedSize = {});
 
-    /// Takes what is stored away, and puts nothing in its place: the next connect writes the lowest values.
+    /// Removes what is stored. What stands under "ORIGINAL_SETTINGS_" takes its place; nothing writes that,
+    /// so the next connect writes the lowest values. Kept as it is.
     void reset();
     /// The vehicle has changed: from now on no change goes anywhere.
     void end() { m_ended = true; }
