@@ -65,9 +65,9 @@ private:
     bool m_ended = false;
 };
 
-/// After a choice of a vehicle: its store holds what is stored of the vehicle before it, and on top the
-/// lowest value of each of that one's settings; and the turbo lamp is off. The mix of two vehicles is kept as
-/// it is. Nothing goes to the module.
+/// After the choice of a vehicle: its store then holds what was stored for the vehicle before it, with each
+/// setting of that earlier vehicle at its lowest value, and the turbo lamp is off. That two vehicles are
+/// mixed is kept as it is. Nothing goes to the module.
 void storeLowestValues(const Vehicle& before, const Vehicle& chosen);
 
 }  // namespace torv

@@ -13,7 +13,8 @@
 
 namespace torv {
 
-/// A sensor that can be drawn. Its samples are asked for once it is; `error` then tells what can't be read.
+/// A sensor that can be drawn. `load` is called whenever it is added to the graph; `error` then says what
+/// could not be read.
 struct GraphSensor {
     RecordedSensor sensor;
     std::function<CurveSeries(std::string& error)> load;
@@ -68,7 +69,7 @@ public:
     }
     [[nodiscard]] const std::vector<GraphSensor>& sensors() const { return m_sensors; }
     [[nodiscard]] bool isShown(std::size_t sensor) const;
-    /// False for one more than there is room for.
+    /// False when `mostCurves` others are shown already.
     bool setShown(std::size_t sensor, bool shown);
 
     [[nodiscard]] const VisibleSpan& visible() const { return m_visible; }

@@ -13,8 +13,8 @@
 
 namespace torv {
 
-/// The values of one tuning profile, by group. What is changed is stored at once; the button keeps a new
-/// profile's name, or hands an old one on. Main thread.
+/// The values of one tuning profile, by group. What is changed is stored at once; the right button saves a
+/// new profile's name, or exports a profile that is in the list. Main thread.
 ///
 ///   In the list  document  begins with                                   right button
 ///   no           no        what the AV store holds of every item         Save
