@@ -30,7 +30,7 @@ inline constexpr std::array<RecordingFormat, 3> recordingFormats{{
      .mimeType = "text/csv"},
     {.kind = RecordingFormat::Kind::dataLog,
      .name = "log",
-     .title = "CSV as of the data log",
+     .title = "CSV like the data log's",
      .suffix = "-log.csv",
      .mimeType = "text/csv"},
     {.kind = RecordingFormat::Kind::jsonLines,
