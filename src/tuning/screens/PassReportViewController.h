@@ -19,7 +19,7 @@ public:
     void viewDidLoad() override;
     [[nodiscard]] int numberOfRowsInSection(int) override { return static_cast<int>(m_report.rows.size()); }
     [[nodiscard]] TableSectionView viewForHeaderInSection(int) override;
-    [[nodiscard]] double heightForRowAtIndexPath(IndexPath) override { return rowHeight; }
+    [[nodiscard]] double heightForRowAtIndexPath(IndexPath) override { return tallRowHeight; }
     [[nodiscard]] std::shared_ptr<TableViewCell> cellForRowAtIndexPath(IndexPath path) override;
     [[nodiscard]] bool shouldHighlightRowAtIndexPath(IndexPath) override { return false; }
     [[nodiscard]] QString emptyText() const override {
@@ -29,8 +29,6 @@ public:
     void tryAgain();
 
 private:
-    static constexpr double rowHeight = 54;
-
     const std::shared_ptr<iTorvAppDelegate> m_application;
     TuningPush m_push;
     PassReport m_report;

@@ -39,7 +39,7 @@ public:
     [[nodiscard]] int numberOfSections() override;
     [[nodiscard]] int numberOfRowsInSection(int section) override;
     [[nodiscard]] QString titleForHeaderInSection(int section) override;
-    [[nodiscard]] double heightForRowAtIndexPath(IndexPath) override { return rowHeight; }
+    [[nodiscard]] double heightForRowAtIndexPath(IndexPath) override { return tallRowHeight; }
     [[nodiscard]] std::shared_ptr<TableViewCell> cellForRowAtIndexPath(IndexPath path) override;
     [[nodiscard]] bool shouldHighlightRowAtIndexPath(IndexPath path) override;
     void didSelectRowAtIndexPath(IndexPath path) override;
@@ -63,8 +63,6 @@ public:
     [[nodiscard]] ProfileEditor& editor() { return m_editor; }
 
 private:
-    static constexpr double rowHeight = 54;
-
     [[nodiscard]] const TorvAttributeGroup& group(int section) const;
     [[nodiscard]] const TorvAttribute& itemOfTag(std::int32_t tag) const;
     [[nodiscard]] Document document() const;
