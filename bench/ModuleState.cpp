@@ -16,7 +16,7 @@ constexpr std::uint8_t secondReportAid = 225;
 constexpr std::uint8_t driveTrainAid = 226;
 
 constexpr std::uint8_t doIt = 0x55;
-constexpr std::uint8_t levels = 6;  // levels 0 to 5, told as their number
+constexpr std::uint8_t levels = 6;  // levels 0 to 5; the module reports how many there are
 constexpr std::uint8_t startLevel = 3;
 constexpr std::size_t firstReportCodes = 5;
 constexpr std::size_t allReportCodes = 11;
@@ -163,8 +163,8 @@ std::vector<Item> ModuleState::nextPush(std::vector<Item> push) {
         taken[item.aid] = true;
         room -= 1 + item.value.size();
     }
-    // One spare byte could never be filled. Full frames matter: a reader that falls behind and finds several
-    // frames waiting still cuts them where they begin.
+    // An item that would leave one spare byte waits, because nothing fits into that. Frames should be full: a
+    // reader that gets several at once then still finds where each begins.
     const auto take = [&](std::deque<std::uint8_t>& queue) {
         std::erase_if(queue, [&](std::uint8_t aid) {
             const std::size_t size = 1 + m_values[aid].size();

@@ -36,7 +36,7 @@ public:
     [[nodiscard]] std::vector<Item> nextPush() { return nextPush({}); }
     /// The same with these in front, which it then holds.
     [[nodiscard]] std::vector<Item> nextPush(std::vector<Item> push);
-    /// These come in no push of their own any more, nor from the drive.
+    /// From now on these are neither pushed in turn nor moved by the drive.
     void leaveOut(const std::set<std::uint8_t>& aids);
     [[nodiscard]] const std::vector<std::uint8_t>& sensorAids() const { return m_map.aids(); }
 

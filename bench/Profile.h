@@ -51,7 +51,7 @@ struct Profile {
     std::optional<Attribute> soxReg;
 };
 
-/// Reads a profile document; when that fails, `error` says in one line why.
+/// Reads a profile document; when that fails, `error` says in one line why. Any thread.
 [[nodiscard]] std::optional<Profile> loadProfile(const std::filesystem::path& path, std::string& error);
 
 }  // namespace bench

@@ -23,7 +23,7 @@ int numberOf(sqlite3* database, const char* question) {
     return row && sqlite3_step(prepared) == SQLITE_ROW ? sqlite3_column_int(prepared, 0) : 0;
 }
 
-/// The slot's bytes as they stand on the wire: an AID of its own length says it first.
+/// The slot's bytes as they stand on the wire; from AID 220 up the first one is the length.
 Bytes wireBytes(std::uint8_t aid, ByteView slot) {
     const auto told = slot.empty() ? std::size_t{1} : std::size_t{slot[0]};
     Bytes bytes(slot.begin(), slot.end());

@@ -5,7 +5,7 @@
 
 namespace bench {
 
-/// Joins the sensors of a profile to the engine model, by their names.
+/// Joins the sensors of a profile to the engine model, by their names. One thread at a time.
 ///
 /// A sensor that the model does not know moves slowly within its range. All but boost and exhaust temperature
 /// stay on the calm side of their warning; these two pass it at full throttle, whatever the limit is.

@@ -105,7 +105,7 @@ void Server::applyFaults() {
         if (!m_open) return;
         refuse = m_faults.holds(Fault::refuse);
         if (refuse && m_listener.isListening()) struck(Fault::refuse);
-        // A refusal with a moment or an end comes back here by itself.
+        // A refusal that begins or ends later is looked at again then.
         if (const std::optional<Milliseconds> next = m_faults.nextChange(Fault::refuse)) {
             QTimer::singleShot(*next + Milliseconds(1), this, &Server::applyFaults);
         }
@@ -367,7 +367,7 @@ bool Server::sendJoined(const Frame& frame) {
     Frame first = frame;
     Frame second = push();
     if (m_faults.random(Fault::join, 2) == 0) std::swap(first, second);
-    // Two full frames would be read as what they are, so the first is made short.
+    // Two full frames would still be read correctly, so the first is made short.
     if (const std::vector<Item> items = parseItems(first.payload); holdsValues(first) && !items.empty()) {
         first.payload.clear();
         appendItem(first.payload, items.front());

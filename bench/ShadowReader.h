@@ -4,8 +4,8 @@
 
 namespace bench {
 
-/// Mirrors how a handset reads: segments of at most 16 bytes, taken in turn into two buffers that keep
-/// stale bytes behind a shorter one.
+/// Mirrors how a handset reads: segments of at most 16 bytes, taken in turn into two buffers that keep stale
+/// bytes behind a shorter one. One thread at a time.
 ///
 /// An 8-bit CRC lets one damaged frame in 256 through. Faults are checked here before they are sent, so that
 /// a wrong value on a handset is never just bad luck.

@@ -22,8 +22,8 @@ using namespace torv;
 
 namespace {
 
-/// More than three requests take, each with all its attempts: a stream that takes no bytes is waited for
-/// without end.
+/// Longer than three requests with all their attempts take. There has to be a limit, because a write waits
+/// without end while the stream takes no bytes.
 constexpr std::chrono::seconds mostTime{40};
 
 /// Turns the loop until it is done; false when the time is over or the program is to end.

@@ -27,7 +27,7 @@ namespace itorvctl {
 [[nodiscard]] int vehicles(const Arguments& arguments);
 [[nodiscard]] int defaults(const Arguments& arguments);
 
-/// Of what a running window has read once for all.
+/// Said after a change that a running window does not see, because it reads such things only at its start.
 inline constexpr auto seenAtNextStart = "an itorv that runs shows it from its next start on";
 /// A line of JSON on the standard output stream.
 void printObject(const torv::Dictionary& object);

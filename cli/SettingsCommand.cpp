@@ -26,8 +26,8 @@ std::string nameOf(const TorvAttribute& attribute) {
     return printable(attribute.name.value_or("AID " + std::to_string(attribute.aid)));
 }
 
-/// By name, capitals or not, or by AID; the place in the list. Nothing, after a complaint, where there is
-/// none.
+/// The place in the list of what has this name, whatever the case, or this AID. Nothing, after a complaint,
+/// where there is none.
 std::optional<std::size_t> named(const std::vector<TorvAttribute>& attributes, const std::string& name,
                                  const char* what) {
     const auto found =

@@ -7,8 +7,8 @@
 
 namespace itorvctl {
 
-/// A file that bears its name only once it is whole; until then it has ".part" behind it. What is there and
-/// is no file, a pipe or a device, is written to as it stands.
+/// A file that bears its name only once it is whole; until then it has ".part" behind it. A pipe or a device
+/// that is already there is written to directly.
 class WholeFile final {
 public:
     explicit WholeFile(std::filesystem::path file)

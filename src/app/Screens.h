@@ -13,9 +13,9 @@ class Screens final {
 public:
     explicit Screens(std::shared_ptr<iTorvAppDelegate> control) : m_control(std::move(control)) {}
 
-    /// With the ways from it to all others.
+    /// The first page, with its ways to all other screens.
     [[nodiscard]] std::shared_ptr<iTorvViewController> firstPage() const;
-    /// With that page on it. `status` is not owned.
+    /// The stage with that page on it. `status` is not owned.
     [[nodiscard]] std::unique_ptr<Stage> stage(std::shared_ptr<iTorvViewController> page,
                                                LinkStatus* status) const;
     [[nodiscard]] std::shared_ptr<ViewController> mainMenu() const;

@@ -6,7 +6,7 @@
 
 namespace torv {
 
-/// A decoded value: what a screen shows and what a formatter turns back into bytes.
+/// A decoded value: what a screen shows and what a formatter turns back into bytes. A plain value.
 struct AVFormatterData {
     /// State bits. The bit values, and not their positions, are what readers compare with.
     enum Flag : std::int32_t {

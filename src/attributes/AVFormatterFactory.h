@@ -7,7 +7,7 @@
 
 namespace torv {
 
-/// Makes the formatter that a profile names by number, 0 to 10.
+/// Makes the formatter that a profile names by number, 0 to 10. Any thread.
 class AVFormatterFactory final {
 public:
     /// Null for a number outside the table.

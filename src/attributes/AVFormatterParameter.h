@@ -6,7 +6,7 @@
 
 namespace torv {
 
-/// What the factory needs to make a formatter.
+/// What the factory needs to make a formatter. A plain value.
 struct AVFormatterParameter {
     float multiplyFactor = 0.0F;
     std::int32_t offset = 0;

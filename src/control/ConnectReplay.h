@@ -26,7 +26,8 @@ public:
     /// Null takes the overlay away.
     using ShowProgress = std::function<void(std::shared_ptr<ProgressHUD>)>;
 
-    /// What of the active profile the module has not taken, once a replay has ended and it is news.
+    /// Told once a replay has ended: what of the active profile the module has not taken, if that was not
+    /// told before.
     using ShowReport = std::function<void(const PassReport&)>;
 
     ConnectReplay(std::shared_ptr<iTorvAppDelegate> application, ShowProgress showProgress,

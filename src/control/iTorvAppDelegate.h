@@ -104,7 +104,7 @@ public:
     /// Why the launch URL holds no such document, in one sentence; nothing where all is well, or where there
     /// is none.
     [[nodiscard]] const std::optional<std::string>& importTrouble() const { return m_importTrouble; }
-    /// False for what was told last: the replay of each page finds the same.
+    /// False when this sentence was the last one told: each page's replay may come to the same.
     [[nodiscard]] bool tellsAnew(const std::string& sentence) {
         return std::exchange(m_lastTold, sentence) != sentence;
     }

@@ -1,4 +1,4 @@
-// What the look asks of a page, and what it tells it.
+// What the look asks of a page, and the touches that it hands to it.
 #include <QFont>
 #include <QFontMetricsF>
 #include <algorithm>

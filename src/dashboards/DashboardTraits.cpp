@@ -9,7 +9,7 @@ using Place = DashboardTraits::Place;
 using Backdrop = DashboardTraits::Backdrop;
 
 // Layers from back to front: backdrops, places, the two side dials in front, the power buttons' backdrop, and
-// the main dial, that covers them all in part.
+// the main dial, which partly covers them all.
 enum Layer { backdrop, place, frontPlace, powerBackdrop, mainPlace };
 
 constexpr Backdrop powerButtons{

@@ -55,7 +55,8 @@ inline constexpr std::array<DisplayStyle, 5> displayStyles{{
      .step = 9},
 }};
 
-/// A number as a row of five LCD signs. Main thread.
+/// A number as a row of five LCD signs. Main thread; one that a painter makes for itself lives on the
+/// painter's.
 ///
 /// The text is the number's shortest form with six digits, cut behind the fifth sign without rounding: a
 /// number too long for the row reads too small, which is kept as it is. The signs are pictures that the look

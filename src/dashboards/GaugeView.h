@@ -25,8 +25,8 @@ namespace torv {
 ///   Showing   true    the page, on a drop         shown
 ///   Released  false   the page, on a release      dropped, though the feeder goes on handing them over
 ///
-/// Main thread, except for `readAid`, on the reading thread. While the torque lock is on, a gauge of AID 40
-/// reads 0.
+/// Main thread, except for `readAid`, on the reading thread, and `frame` and `scale`, which a thread that
+/// draws may call while the main thread waits. While the torque lock is on, a gauge of AID 40 reads 0.
 class GaugeView final : public torv::View,
                         public iTorvReader,
                         public AgingReadOut,

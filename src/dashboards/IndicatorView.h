@@ -14,7 +14,8 @@ namespace torv {
 
 class IndicatorView;
 
-/// Hears of each value that an indicator shows whether it is in warning, changed or not. Main thread.
+/// Hears with each value that an indicator shows whether that value is in warning, also when nothing has
+/// changed. Main thread.
 class IndicatorViewDelegate {
 public:
     IndicatorViewDelegate() = default;

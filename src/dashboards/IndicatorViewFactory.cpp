@@ -9,7 +9,8 @@ namespace {
 
 constexpr double indicatorUnitSize = 12;
 constexpr double gaugeUnitSize = 14.5;
-constexpr int longestUnit = 40;  // of a downloaded profile; a gauge has no room for half of it
+// Characters of a unit. Downloaded profiles may have longer ones; a gauge has room for less than half.
+constexpr int longestUnit = 40;
 constexpr QRectF indicatorFrame{0, 0, 90, 40};
 constexpr QRectF gaugeFrame{0, 0, 337, 334};
 constexpr std::int64_t patternMinimumDegree = -20;

@@ -11,7 +11,8 @@ namespace torv {
 /// A lamp that is on or off, in warning colours or not: shows one of two pictures. Main thread, except for
 /// reading.
 ///
-/// On until the page says otherwise, whatever picture it begins with: the page's first word is then a change.
+/// Counts as on when it is made, whatever picture it begins with, so that the strip's first
+/// `setLocked(false)` is a change.
 class LampView : public torv::StatusWidget {
     Q_OBJECT
     QML_ELEMENT

@@ -32,7 +32,7 @@ private:
     Seconds m_duration;
     double m_from = 0;
     double m_to = 0;
-    double m_speed = 0;  // degrees for the whole duration, at its begin
+    double m_speed = 0;  // degrees for the whole duration, at its start
     Time m_begin = Time::min();
 };
 

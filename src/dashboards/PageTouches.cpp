@@ -41,7 +41,8 @@ bool PageTouches::pickerTouchAt(QPointF point, Touch& touch) const {
         {Target::previous, picker.previousButtonFrame()},
         {Target::next, picker.nextButtonFrame()},
         {Target::strip, picker.scrollView().frame()}};
-    // Closed, only the dots look out, and what lies below begins at the window's last row of pixels.
+    // Of a closed picker only the dots can be touched; its other parts begin below them, on the window's last
+    // row of pixels.
     for (const auto& part : std::span{parts}.first(picker.expanded() ? std::size(parts) : 1)) {
         if (!part.frame.contains(inside)) continue;
         touch.target = part.target;

@@ -138,7 +138,7 @@ void PageView::customPageControlDidChangeState(CustomPageControl&) {
         m_delegate.pageViewDidRetract(*this);
     }
     m_expanded = opens;
-    emit frameChanged();  // what goes by `expanded` as well
+    emit frameChanged();  // also for what depends on `expanded`
     if (m_animation) m_animation->invalidate();
     m_animation = Platform::current().runLoop().scheduleTimer(slideTime, false,
                                                               [this](Timer&) { showHideAnimationDidStop(); });

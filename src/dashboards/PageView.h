@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QVariantList>
+#include <QList>
 #include <QtQmlIntegration>
 #include <memory>
 #include <optional>

@@ -13,7 +13,7 @@
 
 namespace torv {
 
-/// A reader's last owner may be the reading thread, that lets go of a list of readers; an object of the
+/// A reader's last owner may be the reading thread, when it lets go of a list of readers; an object of the
 /// screen ends on the main thread all the same.
 template <class T, class... Arguments>
 [[nodiscard]] std::shared_ptr<T> makeReader(Arguments&&... arguments) {

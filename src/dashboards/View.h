@@ -8,7 +8,8 @@
 
 namespace torv {
 
-/// Something at a place on a page, without its looks. Main thread. Lengths are points.
+/// Something at a place on a page, without its looks. Lengths are points. Main thread, unless a derived class
+/// says otherwise.
 class View : public QObject {
     Q_OBJECT
     QML_ELEMENT

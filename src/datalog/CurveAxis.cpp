@@ -10,7 +10,7 @@ namespace torv {
 namespace {
 
 constexpr std::array<double, 5> roundSteps{1, 2, 2.5, 5, 10};
-constexpr double widest = 1e15;  // beyond it numbers have no four parts
+constexpr double widest = 1e15;  // values further out don't widen a scale
 
 }  // namespace
 

@@ -4,7 +4,8 @@
 
 namespace torv {
 
-/// A scale with four equal parts between round numbers, so that several beside one grid share its lines.
+/// A scale with four equal parts between round numbers, so that several beside one grid share its lines. One
+/// thread at a time.
 class CurveAxis final {
 public:
     static constexpr int parts = 4;

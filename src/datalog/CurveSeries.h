@@ -15,7 +15,7 @@ struct TimeSpan {
     [[nodiscard]] double length() const { return to - from; }
 };
 
-/// All samples of one sensor, ready to be drawn at any scale. Main thread.
+/// All samples of one sensor, ready to be drawn at any scale. One thread at a time.
 ///
 /// A curve is drawn by columns of pixels. What falls into one column is drawn from its lowest to its highest
 /// value, so that no peak is lost however many samples a column has. Samples further apart than 3 seconds are

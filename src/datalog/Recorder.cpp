@@ -46,7 +46,7 @@ struct Recorder::Drive {
 
     std::mutex writing;
     std::optional<RecordingWriter> writer;  // none once it has ended
-    std::string error;                      // why, if by itself
+    std::string error;                      // why it ended, if by itself
 
     /// True when it is time for a batch, however busy the main thread is.
     bool take(const Message& message) {

@@ -84,7 +84,7 @@ std::string quoted(const std::string& field) {
     return text + '"';
 }
 
-/// Values of one millisecond share a row, but for a second one of the same sensor.
+/// Values of one millisecond share a row; a second value of the same sensor begins a new one.
 std::string writeOneTimeAxis(const RecordingReader& recording, const TextSink& write) {
     const auto& sensors = recording.drive().sensors;
     std::string line = "time";

@@ -30,7 +30,7 @@ inline constexpr std::array<RecordingFormat, 3> recordingFormats{{
      .mimeType = "text/csv"},
     {.kind = RecordingFormat::Kind::dataLog,
      .name = "log",
-     .title = "CSV as of the data log",
+     .title = "CSV like the data log's",
      .suffix = "-log.csv",
      .mimeType = "text/csv"},
     {.kind = RecordingFormat::Kind::jsonLines,
@@ -40,7 +40,8 @@ inline constexpr std::array<RecordingFormat, 3> recordingFormats{{
      .mimeType = "application/jsonl"},
 }};
 
-/// Nothing when the sink took all of it, else why not, in a sentence. Needs the same memory for every length.
+/// Empty when the sink took all of it, else why not, in a sentence. Uses the same amount of memory for any
+/// length. Any thread, with a reader of its own.
 [[nodiscard]] std::string exportRecording(const RecordingReader& recording, RecordingFormat::Kind kind,
                                           const TextSink& write);
 

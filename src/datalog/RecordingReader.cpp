@@ -34,7 +34,7 @@ std::optional<RecordingReader> RecordingReader::open(const std::filesystem::path
     std::error_code failed;
     if (!std::filesystem::is_regular_file(file, failed)) return refuse("is not there.");
     sqlite3* opened = nullptr;
-    // To write: what a killed program left beside the file is brought into it.
+    // Opened for writing, so that SQLite brings in what a killed program left beside the file.
     int result = sqlite3_open_v2(file.c_str(), &opened, SQLITE_OPEN_READWRITE, nullptr);
     RecordingReader reader{sqlite::Database{opened}};
     if (result != SQLITE_OK) return refuse("can't be opened.");
@@ -110,7 +110,7 @@ bool RecordingReader::isOpen(const std::filesystem::path& file) {
     const int result = sqlite3_open_v2(file.c_str(), &opened, SQLITE_OPEN_READWRITE, nullptr);
     const sqlite::Database database{opened};
     if (result != SQLITE_OK) return false;
-    // Only the last who has it open can give up the file beside it.
+    // Works only when nobody else has the file open, and that is the question.
     const auto row = sqlite::prepare(opened, "PRAGMA journal_mode = DELETE");
     const int step = row ? sqlite3_step(row.get()) : sqlite3_errcode(opened);
     if (step == SQLITE_ROW) return sqlite::column(row.get(), 0) == std::string{"wal"};

@@ -24,7 +24,8 @@ public:
     /// From the beginning to the last value.
     [[nodiscard]] DriveTime length() const;
     [[nodiscard]] std::vector<RecordedEvent> events() const;
-    /// Whether anybody has the file open as a database: who records it, or reads it. Whatever it holds.
+    /// Whether any program has the file open as a database, to record it or to read it; what the file holds
+    /// does not matter.
     [[nodiscard]] static bool isOpen(const std::filesystem::path& file);
     /// False when it can't be written.
     bool rename(const std::string& name);

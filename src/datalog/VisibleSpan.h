@@ -7,7 +7,7 @@
 namespace torv {
 
 /// Which part of a recording a graph shows: never more than the whole of it, never less than a tenth of a
-/// second. Places are fractions of the graph's width, from 0 at its left edge to 1.
+/// second. Places are fractions of the graph's width, from 0 at its left edge to 1. One thread at a time.
 class VisibleSpan final {
 public:
     VisibleSpan() = default;

@@ -13,8 +13,8 @@ namespace torv {
 ///   Idle     `begin`: Waiting, with one write
 ///   Waiting  5.0 s after the write: Idle, done with the result
 ///
-/// The five seconds are waited whatever comes; when it is let go of within them, nobody is told. Main thread;
-/// the write blocks and the loop turns meanwhile.
+/// It always waits the whole five seconds. If it is destroyed earlier, `done` is not called. Main thread; the
+/// write blocks and the loop turns meanwhile.
 class DtcClear final : public std::enable_shared_from_this<DtcClear> {
 public:
     struct Result {

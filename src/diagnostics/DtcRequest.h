@@ -18,13 +18,13 @@ namespace torv {
 ///            5.0 s with none left: Idle, done, whatever has come
 ///
 /// Done does not mean that anything came: what the store holds may be older than the read
-/// (`TroubleCodeReport`). When it is let go of while it waits, nobody is told. A report that comes alone is
-/// not done until the time is used up.
+/// (`TroubleCodeReport`). If it is destroyed while it waits, `done` is not called. One report alone does not
+/// end the wait.
 ///
 /// Main thread. A request blocks as long as its write does, up to 21 attempts, and the loop turns meanwhile:
-/// the reports may come, and whoever asked may be gone, before it returns. The word of a report comes on the
-/// reading thread; it is handed on to the main thread and finds there whether anyone still waits. A timer is
-/// not stopped when the reports come: it finds its read over.
+/// the reports may come, and whoever asked may be gone, before it returns. A report is announced on the
+/// reading thread and handed to the main thread, which drops it if nobody waits any more. The timer is not
+/// stopped when both reports are there; when it fires it finds the read over.
 class DtcRequest final : public std::enable_shared_from_this<DtcRequest> {
 public:
     using Clock = RunLoop::Clock;

@@ -85,7 +85,7 @@ void post(std::string_view name) {
     torv::Platform::current().notificationCenter().postNotificationName(name);
 }
 
-/// More to come is always the value next to the last one sent.
+/// Each `...More` is the number after its `...Sent`.
 x2comTxResult withMore(x2comTxResult sent, bool more) {
     return static_cast<x2comTxResult>(sent + (more ? 1 : 0));
 }

@@ -20,7 +20,7 @@ void CommonOptions::addTo(QCommandLineParser& parser, const QString& profileHelp
 
 std::optional<std::string> CommonOptions::read(const QCommandLineParser& parser, const URLLoader& loader) {
     connection.interface = parser.value("interface").toStdString();
-    // The one that is looked at by itself need not be there: most handsets have none of that name.
+    // The default interface need not exist: most handsets have none of that name.
     if (parser.isSet("interface") && ::if_nametoindex(connection.interface.c_str()) == 0)
         return "there is no network interface \"" + connection.interface + "\"";
     profile = parser.value("profile").toStdString();

@@ -13,8 +13,8 @@ namespace torv {
 class DocumentSaver {
 public:
     struct Outcome {
-        std::optional<std::filesystem::path> file;  ///< where it is, whole
-        std::string error;  ///< why it is nowhere; empty when the user did not want it
+        std::optional<std::filesystem::path> file;  ///< where it was written, completely
+        std::string error;                          ///< why it was not written; empty when the user cancelled
     };
     /// Called once, on the main thread, at once or later.
     using Done = std::function<void(const Outcome&)>;

@@ -29,6 +29,7 @@ public:
     Platform& operator=(const Platform&) = delete;
     virtual ~Platform() = default;
 
+    /// Any thread; each part tells its own.
     [[nodiscard]] static Platform& current();
     static void install(Platform* platform);
 

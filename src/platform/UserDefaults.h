@@ -8,13 +8,13 @@
 
 namespace torv {
 
-/// Where an entry that can't be read is kept: "KEY unreadable 1" and on.
+/// Where an entry that can't be read is kept: "KEY unreadable 1" and on. Any thread.
 [[nodiscard]] std::string keyOfUnreadable(std::string_view key, int number);
-/// The KEY of such a key; empty of any other.
+/// The KEY of such a key; empty of any other. Any thread.
 [[nodiscard]] std::string_view originOfUnreadable(std::string_view aside);
 
-/// What is known of an entry. Nothing stored and nothing that can be read are not the same: to take a damaged
-/// entry for a new vehicle would be to overwrite what its module holds.
+/// What is known of an entry. "Nothing stored" and "can't be read" are different: if a damaged entry passed
+/// for a new vehicle, the module's values would be overwritten.
 enum class EntryState { absent, there, unreadable };
 
 /// The keyed store of the user's choices. Any thread: each call is whole by itself, a read

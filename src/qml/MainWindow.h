@@ -21,8 +21,8 @@ public:
     MainWindow(const MainWindow&) = delete;
     MainWindow& operator=(const MainWindow&) = delete;
 
-    /// Once the bare window has been painted, or could have been long ago. Main thread, in a turn of the
-    /// loop.
+    /// Calls back once the bare window has been painted, or after 0.2 s: one that nobody sees is never
+    /// painted. Main thread, in a turn of the loop.
     void whenPainted(std::function<void()> action);
     /// The stage is not owned.
     void show(Stage& stage);

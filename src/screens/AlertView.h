@@ -10,7 +10,7 @@ namespace torv {
 
 /// A question or a word to the user, over everything else. Main thread.
 ///
-/// An alert that is made and not shown is a state like any other: it can still be dismissed.
+/// An alert that has been made and not shown can be dismissed like any other.
 class AlertView final : public QObject {
     Q_OBJECT
     QML_ELEMENT

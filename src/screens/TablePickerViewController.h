@@ -8,6 +8,7 @@ namespace torv {
 
 class TablePickerViewController;
 
+/// Hears of a choice. Main thread.
 class TablePickerViewControllerDelegate {
 public:
     TablePickerViewControllerDelegate() = default;
@@ -20,8 +21,8 @@ public:
                                                        const QString& value) = 0;
 };
 
-/// A choice from a list of texts. A touch on what is chosen already is not told. Main thread. The delegate is
-/// not owned; a screen that pushes this one outlives it.
+/// A choice from a list of texts. A touch on what is chosen already is not reported. Main thread. The
+/// delegate is not owned; a screen that pushes this one outlives it.
 class TablePickerViewController final : public torv::TableViewController {
     Q_OBJECT
 

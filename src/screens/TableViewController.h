@@ -35,6 +35,7 @@ class TableViewController : public torv::ViewController {
 
 public:
     static constexpr double usualRowHeight = 44;  ///< what a finger can hit
+    static constexpr double tallRowHeight = 54;   ///< for a title with a value or a sentence below it
     /// As high as the text of a plain row needs, in as many lines as it takes.
     static constexpr double heightOfItsText = -1;
     static constexpr int mostRowsWithoutSearch = 30;

@@ -37,8 +37,8 @@ class TextValueGetterTableViewCell final : public torv::TableViewCell {
     Q_PROPERTY(bool firstResponder READ isFirstResponder NOTIFY firstResponderChanged)
 
 public:
-    /// How the field helps with what is typed: 64-bit numbers of the platform, 0 for its own choice, 1 for
-    /// no.
+    /// How the field helps with what is typed, as the platform's 64-bit numbers: 0 leaves it to the platform,
+    /// 1 means no.
     struct Input {
         std::int64_t keyboardType = usualKeyboard;
         std::int64_t autocapitalizationType = 0;

@@ -10,7 +10,7 @@ namespace torv {
 class TextValueGetterViewController;
 
 /// Checks what was typed and takes it. All operations may be left out: everything is then accepted, and
-/// nobody closes the screen.
+/// nobody closes the screen. Main thread.
 class TextValueGetterViewControllerDelegate {
 public:
     TextValueGetterViewControllerDelegate() = default;

@@ -52,7 +52,8 @@ public:
     /// Once. The blocking calls below are for the main thread; on any other they fail at once and change
     /// nothing.
     void start();
-    /// Does nothing while connected. Otherwise closes, opens and comes again in 3.0 s, without end.
+    /// Does nothing while connected. Otherwise closes and opens, and tries again every 3.0 s until there is a
+    /// session.
     void reconnect() { m_chain.attemptNow(); }
 
     /// One attempt: true if the module acknowledged within 0.1 s. Turns the main loop meanwhile, so another
@@ -85,7 +86,7 @@ public:
     /// answered this one. A module that serves another handset may go on between `open` and `closed`; of a
     /// session only `connected` tells. Main thread.
     [[nodiscard]] ByteStream::Reach reach() const;
-    /// How many there were so far, this one included. Main thread.
+    /// How many sessions there have been, the present one included. Main thread.
     [[nodiscard]] std::uint64_t sessionCount() const { return m_sessionCount; }
     /// Where the module was last looked for. Main thread.
     [[nodiscard]] const Endpoint& endpoint() const { return m_endpoint; }

@@ -37,7 +37,7 @@ public:
     void addReaderForKey(std::shared_ptr<iTorvReader> reader, const std::string& key);
     /// A single reader can't be removed: a screen that leaves has the lists made anew.
     void removeAllReaders();
-    /// One that is added twice is told twice. None is owned: a screen is listed until it has gone.
+    /// A listener that is added twice is told twice. Listeners are not owned; one that has gone is dropped.
     void addConnectionListener(const std::shared_ptr<iTorvConnectionListener>& listener);
     void removeAllConnectionListeners() { m_connectionListeners.clear(); }
 

@@ -19,6 +19,7 @@ public:
     virtual void readAid(std::span<std::uint8_t> bytes, AID aid) = 0;
     /// 0 or 1; a reader of any other priority is passed over. Any thread.
     [[nodiscard]] virtual std::int32_t priority() const = 0;
+    /// Main thread.
     virtual void setPriority(std::int32_t) {}
 };
 

@@ -80,7 +80,7 @@ bool DeviceSettings::apply(const TorvAttribute& setting, const AVFormatterData& 
     return true;
 }
 
-/// The write blocks, and the store may be another one by then.
+/// The write blocks, and what is stored may have changed by then.
 void DeviceSettings::updateAIDWithAV(AID aid, const AV& value) {
     UntakenSettings::note(m_vehicle, aid, m_feeder->setValueForAID(value.bytes(), aid));
     load();

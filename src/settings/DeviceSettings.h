@@ -49,7 +49,8 @@ public:
     bool apply(const TorvAttribute& setting, const AVFormatterData& record,
                std::optional<std::size_t> storedSize = {});
 
-    /// Takes what is stored away, and puts nothing in its place: the next connect writes the lowest values.
+    /// Removes what is stored. What stands under "ORIGINAL_SETTINGS_" takes its place; nothing writes that,
+    /// so the next connect writes the lowest values. Kept as it is.
     void reset();
     /// The vehicle has changed: from now on no change goes anywhere.
     void end() { m_ended = true; }
@@ -64,9 +65,9 @@ private:
     bool m_ended = false;
 };
 
-/// After a choice of a vehicle: its store holds what is stored of the vehicle before it, and on top the
-/// lowest value of each of that one's settings; and the turbo lamp is off. The mix of two vehicles is kept as
-/// it is. Nothing goes to the module.
+/// After the choice of a vehicle: its store then holds what was stored for the vehicle before it, with each
+/// setting of that earlier vehicle at its lowest value, and the turbo lamp is off. That two vehicles are
+/// mixed is kept as it is. Nothing goes to the module.
 void storeLowestValues(const Vehicle& before, const Vehicle& chosen);
 
 }  // namespace torv

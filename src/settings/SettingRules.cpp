@@ -9,7 +9,7 @@ namespace {
 
 using Flag = AVFormatterData::Flag;
 
-/// What byte of state stands for which option of the setting with three.
+/// The flag of each option of the setting with three.
 constexpr std::array<std::int32_t, 3> threeWayFlags{Flag::firstOff, Flag::firstOn, Flag::third};
 
 AVFormatterData recordOf(std::int32_t flags, std::string value) {

@@ -11,12 +11,12 @@
 
 namespace torv {
 
-// Settings with a part of their own; modules have them under these numbers.
+// Settings with rules of their own; every module has them under these AIDs.
 inline constexpr AID threeWaySettingAID = 91;  // a choice of three beside the value
 inline constexpr AID driveTrainSettingAID = 226;
 
 [[nodiscard]] bool isSwitchedOn(const AVFormatterData& record);
-/// Which of its options the record of a setting with a choice stands at.
+/// The index of the option that the setting's record holds.
 [[nodiscard]] std::size_t choiceOfSetting(const TorvAttribute& setting, const AVFormatterData& record);
 /// The option's text; its number where the profile has no such option.
 [[nodiscard]] std::string textOfChoice(const TorvAttribute& setting, std::size_t choice);

@@ -20,7 +20,8 @@ constexpr std::size_t longSlotSize = 13;
     return aid <= lastShortAID ? shortSlotSize : longSlotSize;
 }
 
-/// A copy of one slot: the raw value of one AID, little-endian, 4 or 13 bytes.
+/// A copy of one slot: the raw value of one AID, little-endian, 4 or 13 bytes. One object is not for two
+/// threads while one of them writes.
 class AV final {
 public:
     AV() = default;

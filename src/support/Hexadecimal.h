@@ -9,6 +9,8 @@
 
 namespace torv {
 
+// Bytes as hexadecimal digits, and back. Any thread.
+
 /// Two lower-case digits a byte, nothing between them.
 [[nodiscard]] std::string hexadecimalText(std::span<const std::uint8_t> bytes);
 /// Either case; nothing for an odd number of digits or any other character.

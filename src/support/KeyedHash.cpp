@@ -41,7 +41,7 @@ std::uint64_t wordOf(std::string_view bytes) {
 
 std::array<std::uint64_t, 2> randomKey() {
     std::array<std::uint64_t, 2> key{};
-    // Fails on no kernel of the last ten years; a key of zeros hashes as well, if not secretly.
+    // Kernels from 3.17 on have it; with a key of zeros hashing still works, only not secretly.
     static_cast<void>(::getentropy(key.data(), sizeof key));
     return key;
 }

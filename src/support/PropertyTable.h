@@ -65,9 +65,9 @@ inline bool assign(bool& member, const Value& value) {
 }  // namespace property_detail
 
 /// Fills the object's fields from the dictionary, in the dictionary's order. Keys match with their first
-/// letter in either case; what no property answers to is passed over. Texts are percent-decoded, and one
-/// that can't be decoded leaves nothing. A null for a text or an object ends the filling at once, with the
-/// keys behind it left unset; for a number or a truth value it counts as 0.
+/// letter in either case; what no property answers to is passed over. Texts are percent-decoded, and one that
+/// can't be decoded leaves nothing. A null for a text or an object ends the filling at once, with the keys
+/// behind it left unset; for a number or a truth value it counts as 0. Any thread.
 template <class Object>
 void setPropertiesFromDictionary(Object& object, const Dictionary& dictionary,
                                  std::span<const Property<Object>> properties) {

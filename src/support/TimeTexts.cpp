@@ -28,7 +28,8 @@ std::string formatted(const std::tm& parts, const char* pattern) {
     return {text.data(), std::strftime(text.data(), text.size(), pattern, &parts)};
 }
 
-/// A file has many moments of one second, and the rules of the time zone take long.
+/// Keeps the last second asked for: a file has many moments in one second, and working out local time is
+/// slow.
 const std::tm& localParts(std::time_t seconds) {
     thread_local std::time_t known = -1;
     thread_local std::tm parts{};

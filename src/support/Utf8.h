@@ -7,6 +7,8 @@
 
 namespace torv {
 
+// Texts in UTF-8. Any thread.
+
 /// Well-formed as the Unicode standard has it: no overlong forms, no surrogates, nothing past U+10FFFF.
 [[nodiscard]] bool isUtf8(std::string_view text);
 

@@ -59,8 +59,9 @@ private:
     std::vector<std::uint32_t> m_index;  // open addressing, position + 1; empty while the dictionary is small
 };
 
-/// What documents and stores hold: nothing, a truth value, a number, a text (UTF-8), a data block, a
-/// list or a dictionary. The conversions never fail: what does not convert reads as 0, false or nothing.
+/// What documents and stores hold: nothing, a truth value, a number, a text (UTF-8), a data block, a list or
+/// a dictionary. The conversions never fail: what does not convert reads as 0, false or nothing. One object
+/// is not for two threads while one of them writes.
 class Value final {
 public:
     Value() = default;

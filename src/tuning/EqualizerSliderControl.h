@@ -32,14 +32,13 @@ public:
     void setMaxSliderValue(double value);
     void setLowWarningValue(double value);
     void setHighWarningValue(double value);
-    /// Within what can be selected, first below its end, then above its beginning.
+    /// Limited to what can be selected: first to the highest value, then to the lowest.
     void setSelectedValue(double value);
 
     void setSize(double width, double height, double handleWidth, double handleHeight);
     /// The y of the handle's centre; at the bottom of a rail without a range.
     [[nodiscard]] double handleCenter() const;
-    /// The value for a touch at this height, before it is clamped. Bounds as high as the handle are not for
-    /// touching.
+    /// The value for a touch at this height, before it is clamped. The bounds must be higher than the handle.
     [[nodiscard]] double valueAt(double y) const;
     /// Whether a touch may take the handle.
     [[nodiscard]] bool canGrab(double x, double y) const;

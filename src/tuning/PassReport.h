@@ -10,7 +10,7 @@ namespace torv {
 /// What the user must know of a pass: the values that the module did not take, in units. A value.
 struct PassReport {
     enum class Fault {
-        notAcknowledged,  ///< the write was not
+        notAcknowledged,  ///< the write was not acknowledged
         different,        ///< the module holds another value
         unanswered,       ///< acknowledged, and not read back
     };

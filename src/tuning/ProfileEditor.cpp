@@ -57,7 +57,7 @@ void ProfileEditor::seed() {
         for (const auto& item : group.items)
             setAIDWithAV(item.aid, m_feeder->valueForAID(item.aid));
     }
-    defaults().synchronize();  // once: a disk takes longer for each than all the rest
+    defaults().synchronize();  // once for all items: it takes longer than all the rest
 }
 
 void ProfileEditor::take(const Value& document) {

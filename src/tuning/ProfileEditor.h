@@ -37,7 +37,8 @@ public:
     [[nodiscard]] ValueRange range(const TorvAttribute& item) const;
     /// By the leading whole number of the text; a text that is no number counts as 0.
     [[nodiscard]] bool accepts(const TorvAttribute& item, const std::string& text) const;
-    /// The flags of the old value go: what was typed is all there is. Nothing happens without a way back.
+    /// The new value has no flags, whatever the old one had. Does nothing for an item without a formatter, or
+    /// with one that has no way back.
     void setText(const TorvAttribute& item, const std::string& text);
     void setRecord(const TorvAttribute& item, const AVFormatterData& record);
     /// Of several items, in their order; all are on disk together.
@@ -61,7 +62,7 @@ private:
 /// The name in a document; empty where there is none.
 [[nodiscard]] std::string profileNameOf(const Value& document);
 /// What is odd about a document for this vehicle, in one sentence: another vehicle's, values that this one
-/// has not, values that are no numbers or texts. Empty when nothing is.
+/// does not have, values that are no numbers or texts. Empty when nothing is.
 [[nodiscard]] std::string oddityOf(const Value& document, const Vehicle& vehicle);
 
 }  // namespace torv

@@ -11,7 +11,7 @@ namespace torv {
 /// The names of the tuning profiles, oldest first: the table FIELDS of "data.sqlite3" in the user's documents
 /// folder. Main thread.
 ///
-/// A name may stand there twice: that it does not is up to who asks `count` before `add`. A list that can't
+/// Nothing here keeps a name from standing there twice: callers ask `count` before `add`. A list that can't
 /// be opened, read or written ends the process with the reason; the file stays as it is, and the next start
 /// is told where it is (`damagedFile`).
 class ProfileList final {

@@ -13,9 +13,9 @@ public:
         : m_feeder(std::move(feeder)), m_vehicle(std::move(vehicle)) {}
 
     /// The first one ever makes the default profile the active one. What the store holds and can't be read is
-    /// not sent, and nothing instead: with the vehicle unknown nothing is sent, with the active profile
-    /// unknown no tuning. Once `ended` says so nothing more is sent, whatever there is.
-    /// What comes tells of the tuning alone.
+    /// not sent, and nothing is sent in its place: with the vehicle unknown nothing is sent, with the active
+    /// profile unknown no tuning. Once `ended` returns true nothing more is sent. The report tells of the
+    /// tuning alone.
     PassReport run(TuningPass::Progress progress, TuningPass::Cancelled cancelled,
                    const TuningPass::Cancelled& ended);
     /// Makes the default profile the active one, for good.

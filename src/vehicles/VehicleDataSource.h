@@ -31,7 +31,7 @@ public:
     /// The profile that ships, at the first use. An unreadable archive is set aside; the profile that ships
     /// then stands in for it and is not stored, so that each start knows that the vehicle is not known.
     [[nodiscard]] static Vehicle currentVehicle();
-    /// As the other calls that store, leaves out a vehicle without a name.
+    /// Like the other calls that store, leaves out a vehicle without a name.
     static void setCurrentVehicle(const Vehicle& vehicle);
     /// The current one alone, at the first use; none where even that one is missing.
     [[nodiscard]] static std::vector<Vehicle> storedVehicles();

@@ -5,7 +5,7 @@
 
 namespace torv {
 
-/// Tells newer profile versions, through one merge.
+/// Tells newer profile versions, through one merge. One thread at a time.
 ///
 /// A version is two whole numbers around its first point. Newer is what has the larger number on either
 /// side of the point, each for itself: 1.1 is newer than 2.0; kept as it is. A version with no point, or one

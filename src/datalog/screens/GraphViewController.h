@@ -13,7 +13,8 @@
 
 namespace torv {
 
-/// A sensor that can be drawn. Its samples are asked for once it is; `error` then tells what can't be read.
+/// A sensor that can be drawn. `load` is called whenever it is added to the graph; `error` then says what
+/// could not be read.
 struct GraphSensor {
     RecordedSensor sensor;
     std::function<CurveSeries(std::string& error)> load;
@@ -36,7 +37,8 @@ public:
 };
 
 /// Sensors as curves over one time axis: six at the most, each with a scale and a colour of its own. Main
-/// thread. Lengths are points from the top left corner of the screen's room; drawing asks for pixels.
+/// thread; the constant calls also on a thread that draws, while the main thread waits. Lengths are points
+/// from the top left corner of the screen's room; drawing asks for pixels.
 class GraphViewController final : public torv::ViewController {
     Q_OBJECT
     QML_ELEMENT
@@ -67,7 +69,7 @@ public:
     }
     [[nodiscard]] const std::vector<GraphSensor>& sensors() const { return m_sensors; }
     [[nodiscard]] bool isShown(std::size_t sensor) const;
-    /// False for one more than there is room for.
+    /// False when `mostCurves` others are shown already.
     bool setShown(std::size_t sensor, bool shown);
 
     [[nodiscard]] const VisibleSpan& visible() const { return m_visible; }

@@ -20,7 +20,7 @@ void mail(ViewController& screen, const Document& document) {
     mailDocument(screen, "Your Torvwerks Recording", document);
 }
 
-/// What a mail program and a portal take in one piece.
+/// The document is held in memory as a whole, so its size is limited.
 constexpr std::size_t mostBytes = 200'000'000;
 
 /// Any thread. `error` is a sentence, or empty.

@@ -27,7 +27,8 @@ public:
     [[nodiscard]] bool canDeleteRowAtIndexPath(IndexPath) override { return true; }
     void deleteRowAtIndexPath(IndexPath path) override;
     [[nodiscard]] QString emptyText() const override {
-        return QStringLiteral("Nothing has been recorded yet. \"Record\" on the screen before begins.");
+        return QStringLiteral(
+            "Nothing has been recorded yet. \"Record\" on the previous screen starts a recording.");
     }
 
 private:

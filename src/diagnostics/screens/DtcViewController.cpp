@@ -65,7 +65,7 @@ void DtcViewController::didSelectRowAtIndexPath(IndexPath path) {
         "Please make sure your vehicle is on but the engine is not running. Press OK to continue", "OK");
 }
 
-/// What is blocking comes once the question has gone.
+/// What blocks begins only once the question has gone.
 void DtcViewController::ask(const QString& title, const QString& message, const QString& yes) {
     auto alert = std::make_shared<AlertView>(title, message, QStringList{"Cancel", yes});
     alert->setDismissedHandler([weak = weakSelf(), title](int index) {

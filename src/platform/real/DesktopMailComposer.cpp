@@ -56,7 +56,7 @@ void DesktopMailComposer::compose(const Mail& mail, Failed failed) {
     if (file >= 0) ::close(file);
     if (!attachments.first().isValid()) return byProgram();
     auto call = DesktopPortal::method("org.freedesktop.portal.Email", "ComposeEmail");
-    call << QString{};  // of no window that the portal knows
+    call << QString{};  // the parent window: none that the portal knows
     DesktopPortal::ask(call,
                        {{QStringLiteral("subject"), QString::fromStdString(mail.subject)},
                         {QStringLiteral("attachment_fds"), QVariant::fromValue(attachments)}},

@@ -44,7 +44,7 @@ Item {
         opacity: root.indicator.old ? 0.35 : 1
     }
 
-    // Many glyphs are alike.
+    // The name as text, because many icons look alike.
     Text {
         x: 2 * root.u
         y: 32 * root.u

@@ -11,7 +11,7 @@ FocusScope {
     property real u: 1
 
     function layOut() {
-        if (screen) screen.setRoom(width / u, height / u);  // none any more while it goes
+        if (screen) screen.setRoom(width / u, height / u);  // null while this is being destroyed
     }
 
     focus: true

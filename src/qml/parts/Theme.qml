@@ -16,7 +16,7 @@ QtObject {
     readonly property color text: contrast ? "#ffffff" : "#f3f4f5"
     readonly property color faint: contrast ? "#d5dce1" : "#98a1a9"
 
-    // Told apart also by who sees no red or no green: they differ in brightness too.
+    // The colours of curves differ in brightness too, for those who can't tell red from green.
     readonly property list<color> curves: ["#feae16", "#4fc3f7", "#f3f4f5", "#e57fb8", "#53c26b", "#9d8cff"]
 
     readonly property string digits: segments.name

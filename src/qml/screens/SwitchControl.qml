@@ -10,7 +10,7 @@ Item {
     property real u: 1
     property real room: 0  // pixels that it may take
 
-    // The offset counts from the row's edge, over what stands between.
+    // The offset counts from the row's right edge, so the width of what stands between is taken off.
     readonly property int taken: cell.accessory === TableViewCell.None ? 12 : 64
 
     implicitWidth: toggle.width + Math.max(cell.offsetFromRight - taken, 0) * u

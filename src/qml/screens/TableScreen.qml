@@ -59,7 +59,7 @@ FocusScope {
         activeFocusOnTab: true
         visible: !table.screen.loading
         boundsBehavior: Flickable.DragAndOvershootBounds
-        cacheBuffer: 0  // rows are quick to make, and what is made ahead comes in pieces
+        cacheBuffer: 0  // rows are quick to make; with a buffer they would appear piece by piece
         currentIndex: -1
         highlightMoveDuration: 100
         model: table.screen.rows

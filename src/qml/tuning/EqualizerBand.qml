@@ -90,7 +90,7 @@ Item {
         }
     }
     MouseArea {
-        // The finger's own; only where it has not taken the handle may it scroll the bands.
+        // A finger that has taken the handle keeps it; any other may scroll the bands.
         x: 0
         width: Math.round(40 * band.u)
         y: slider.y

@@ -12,7 +12,7 @@ FocusScope {
 
     focus: true
     function layOut() {
-        if (screen) screen.setHeight(height / u);  // none any more while it goes
+        if (screen) screen.setHeight(height / u);  // null while this is being destroyed
     }
 
     onHeightChanged: layOut()

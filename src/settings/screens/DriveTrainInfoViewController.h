@@ -12,6 +12,7 @@ namespace torv {
 
 class DriveTrainInfoViewController;
 
+/// Hears of a change of the record. Main thread.
 class DriveTrainInfoViewControllerDelegate {
 public:
     DriveTrainInfoViewControllerDelegate() = default;
@@ -43,7 +44,7 @@ public:
 
     void viewDidLoad() override { setTitle(QStringLiteral("Drive Train Info")); }
     [[nodiscard]] int numberOfRowsInSection(int) override { return 3; }
-    [[nodiscard]] double heightForRowAtIndexPath(IndexPath) override { return valueRowHeight; }
+    [[nodiscard]] double heightForRowAtIndexPath(IndexPath) override { return tallRowHeight; }
     [[nodiscard]] std::shared_ptr<TableViewCell> cellForRowAtIndexPath(IndexPath path) override;
     [[nodiscard]] TableSectionView viewForFooterInSection(int) override;
     [[nodiscard]] bool shouldHighlightRowAtIndexPath(IndexPath) override { return m_connected; }
@@ -63,8 +64,6 @@ public:
     void iTorvAppDelegateDidChangeWarningSensors(iTorvAppDelegate&) override {}
 
 private:
-    static constexpr double valueRowHeight = 54;
-
     void setConnected(bool connected);
     void pushPicker(int row);
     void pushTireSize(int row);

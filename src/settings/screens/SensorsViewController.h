@@ -25,7 +25,7 @@ public:
         return QStringLiteral("No sensor of this vehicle has a warning.");
     }
     [[nodiscard]] int numberOfRowsInSection(int) override;
-    [[nodiscard]] double heightForRowAtIndexPath(IndexPath) override { return valueRowHeight; }
+    [[nodiscard]] double heightForRowAtIndexPath(IndexPath) override { return tallRowHeight; }
     [[nodiscard]] std::shared_ptr<TableViewCell> cellForRowAtIndexPath(IndexPath path) override;
     void didSelectRowAtIndexPath(IndexPath path) override;
 
@@ -41,8 +41,6 @@ public:
     void reset();
 
 private:
-    static constexpr double valueRowHeight = 54;
-
     [[nodiscard]] const TorvAttribute& sensor(int row) const;
 
     const std::shared_ptr<iTorvAppDelegate> m_application;

@@ -35,7 +35,7 @@ public:
         return QStringLiteral("This vehicle has no settings.");
     }
     [[nodiscard]] int numberOfRowsInSection(int) override;
-    [[nodiscard]] double heightForRowAtIndexPath(IndexPath) override { return valueRowHeight; }
+    [[nodiscard]] double heightForRowAtIndexPath(IndexPath) override { return tallRowHeight; }
     [[nodiscard]] std::shared_ptr<TableViewCell> cellForRowAtIndexPath(IndexPath path) override;
     [[nodiscard]] bool shouldHighlightRowAtIndexPath(IndexPath path) override;
     void didSelectRowAtIndexPath(IndexPath path) override;
@@ -63,8 +63,6 @@ public:
     void reset();
 
 private:
-    static constexpr double valueRowHeight = 54;
-
     [[nodiscard]] const TorvAttribute& setting(int row) const;
     [[nodiscard]] std::shared_ptr<TableViewCell> emptyCell(const TorvAttribute& setting,
                                                            const AVFormatterData& record);

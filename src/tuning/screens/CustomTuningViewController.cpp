@@ -35,7 +35,7 @@ void CustomTuningViewController::viewDidLoad() {
     m_connected = m_application->connected();
     m_application->feeder()->addConnectionListener(
         std::dynamic_pointer_cast<iTorvConnectionListener>(shared_from_this()));
-    // The replay after a connect may change which profile is active, and keep the first one of all.
+    // The replay after a connect may change which profile is active, and may keep the "As found" profile.
     m_pushed = Platform::current().notificationCenter().addObserver(customTuningSettingsUpdated, [this] {
         if (ProfileList::damagedFile().empty()) fillList();
     });
@@ -66,7 +66,7 @@ void CustomTuningViewController::viewDidAppear() {
 
 void CustomTuningViewController::beginImport() {
     if (!m_importVehicleInfo || !navigationController()) return;
-    // Once: what comes back to this screen has been imported, or left.
+    // Only once: when this screen is shown again, the document has been imported or given up.
     navigationController()->pushViewControllerAnimated(
         std::make_shared<ProfileNameViewController>(m_application, std::exchange(m_importVehicleInfo, {})),
         true);

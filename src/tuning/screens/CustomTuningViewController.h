@@ -25,7 +25,7 @@ public:
     [[nodiscard]] const std::optional<Value>& importVehicleInfo() const { return m_importVehicleInfo; }
     /// Before the view loads.
     void setImportVehicleInfo(std::optional<Value> document) { m_importVehicleInfo = std::move(document); }
-    /// Why a launch file is none: said at once, and the screen closes.
+    /// Why the launch file is no tuning profile: the screen says so at once, and closes.
     void setImportTrouble(const QString& sentence) { m_importTrouble = sentence; }
 
     void viewDidLoad() override;

@@ -12,6 +12,7 @@ namespace torv {
 
 class EqualizerViewController;
 
+/// Takes the values of an equalizer. Main thread.
 class EqualizerViewControllerDelegate {
 public:
     EqualizerViewControllerDelegate() = default;

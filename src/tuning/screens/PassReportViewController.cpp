@@ -41,7 +41,7 @@ void PassReportViewController::tryAgain() {
         if (m_report.isReset) return activation.push(std::string{defaultProfileName}, progress, cancelled);
         return activation.pushAgain(m_report.wanted, progress, cancelled);
     });
-    if (m_push.takeCancel()) return;  // what was not tried any more is as it was
+    if (m_push.takeCancel()) return;  // a cancelled try tells nothing of the values that it did not reach
     m_report = std::move(report);
     if (m_report.rows.empty()) setRightBarButton(nullptr);
     reloadData();

@@ -19,7 +19,7 @@ public:
     void viewDidLoad() override;
     [[nodiscard]] int numberOfRowsInSection(int) override { return static_cast<int>(m_report.rows.size()); }
     [[nodiscard]] TableSectionView viewForHeaderInSection(int) override;
-    [[nodiscard]] double heightForRowAtIndexPath(IndexPath) override { return rowHeight; }
+    [[nodiscard]] double heightForRowAtIndexPath(IndexPath) override { return tallRowHeight; }
     [[nodiscard]] std::shared_ptr<TableViewCell> cellForRowAtIndexPath(IndexPath path) override;
     [[nodiscard]] bool shouldHighlightRowAtIndexPath(IndexPath) override { return false; }
     [[nodiscard]] QString emptyText() const override {
@@ -29,15 +29,13 @@ public:
     void tryAgain();
 
 private:
-    static constexpr double rowHeight = 54;
-
     const std::shared_ptr<iTorvAppDelegate> m_application;
     TuningPush m_push;
     PassReport m_report;
 };
 
-/// Nothing of a pass that went well. With values that were not taken a screen of its own comes over this
-/// one, where that is still on top of its stack; else an alert says it in one sentence.
+/// Does nothing after a pass that went well. With values that were not taken a screen of its own comes over
+/// this one, where that is still on top of its stack; else an alert says it in one sentence.
 void showPassReport(ViewController& screen, const std::shared_ptr<iTorvAppDelegate>& application,
                     const QString& profile, const PassReport& report);
 

@@ -20,7 +20,7 @@ public:
 
     [[nodiscard]] int numberOfRowsInSection(int) override { return static_cast<int>(m_differences.size()); }
     [[nodiscard]] QString emptyText() const override { return QStringLiteral("All values are the same."); }
-    [[nodiscard]] double heightForRowAtIndexPath(IndexPath) override { return rowHeight; }
+    [[nodiscard]] double heightForRowAtIndexPath(IndexPath) override { return tallRowHeight; }
     [[nodiscard]] bool shouldHighlightRowAtIndexPath(IndexPath) override { return false; }
     [[nodiscard]] TableSectionView viewForHeaderInSection(int) override {
         return {.text = QStringLiteral("This profile, and: %1").arg(m_other), .fontSize = 14};
@@ -39,8 +39,6 @@ public:
     }
 
 private:
-    static constexpr double rowHeight = 54;
-
     const QString m_other;
     const std::vector<ValueDifference> m_differences;
 };

@@ -13,8 +13,8 @@
 
 namespace torv {
 
-/// The values of one tuning profile, by group. What is changed is stored at once; the button keeps a new
-/// profile's name, or hands an old one on. Main thread.
+/// The values of one tuning profile, by group. What is changed is stored at once; the right button saves a
+/// new profile's name, or exports a profile that is in the list. Main thread.
 ///
 ///   In the list  document  begins with                                   right button
 ///   no           no        what the AV store holds of every item         Save
@@ -39,7 +39,7 @@ public:
     [[nodiscard]] int numberOfSections() override;
     [[nodiscard]] int numberOfRowsInSection(int section) override;
     [[nodiscard]] QString titleForHeaderInSection(int section) override;
-    [[nodiscard]] double heightForRowAtIndexPath(IndexPath) override { return rowHeight; }
+    [[nodiscard]] double heightForRowAtIndexPath(IndexPath) override { return tallRowHeight; }
     [[nodiscard]] std::shared_ptr<TableViewCell> cellForRowAtIndexPath(IndexPath path) override;
     [[nodiscard]] bool shouldHighlightRowAtIndexPath(IndexPath path) override;
     void didSelectRowAtIndexPath(IndexPath path) override;
@@ -63,8 +63,6 @@ public:
     [[nodiscard]] ProfileEditor& editor() { return m_editor; }
 
 private:
-    static constexpr double rowHeight = 54;
-
     [[nodiscard]] const TorvAttributeGroup& group(int section) const;
     [[nodiscard]] const TorvAttribute& itemOfTag(std::int32_t tag) const;
     [[nodiscard]] Document document() const;

@@ -10,8 +10,8 @@
 
 namespace torv {
 
-/// Asks for the name of a new profile. One that is taken is refused, and nothing else: also the empty name
-/// goes. Where a name is one that the program uses itself, it warns first. Main thread.
+/// Asks for the name of a new profile. Only a name that is taken is refused; even the empty one is accepted.
+/// Where a name is one that the program uses itself, it warns first. Main thread.
 class ProfileNameViewController final : public torv::TableViewController, public TextFieldDelegate {
     Q_OBJECT
 

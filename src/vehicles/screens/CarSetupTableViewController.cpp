@@ -289,7 +289,7 @@ void CarSetupTableViewController::updateCurrentVehicle(int tag) {
     refresh();
 }
 
-/// After an update that failed: a profile with an older download is taken with that one.
+/// After an update that failed: a vehicle that was downloaded earlier is chosen with that download.
 void CarSetupTableViewController::useOlderCopy(int row) {
     if (row < static_cast<int>(m_vehicles.size())) {
         const auto& vehicle = m_vehicles[static_cast<std::size_t>(row)];
