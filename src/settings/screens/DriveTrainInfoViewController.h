@@ -46,7 +46,7 @@ public:
     [[nodiscard]] double heightForRowAtIndexPath(IndexPath) override { return valueRowHeight; }
     [[nodiscard]] std::shared_ptr<TableViewCell> cellForRowAtIndexPath(IndexPath path) override;
     [[nodiscard]] TableSectionView viewForFooterInSection(int) override;
-    [[nodiscard]] bool shouldHighlightRowAtIndexPath(IndexPath) override { return m_connected; }
+    [[nodiscard]] bool shouldHighlightRowAtIndexPath(IndexPath) override { return opens(); }
     void didSelectRowAtIndexPath(IndexPath path) override;
 
     bool textValueGetterViewControllerShouldValidateValues(TextValueGetterViewController& screen) override;
@@ -65,6 +65,7 @@ public:
 private:
     static constexpr double valueRowHeight = 54;
 
+    [[nodiscard]] bool opens() const { return m_connected && isChangeable(m_info.setting()); }
     void setConnected(bool connected);
     void pushPicker(int row);
     void pushTireSize(int row);
