@@ -9,6 +9,7 @@
 #include <utility>
 
 #include "platform/Log.h"
+#include "platform/real/SessionBus.h"
 
 namespace torv {
 namespace {
@@ -50,9 +51,7 @@ bool SingleInstance::ownName() {
 }
 
 SingleInstance::Claim SingleInstance::claim(bool withFile, std::string& why) {
-    // Without an address Qt would start a bus of its own.
-    const bool hasBus =
-        qEnvironmentVariableIsSet("DBUS_SESSION_BUS_ADDRESS") && QDBusConnection::sessionBus().isConnected();
+    const bool hasBus = hasSessionBus();
     if (hasBus && !ownName()) {
         const auto claim = askFirst(withFile, why);
         if (claim != Claim::mine) return claim;

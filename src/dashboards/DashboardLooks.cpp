@@ -124,8 +124,15 @@ void DashboardViewController::lookAtStore() {
     if (std::exchange(m_notice, trouble) != trouble) emit noticeChanged();
 }
 
+QString DashboardViewController::stripNote() const {
+    if (!m_indicatorViews.empty()) return {};
+    return m_application->currentVehicle().sensors().empty()
+               ? QStringLiteral("This vehicle's profile lists no sensors")
+               : QStringLiteral("All sensors of this vehicle are in the menu, under Diagnostics");
+}
+
 QString DashboardViewController::advice() const {
-    if (m_indicatorViews.empty()) return QStringLiteral("This vehicle's profile lists no sensors");
+    if (m_indicatorViews.empty()) return stripNote();
     const bool empty = std::none_of(m_droppableViews.begin(), m_droppableViews.end(),
                                     [](const auto& place) { return place->gauge() != nullptr; });
     return empty ? QStringLiteral("Hold a sensor in the strip and drag it here") : QString{};

@@ -71,6 +71,14 @@ void DashboardViewController::viewDidLoad() {
     }
     m_connected =
         Platform::current().notificationCenter().addObserver(sendNotification, [this] { sendvalues(); });
+    // Any thread may have stored.
+    m_storeChanged = Platform::current().notificationCenter().addObserver(
+        storeKeptChanged, [page = std::weak_ptr{shared_from_this()}] {
+            Platform::current().runLoop().performOnMainThread([page] {
+                const auto kept = std::dynamic_pointer_cast<DashboardViewController>(page.lock());
+                if (kept) kept->lookAtStore();
+            });
+        });
     m_application->addDelegate(this);
     lookAtStore();
 }
@@ -430,6 +438,7 @@ void DashboardViewController::goBackOnePage() {
     m_left = true;
     m_replay.end();
     m_connected = {};
+    m_storeChanged = {};
     for (const auto& [aid, indicator] : m_indicatorViews)
         indicator->setDelegate(nullptr);
     m_application->removeDelegate(this);

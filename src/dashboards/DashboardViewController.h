@@ -60,6 +60,7 @@ class DashboardViewController : public torv::ViewController,
     Q_PROPERTY(QRectF toastFrame READ toastFrame NOTIFY toastChanged)
     Q_PROPERTY(QString pressedButton READ pressedButton NOTIFY pressedChanged)
     Q_PROPERTY(QString advice READ advice NOTIFY adviceChanged)
+    Q_PROPERTY(QString stripNote READ stripNote NOTIFY adviceChanged)
     Q_PROPERTY(QString notice READ notice NOTIFY noticeChanged)
     Q_PROPERTY(int number READ number CONSTANT)
 
@@ -160,6 +161,8 @@ public:
     }
     /// How an empty page is filled, or why it can't be; empty once something stands there.
     [[nodiscard]] QString advice() const;
+    /// Why the strip is empty; empty when it is not.
+    [[nodiscard]] QString stripNote() const;
     /// What is wrong with the store of the user's choices; empty when all is well.
     [[nodiscard]] QString notice() const { return m_notice; }
     /// 1 to 3.
@@ -241,6 +244,7 @@ private:
     PageTouches m_touches{*this};
     ConnectReplay m_replay;
     NotificationCenter::Observation m_connected;
+    NotificationCenter::Observation m_storeChanged;
 };
 
 }  // namespace torv

@@ -53,8 +53,7 @@ void GaugeView::readAid(std::span<std::uint8_t> bytes, AID aid) {
 }
 
 void GaugeView::updateValue(std::optional<float> number) {
-    if (m_active) m_since = Platform::current().runLoop().now();
-    setOld(!m_active);
+    if (m_active) showsValue();
     setValue(number.value_or(0));
 }
 
@@ -186,14 +185,7 @@ GaugeScale GaugeView::scale() const {
 
 void GaugeView::setActive(bool active) {
     m_active = active;
-    m_since.reset();
-    setOld(true);
-}
-
-void GaugeView::setOld(bool old) {
-    if (m_old == old) return;
-    m_old = old;
-    emit oldChanged();
+    showsNone();
 }
 
 std::shared_ptr<GaugeView> GaugeView::copy() const {

@@ -14,7 +14,8 @@
 #include "dashboards/Reader.h"
 #include "dashboards/View.h"
 #include "screens/Image.h"
-#include "session/ValueAger.h"
+#include "session/AgingReadOut.h"
+#include "session/iTorvReader.h"
 
 namespace torv {
 
@@ -105,14 +106,10 @@ public:
     [[nodiscard]] QRectF iconFrame() const { return m_iconFrame; }
     [[nodiscard]] bool inWarning() const { return m_inWarning; }
     [[nodiscard]] GaugeScale scale() const;
-    /// The value shown came too long ago to be taken for live.
-    [[nodiscard]] bool isOld() const { return m_old; }
-    void dim() override { setOld(true); }
     [[nodiscard]] AID shownAID() const override {
         const auto& shown = attribute();
         return shown ? shown->aid : 0;
     }
-    [[nodiscard]] std::optional<RunLoop::Clock::time_point> shownSince() const override { return m_since; }
 
     /// The needle's rotation now, and whether it stays there.
     Q_INVOKABLE double needleAngle() const;
@@ -126,7 +123,7 @@ signals:
     void needleAimed();
 
 private:
-    void setOld(bool old);
+    void tellOld() override { emit oldChanged(); }
     void recalculatePreviousValue();
 
     GaugeDial m_dial;
@@ -147,8 +144,6 @@ private:
     Image m_smallIconImage;
     Image m_smallWarningIconImage;
     bool m_active = false;
-    bool m_old = true;
-    std::optional<RunLoop::Clock::time_point> m_since;  // the value that is shown came
     std::atomic<bool> m_locked{false};
     std::atomic<std::int32_t> m_priority{0};
     NeedleMotion m_needle{animationDuration};

@@ -41,8 +41,7 @@ void IndicatorView::readAid(std::span<std::uint8_t> bytes, AID aid) {
 
 void IndicatorView::updateValue(std::optional<float> number) {
     const float value = number.value_or(0);
-    m_since = Platform::current().runLoop().now();
-    setOld(false);
+    showsValue();
     setValue(value);
     if (m_sampleSink && m_attribute) m_sampleSink(m_attribute->aid, value);
 }
@@ -99,12 +98,6 @@ QRectF IndicatorView::unitFrame() const {
                                     [&](const UnitWidth& row) { return row.unit == *m_attribute->unit; });
     if (found == unitWidths.end()) return {};
     return {textLeft, unitTop, found->width, unitHeight};
-}
-
-void IndicatorView::setOld(bool old) {
-    if (m_old == old) return;
-    m_old = old;
-    emit oldChanged();
 }
 
 std::shared_ptr<IndicatorView> IndicatorView::copy() const {

@@ -99,13 +99,10 @@ public:
     [[nodiscard]] QRectF unitFrame() const;
     [[nodiscard]] QSizeF unitSize() const { return m_unitImage.size; }
     [[nodiscard]] bool inWarning() const { return m_inWarning; }
-    [[nodiscard]] bool isOld() const { return m_old; }
-    void dim() override { setOld(true); }
     [[nodiscard]] AID shownAID() const override {
         const auto& shown = attribute();
         return shown ? shown->aid : 0;
     }
-    [[nodiscard]] std::optional<RunLoop::Clock::time_point> shownSince() const override { return m_since; }
 
 signals:
     void warningChanged();
@@ -114,7 +111,7 @@ signals:
     void oldChanged();
 
 private:
-    void setOld(bool old);
+    void tellOld() override { emit oldChanged(); }
 
     std::unique_ptr<DigitalDisplayView> m_digitalDisplayView;
     std::shared_ptr<const TorvAttribute> m_attribute;
@@ -129,8 +126,6 @@ private:
     std::atomic<std::int32_t> m_priority{0};
     SampleSink m_sampleSink;
     AID m_tag = 0;
-    bool m_old = true;
-    std::optional<RunLoop::Clock::time_point> m_since;  // the value that is shown came
 };
 
 }  // namespace torv

@@ -24,6 +24,7 @@ class PowerLevelView final : public torv::StatusWidget {
     Q_PROPERTY(QString bar READ bar NOTIFY barChanged)
     Q_PROPERTY(double shownBarWidth READ shownBarWidth NOTIFY barChanged)
     Q_PROPERTY(QSizeF barSize READ barSize CONSTANT)
+    Q_PROPERTY(bool inWarning READ inWarning NOTIFY barChanged)
     Q_PROPERTY(QString overlay READ overlay CONSTANT)
 
 public:
@@ -37,6 +38,7 @@ public:
     [[nodiscard]] DigitalDisplayView& powerLevelNumber() const { return *m_powerLevelNumber; }
     [[nodiscard]] DigitalDisplayView* powerLevelNumberObject() const { return m_powerLevelNumber.get(); }
     [[nodiscard]] QString bar() const { return m_powerLevelIcon.source; }
+    [[nodiscard]] bool inWarning() const { return m_powerLevelIcon.source == m_warning.source; }
     [[nodiscard]] QString overlay() const { return m_overlay.source; }
     [[nodiscard]] QSizeF barSize() const { return m_overlay.size; }
     /// Not guarded: a maximum of 0 makes it infinite or no number, and a negative one negative.

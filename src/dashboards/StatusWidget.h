@@ -10,7 +10,8 @@
 
 #include "dashboards/Reader.h"
 #include "dashboards/View.h"
-#include "session/ValueAger.h"
+#include "session/AgingReadOut.h"
+#include "session/iTorvReader.h"
 
 namespace torv {
 
@@ -45,19 +46,14 @@ public:
         updateOnMainThread(shared_from_this(), data ? std::optional{number(*data)} : std::nullopt);
     }
     void updateValue(std::optional<std::int32_t> number) {
-        m_since = Platform::current().runLoop().now();
-        setOld(false);
+        showsValue();
         show(number.value_or(0));
     }
 
-    /// The value shown came too long ago to be taken for live.
-    [[nodiscard]] bool isOld() const { return m_old; }
-    void dim() override { setOld(true); }
     [[nodiscard]] AID shownAID() const override {
         const auto& shown = attribute();
         return shown ? shown->aid : 0;
     }
-    [[nodiscard]] std::optional<RunLoop::Clock::time_point> shownSince() const override { return m_since; }
 
 signals:
     void oldChanged();
@@ -68,17 +64,11 @@ protected:
     virtual void show(std::int32_t number) = 0;
 
 private:
-    void setOld(bool old) {
-        if (m_old == old) return;
-        m_old = old;
-        emit oldChanged();
-    }
+    void tellOld() override { emit oldChanged(); }
 
     mutable std::mutex m_mutex;
     std::shared_ptr<const TorvAttribute> m_attribute;
     std::atomic<std::int32_t> m_priority{0};
-    bool m_old = true;
-    std::optional<RunLoop::Clock::time_point> m_since;  // the value that is shown came
 };
 
 }  // namespace torv

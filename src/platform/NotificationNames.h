@@ -15,6 +15,9 @@ inline constexpr std::string_view x2comStopRespTimerNotification = "x2comStopRes
 inline constexpr std::string_view dtc224Received = "dtc224Received";
 inline constexpr std::string_view dtc225Received = "dtc225Received";
 
+// By the store, on the thread that stored: whether changes reach the disk is another now.
+inline constexpr std::string_view storeKeptChanged = "storeKeptChanged";
+
 // On the main thread.
 inline constexpr std::string_view sendNotification = "sendNotification";  // replay what is stored
 inline constexpr std::string_view customTuningSettingsUpdated = "customTuningSettingsUpdated";

@@ -8,6 +8,7 @@ namespace torv {
 namespace {
 
 constexpr std::int32_t labelStyle = 4;
+constexpr double warningWidth = 2;
 
 void paintLabel(QPainter& painter, const GaugeScale::Label& label) {
     DigitalDisplayView display{{label.position, QSizeF{label.width, GaugeScale::labelHeight}}};
@@ -51,8 +52,10 @@ void GaugeScaleItem::paint(QPainter* painter) {
         painter->save();
         painter->translate(scale.pivot);
         painter->rotate(tick.degrees);
-        painter->setPen(
-            QPen{tick.warning ? QColor{Qt::red} : QColor{Qt::white}, tick.width, Qt::SolidLine, Qt::FlatCap});
+        // Red ones are wider too.
+        painter->setPen(QPen{tick.warning ? QColor{Qt::red} : QColor{Qt::white},
+                             tick.warning ? tick.width * warningWidth : tick.width, Qt::SolidLine,
+                             Qt::FlatCap});
         painter->drawLine(QPointF{0, -scale.outerRadius}, QPointF{0, -scale.innerRadius});
         painter->restore();
     }

@@ -8,7 +8,8 @@
 namespace torv {
 
 /// A number as the user's locale writes it, in the form that is stored and sent: its own digits become those
-/// from 0 to 9, its decimal sign a point. All else stays as it is typed. Main thread.
+/// from 0 to 9, its decimal sign a point, and its signs between thousands go. All else stays as it is typed.
+/// Main thread.
 [[nodiscard]] std::string typedNumber(const QString& text, const QLocale& locale = QLocale{});
 
 // The alert after a typed value was refused.

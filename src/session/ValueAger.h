@@ -1,27 +1,12 @@
 #pragma once
 
 #include <memory>
-#include <optional>
 #include <vector>
 
+#include "session/AgingReadOut.h"
 #include "session/iTorvFeeder.h"
 
 namespace torv {
-
-/// A read-out of one AID that can look old. Main thread.
-class AgingReadOut {
-public:
-    AgingReadOut() = default;
-    AgingReadOut(const AgingReadOut&) = delete;
-    AgingReadOut& operator=(const AgingReadOut&) = delete;
-    virtual ~AgingReadOut() = default;
-
-    [[nodiscard]] virtual AID shownAID() const = 0;
-    /// When the value that is shown came; nothing before the first one.
-    [[nodiscard]] virtual std::optional<RunLoop::Clock::time_point> shownSince() const = 0;
-    /// Only the next value that is shown ends that.
-    virtual void dim() = 0;
-};
 
 /// Dims every read-out whose value is too old to be taken for live: four times a second, by one timer for
 /// all. Main thread.

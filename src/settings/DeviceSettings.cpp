@@ -24,6 +24,29 @@ std::optional<AV> encoded(const TorvAttribute& setting, const AVFormatterData& r
     return AV{{buffer.get(), size}, size};
 }
 
+void storeLowest(const Vehicle& before, const Vehicle& chosen) {
+    // What can't be read may be there, and is not to be replaced by the lowest values at the next connect.
+    for (const auto* vehicle : {&before, &chosen}) {
+        if (SettingValueStore::state(*vehicle) == EntryState::unreadable)
+            return logLine("the settings of " + vehicle->name().value_or("the vehicle") +
+                           " can't be read and stay");
+    }
+    const auto stored = SettingValueStore::load(before);
+    auto values = stored.value_or(ProfileDictionary{});
+    const bool isSame = SettingValueStore::keyFor(before) == SettingValueStore::keyFor(chosen);
+    bool changed = false;
+    for (const auto& setting : before.settings()) {
+        // Of two settings with one AID the second begins with what the first has left.
+        auto record = formattedValueForSetting(setting, isSame ? values : stored).value_or(AVFormatterData{});
+        record.value = std::to_string(longLongFromDouble(setting.minValue));
+        const auto value = encoded(setting, record, slotSize(setting.aid));
+        if (!value) continue;
+        values.insert_or_assign(setting.aid, *value);
+        changed = true;
+    }
+    if (changed) SettingValueStore::save(values, chosen);
+}
+
 }  // namespace
 
 DeviceSettings::DeviceSettings(std::shared_ptr<iTorvFeeder> feeder, Vehicle vehicle)
@@ -102,23 +125,8 @@ void DeviceSettings::reset() {
 }
 
 void storeLowestValues(const Vehicle& before, const Vehicle& chosen) {
+    storeLowest(before, chosen);
     setTurboLamp(false);
-    // What can't be read may be there, and is not to be replaced by the lowest values at the next connect.
-    for (const auto* vehicle : {&before, &chosen}) {
-        if (SettingValueStore::state(*vehicle) == EntryState::unreadable)
-            return logLine("the settings of " + vehicle->name().value_or("the vehicle") +
-                           " can't be read and stay");
-    }
-    auto values = SettingValueStore::load(before).value_or(ProfileDictionary{});
-    for (const auto& setting : before.settings()) {
-        auto record =
-            formattedValueForSetting(setting, SettingValueStore::load(before)).value_or(AVFormatterData{});
-        record.value = std::to_string(longLongFromDouble(setting.minValue));
-        const auto value = encoded(setting, record, slotSize(setting.aid));
-        if (!value) continue;
-        values.insert_or_assign(setting.aid, *value);
-        SettingValueStore::save(values, chosen);
-    }
 }
 
 }  // namespace torv

@@ -54,6 +54,7 @@ public:
     void reset();
     /// The vehicle has changed: from now on no change goes anywhere.
     void end() { m_ended = true; }
+    [[nodiscard]] bool hasEnded() const { return m_ended; }
 
 private:
     void updateAIDWithAV(AID aid, const AV& value);

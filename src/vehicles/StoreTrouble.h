@@ -15,6 +15,7 @@ enum class StoreTrouble {
     settings,       ///< the device settings of the vehicle
     someSettings,   ///< a part of them
     activeProfile,  ///< which tuning profile is the active one
+    activeValues,   ///< what that profile holds
     unwritable      ///< all is known, and changes are lost at the end
 };
 

@@ -63,6 +63,22 @@ TEST(Attribute, TakesEveryKey) {
     EXPECT_EQ(decoded(a, 1000), "60.0");
 }
 
+TEST(Attribute, AGroupTakesEveryKeyAsItStands) {
+    const auto group = TorvAttributeGroup::torvAttributeGroupFromDictionary(
+        parsed(R"({"name": "Fuel%20%41", "type": "equalizer", "unit": "USEC", "default": 0.1, "low": -2.5,
+        "high": "7", "resolution": 4, "items": [{"aid": 5}, 6, {"aid": 7}]})"));
+    EXPECT_EQ(group.name, "Fuel%20%41");
+    EXPECT_EQ(group.type, "equalizer");
+    EXPECT_EQ(group.unit, "USEC");
+    EXPECT_EQ(group.defaultValue, static_cast<double>(0.1F));
+    EXPECT_EQ(group.lowValue, -2.5);
+    EXPECT_EQ(group.highValue, 7);
+    EXPECT_EQ(group.resolutionValue, 4);
+    ASSERT_EQ(group.items.size(), 3U);
+    EXPECT_EQ(group.items[0].aid + group.items[1].aid + group.items[2].aid, 12);
+    EXPECT_TRUE(TorvAttributeGroup::torvAttributeGroupFromDictionary({}).items.empty());
+}
+
 TEST(Attribute, ConvertsOddDocuments) {
     /// The document, what it makes of the field that is named, and that field.
     const std::array<std::string, 3> rows[] = {

@@ -1,6 +1,7 @@
 // The three pages: what stands where, what is stored, what warns, and what follows a change of vehicle.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <limits>
 
 #include "Dashboard.h"
@@ -250,6 +251,24 @@ TEST_F(PageTest, APowerStepWaitsForAPassAndAnEmptyPageSaysHowItIsFilled) {
     EXPECT_FALSE(page->pageView().expanded());
     launch(truck("Van", {}));
     EXPECT_TRUE(open().advice().contains("no sensors"));
+    auto grouped = sensor(9);
+    grouped.set("category", "Fuel");
+    launch(truck("Van", {grouped}));
+    EXPECT_TRUE(open().stripNote().contains("under Diagnostics"));
+    EXPECT_EQ(page->advice(), page->stripNote());
+}
+
+TEST_F(PageTest, AStoreThatFailsIsSaidAtOnceAndNoLongerThanItDoes) {
+    launch(truck("Truck", {sensor(9)}));
+    open();
+    EXPECT_EQ(page->notice(), "");
+    for (const bool kept : {false, true}) {
+        platform.defaults.kept = kept;
+        drop(9, 1);
+        defaults().synchronize();
+        platform.loop.runWork();
+        EXPECT_EQ(page->notice().isEmpty(), kept);
+    }
 }
 
 TEST_F(PageTest, ThePowerLevelStepsFromWhatTheModuleReported) {
@@ -395,9 +414,18 @@ TEST_F(PageTest, PagesStackAndLeaveNothingBehind) {
     EXPECT_TRUE(dynamic_cast<LastViewController&>(*stage.top()).pageView().expanded());
     EXPECT_NE(stage.top(), second);
     dynamic_cast<LastViewController&>(*stage.top()).goTofirst();
-    second->rightSwipe();
-    second->rightSwipe();  // once more while it is leaving
     const auto kept = second->shared_from_this();
+    // What the second has begun to replay ends with it.
+    SettingValueStore::save({{95, AV::forAID(95, fakes::Bytes{1})}, {96, AV::forAID(96, fakes::Bytes{2})}},
+                            app->currentVehicle());
+    int replays = 0;
+    fakes::connectModule(platform, writes, true, [&] {
+        if (writes.back() == fakes::frame({0x04, 95, 1, 0}) && ++replays == 2)
+            platform.loop.performOnMainThread([&] { second->rightSwipe(); });
+    });
+    platform.loop.runFor(2s);
+    EXPECT_EQ(std::ranges::count(writes, fakes::frame({0x04, 96, 2, 0})), 1);
+    second->rightSwipe();  // once more, when it has been left
     second->touchKey(Qt::Key_Space);
     platform.loop.runWork();
     EXPECT_FALSE(second->pageView().expanded());

@@ -253,6 +253,13 @@ TEST_F(PickerTest, JitterHoldsAFlickTurnsASlowDragTurnsAtMostOnePage) {
     loop.runFor(500ms);
     EXPECT_TRUE(strip.dragging());  // a finger on a bumpy road holds still enough
     release(begin);
+    for (const int shift : {8, 9}) {
+        press(begin);
+        move(begin + QPointF{0, static_cast<double>(shift)});
+        loop.runFor(500ms);
+        EXPECT_EQ(strip.dragging(), shift == 8);
+        release(begin);
+    }
     const auto drag = [&](double way, std::chrono::milliseconds time) {
         press(begin);
         move(begin - QPointF{way / 2, 0});
@@ -264,6 +271,12 @@ TEST_F(PickerTest, JitterHoldsAFlickTurnsASlowDragTurnsAtMostOnePage) {
     EXPECT_EQ(drag(20, 100ms), 1);
     EXPECT_EQ(drag(-30, 900ms), 1);
     EXPECT_EQ(drag(-180, 900ms), 0);
+    Array twelve;
+    for (int aid = 10; aid < 22; ++aid)
+        twelve.push_back(fakes::sensor(aid));
+    dashboard.app->setCurrentVehicle(fakes::truck("Van", twelve));
+    EXPECT_EQ(picker().pageControl().numberOfPages(), 3);
+    EXPECT_EQ(drag(1000, 900ms), 1);
 }
 
 TEST_F(PickerTest, ATapOnTheHandleOpensAndClosesTheStrip) {

@@ -18,8 +18,10 @@
 #include <sstream>
 
 #include "fakes/WaitUntil.h"
+#include "platform/Log.h"
 #include "platform/real/DesktopDocumentSaver.h"
 #include "platform/real/DesktopMailComposer.h"
+#include "platform/real/IdleInhibitor.h"
 #include "platform/real/QtRunLoop.h"
 
 namespace {
@@ -141,6 +143,52 @@ protected:
     int failures = 0;
     const MailComposer::Failed failed = [this] { ++failures; };
 };
+
+/// Keeps what it was asked, and answers when it is told to.
+class ScreenSaver final : public QDBusVirtualObject {
+public:
+    [[nodiscard]] QString introspect(const QString&) const override { return {}; }
+    bool handleMessage(const QDBusMessage& message, const QDBusConnection& bus) override {
+        calls.push_back(message.member() + ' ' + message.arguments().last().toString());
+        if (message.member() != "Inhibit") return bus.send(message.createReply());
+        waiting = message;
+        return holds || answer(bus);
+    }
+    bool answer(const QDBusConnection& bus) { return bus.send(waiting.createReply(cookie)); }
+
+    static constexpr unsigned int cookie = 4711;
+    bool holds = false;
+    QDBusMessage waiting;
+    QStringList calls;
+};
+
+TEST_F(DesktopTest, TheScreenStaysOnWhileThatIsWanted) {
+    std::vector<std::string> log;
+    setLogSink([&](std::string_view line) { log.emplace_back(line); });
+    const auto name = QStringLiteral("org.freedesktop.ScreenSaver");
+    ScreenSaver screen;
+    IdleInhibitor inhibitor;
+    inhibitor.setInhibited(true);  // nobody is there
+    ASSERT_TRUE(wait([&] { return log.size() == 1; }));
+    inhibitor.setInhibited(false);
+    ASSERT_TRUE(other->registerVirtualObject("/org/freedesktop/ScreenSaver", &screen));
+    ASSERT_TRUE(other->registerService(name));
+    for (const bool late : {false, true}) {
+        screen.calls.clear();
+        screen.holds = late;
+        inhibitor.setInhibited(true);
+        inhibitor.setInhibited(true);
+        ASSERT_TRUE(wait([&] { return screen.calls.size() == 1; }));
+        EXPECT_EQ(screen.calls[0], "Inhibit Live gauges are shown");
+        inhibitor.setInhibited(false);
+        if (late) screen.answer(*other);
+        ASSERT_TRUE(wait([&] { return screen.calls.size() == 2; })) << late;
+        EXPECT_EQ(screen.calls[1], "UnInhibit 4711");
+    }
+    other->unregisterService(name);
+    other->unregisterObject("/org/freedesktop/ScreenSaver");
+    setLogSink(nullptr);
+}
 
 TEST_F(DesktopTest, MailGoesByThePortal) {
     EXPECT_FALSE(mail.canSendMail());

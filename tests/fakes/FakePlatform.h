@@ -7,11 +7,13 @@
 #include <map>
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "ScriptedStream.h"
 #include "VirtualRunLoop.h"
 #include "platform/Log.h"
+#include "platform/NotificationNames.h"
 #include "platform/Platform.h"
 
 namespace fakes {
@@ -27,7 +29,11 @@ public:
         entries.insert_or_assign(std::string{key}, std::move(object));
     }
     void removeObjectForKey(std::string_view key) override { entries.erase(std::string{key}); }
-    bool synchronize() override { return ++synchronized > 0 && kept; }
+    bool synchronize() override {
+        ++synchronized;
+        if (std::exchange(m_wasKept, kept) != kept && keptChanged) keptChanged();
+        return kept;
+    }
     [[nodiscard]] bool isWhole() const override { return whole; }
     [[nodiscard]] bool isKept() const override { return kept; }
     [[nodiscard]] std::vector<std::string> keys() const override {
@@ -41,6 +47,10 @@ public:
     int synchronized = 0;
     bool whole = true;
     bool kept = true;
+    std::function<void()> keptChanged;
+
+private:
+    bool m_wasKept = true;
 };
 
 /// Queued replies, recorded requests; an error where none is queued.
@@ -79,6 +89,7 @@ class FakePlatform final : public torv::Platform {
 public:
     FakePlatform() {
         torv::Platform::install(this);
+        defaults.keptChanged = [this] { notificationCenter().postNotificationName(torv::storeKeptChanged); };
         torv::setLogSink([this](std::string_view line) { log.emplace_back(line); });
     }
     ~FakePlatform() override {

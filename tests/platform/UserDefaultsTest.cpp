@@ -194,7 +194,7 @@ TEST_F(UserDefaultsTest, ADamagedPageLosesWhatStandsOnItAlone) {
         }
     }
     EXPECT_EQ(found(sound), count);
-    for (const std::size_t size : {100U, 511U, 4096U, 5000U})
+    for (const std::size_t size : {0U, 100U, 511U, 4096U, 5000U})
         EXPECT_EQ(found(sound.substr(0, size)), 0) << size;
     for (std::size_t i = 11; i < pages; i += 4) {
         log.clear();

@@ -189,7 +189,7 @@ TEST_F(SettingsTest, RowsShowTheStoreAndTheLinkDecidesWhatCanBeChosen) {
     fakes::connectModule(platform, writes);
     EXPECT_FALSE(screen.cellAt({0, plain})->dimmed());
     EXPECT_EQ(screen.cellAt({0, turboTimer})->accessory(), TableViewCell::Accessory::Detail);
-    EXPECT_EQ(screen.cellAt({0, oneWay})->note(), "can't be changed here");
+    EXPECT_EQ(screen.cellAt({0, oneWay})->note(), "can only be read: nothing is known of how to write it");
     stack->popViewControllerAnimated(false);
     touch(screen, oneWay);
     EXPECT_EQ(stack->depth(), 1);
@@ -254,6 +254,59 @@ TEST_F(SettingsTest, SwitchesAndChoicesReachTheModuleAndTheTurboLamp) {
     EXPECT_EQ(writes, (std::vector<Bytes>{frame({0x05, 152, 3, 30, 0}), frame({0x05, 152, 2, 30, 0}),
                                           frame({0x05, 153, 1, 0, 0}), frame({0x05, 152, 0, 30, 0}),
                                           frame({0x04, 91, 1, 0})}));
+    writes.clear();
+    DeviceSettings settings{app->feeder(), truck()};
+    settings.pick(settings.settings()[gear], 2);
+    flip(turboTimer);
+    settings.pick(settings.settings()[turboTimer], 1);
+    EXPECT_EQ(writes, (std::vector<Bytes>{frame({0x04, 91, 2, 0}), frame({0x05, 152, 1, 30, 0}),
+                                          frame({0x05, 152, 3, 0x2C, 1})}));
+}
+
+TEST_F(SettingsTest, WholeNumbersWithinTheRangePass) {
+    open<SettingsViewController>();
+    const DeviceSettings settings{app->feeder(), truck()};
+    const struct {
+        double lowest;
+        double highest;
+        const char* text;
+        bool passes;
+    } rows[]{{0, 0, "0", true},    {0, 0, " \t", true},   {0, 0, "1", false},      {0, 0, "-1", false},
+             {5, 4200, "5", true}, {5, 4200, "4", false}, {5, 4200, "4200", true}, {5, 4200, "4201", false},
+             {5, 4200, "", false}, {-5, 9.9, "-5", true}, {-5, 9.9, "10", false}};
+    for (const auto& row : rows) {
+        auto setting = settings.settings()[plain];
+        setting.minValue = row.lowest;
+        setting.maxValue = row.highest;
+        EXPECT_EQ(settings.accepts(setting, row.text), row.passes) << row.text << " up to " << row.highest;
+        EXPECT_EQ(settings.range(setting).isTold, row.highest != 0);
+    }
+}
+
+TEST_F(SettingsTest, ASwitchThatIsUsedAgainKeepsItsState) {
+    auto& screen = *open<SettingsViewController>({{153, AV::forAID(153, Bytes{1})}});
+    const auto isOn = [&] { return dynamic_cast<SwitchTableViewCell&>(*screen.cellAt({0, toggle})).isOn(); };
+    EXPECT_TRUE(isOn());
+    SettingValueStore::save({{153, AV::forAID(153, Bytes{0})}}, truck());  // by another program
+    platform.notificationCenter().postNotificationName(customTuningSettingsUpdated);
+    EXPECT_TRUE(isOn());
+}
+
+TEST_F(SettingsTest, AChoiceOfAVehicleIsOneCommitForAllItsSettings) {
+    Array many;
+    for (int aid = 1; aid <= 300; ++aid)
+        many.push_back(attribute(aid % 200 + 1, "Setting", 0, aid, 4200));
+    Vehicle large;
+    large.setName("Large");
+    large.setInfo(ProfileInfo{Dictionary{{"parameters", Dictionary{{"settings", many}}}}});
+    std::string lamp;
+    const auto off = platform.notificationCenter().addObserver(
+        turboOffNotification, [&] { lamp = std::to_string(platform.defaults.synchronized); });
+    storeLowestValues(large, truck("Chosen"));
+    EXPECT_EQ(SettingValueStore::load(truck("Chosen"))->size(), 200U);
+    EXPECT_EQ(SettingValueStore::load(truck("Chosen"))->at(1).bytes()[0], 200);
+    EXPECT_EQ(platform.defaults.synchronized, 1);
+    EXPECT_EQ(lamp, "1") << "the lamp goes off last";
 }
 
 TEST_F(SettingsTest, WhatTheModuleDoesNotTakeIsMarkedUntilItDoes) {
@@ -268,6 +321,13 @@ TEST_F(SettingsTest, WhatTheModuleDoesNotTakeIsMarkedUntilItDoes) {
     EXPECT_TRUE(type("51"));
     EXPECT_EQ(screen.cellAt({0, plain})->note(), "");
     EXPECT_FALSE(UntakenSettings::contains(truck(), 95));
+    touch(screen, plain);
+    platform.stream().lose();
+    writes.clear();
+    EXPECT_TRUE(type("52"));
+    EXPECT_TRUE(writes.empty());
+    EXPECT_EQ(stored(95)[0], 52);
+    EXPECT_EQ(screen.cellAt({0, plain})->note(), "not taken by the module");
 }
 
 TEST_F(SettingsTest, AChangeWaitsForTheOneBeforeItAndForAPass) {
@@ -311,6 +371,12 @@ TEST_F(SettingsTest, AnotherVehicleEndsTheChangesOfTheOldOne) {
     app->setCurrentVehicle(truck("Other"));
     EXPECT_TRUE(type("50"));
     EXPECT_TRUE(writes.empty());
+    EXPECT_EQ(stored(95)[0], 100);
+    ASSERT_NE(stack->alert(), nullptr);
+    EXPECT_EQ(stack->alert()->title(), "Not saved");
+    stack->alert()->touchButton(0);
+    screen.rightBarButton()->touch();  // Reset
+    run();
     EXPECT_EQ(stored(95)[0], 100);
 }
 
@@ -383,7 +449,32 @@ TEST_F(SettingsTest, ADriveTrainThatIsNotTakenSaysSoOnBothScreens) {
     touch(screen, 1);
     pick(1);
     EXPECT_EQ(screen.viewForFooterInSection(0).text, "⚠ not taken by the module");
+    const auto pass = app->beginPass();
+    const auto isRefused = [&] {
+        const bool refused = stack->alert() && stack->alert()->title() == "One moment";
+        if (stack->alert()) stack->alert()->touchButton(0);
+        run();
+        return refused;
+    };
+    touch(screen, 1);
+    pick(0);
+    EXPECT_TRUE(isRefused());
+    EXPECT_EQ(stack->topViewController(), &screen);
+    touch(screen, 2);
+    EXPECT_FALSE(type("30"));
+    EXPECT_TRUE(isRefused());
+    EXPECT_EQ(stored(226)[2], 1);
     EXPECT_EQ(settings.cellAt({0, driveTrain})->note(), "not taken by the module");
+}
+
+TEST_F(SettingsTest, ADriveTrainThatCanNotBeWrittenSaysSo) {
+    open<SettingsViewController>();
+    auto setting = truck().settings()[driveTrain];
+    setting.formatter = truck().settings()[oneWay].formatter;
+    const auto screen = DriveTrainInfoViewController::initWithAttribute(setting, app);
+    EXPECT_EQ(screen->viewForFooterInSection(0).text,
+              "⚠ can only be read: nothing is known of how to write it");
+    EXPECT_FALSE(screen->shouldHighlightRowAtIndexPath({0, 0}));
 }
 
 TEST_F(SettingsTest, TheSecondModeHasARangeOfItsOwn) {
@@ -459,6 +550,13 @@ TEST_F(SettingsTest, NumbersAreTypedAsTheLocaleWritesThem) {
     EXPECT_EQ(typedNumber("31,5", QLocale{QLocale::German}), "31.5");
     EXPECT_EQ(typedNumber("31.5", QLocale{QLocale::German}), "31.5");
     EXPECT_EQ(typedNumber("31,5", QLocale{QLocale::English}), "31,5");
+    EXPECT_EQ(typedNumber("3.250", QLocale{QLocale::German}), "3250");
+    EXPECT_EQ(typedNumber(" -1.003.250,5", QLocale{QLocale::German}), " -1003250.5");
+    EXPECT_EQ(typedNumber("3.2500", QLocale{QLocale::German}), "3.2500");
+    EXPECT_EQ(typedNumber("1234.567", QLocale{QLocale::German}), "1234.567");
+    EXPECT_EQ(typedNumber("3,250", QLocale{QLocale::English}), "3250");
+    EXPECT_EQ(typedNumber("0.123,456", QLocale{QLocale::English}), "0.123,456");
+    EXPECT_EQ(typedNumber("3 250,5", QLocale{QLocale::French}), "3250.5");
     EXPECT_EQ(typedNumber("-٣١٫٥", QLocale{QLocale::Arabic, QLocale::Egypt}), "-31.5");
     EXPECT_EQ(typedNumber("−5", QLocale{QLocale::Swedish}), "-5");
     EXPECT_EQ(typedNumber("5²", QLocale{QLocale::English}), "5²");

@@ -1,6 +1,8 @@
 // The choice of a vehicle, with an update server that the test plays.
 #include <gtest/gtest.h>
 
+#include <map>
+
 #include "fakes/FakePlatform.h"
 #include "fakes/FreshEngine.h"
 #include "platform/Reachability.h"
@@ -88,6 +90,11 @@ protected:
             run();
             auto* const alert = screen->alert();
             if (!alert) return titles + "nothing to press";
+            for (const auto& [title, message] : messages) {
+                if (alert->title() == title) {
+                    EXPECT_EQ(alert->message(), message);
+                }
+            }
             titles += alert->title().toStdString() + " ";
             alert->touchButton(button - '0');
         }
@@ -96,6 +103,10 @@ protected:
         return titles;
     }
 
+    std::map<QString, QString> messages{
+        {"Update error",
+         "There is no internet connection right now. Please restart the app with internet access in order to "
+         "update vehicle profiles."}};  // by their titles
     fakes::FakePlatform platform;
     std::shared_ptr<iTorvAppDelegate> app;
     std::shared_ptr<ViewController> root;
@@ -123,6 +134,12 @@ TEST_P(CarSetupFlow, RowByRow) {
     }
     platform.network.flags = Reachability::reachable;
     if (c.download) answer(c.download);
+    messages.insert({"Update available",
+                     QString{"A newer version of the current vehicle profile is available. %1Do you want to "
+                             "download it?"}
+                         .arg(c.firstRun ? ""
+                                         : "Updating a vehicle profile might clear some sensors you have "
+                                           "chosen.")});
     const int row = screen->vehicles()[0].name() == c.picked ? 0 : 1;
     screen->touchRow(0, row);
     EXPECT_EQ(press(c.buttons), c.alerts);
@@ -140,6 +157,7 @@ TEST_P(CarSetupFlow, RowByRow) {
 
 const auto newer = document("New", "2.0", 33);
 const auto newerOld = document("Old", "2.0", 44);
+const auto older = document("Old", "0.9", 55);
 
 INSTANTIATE_TEST_SUITE_P(
     All, CarSetupFlow,
@@ -158,6 +176,18 @@ INSTANTIATE_TEST_SUITE_P(
              "Warning Update error ", "Old 1.0", "", false},
         Case{"another with a login page", true, "New", false, false, "<html>Log in</html>", "0",
              "Update error ", "Old 1.0", "", false},
+        Case{"another to download on the first run", true, "New", false, false, newer.c_str(), "", "",
+             "New 2.0", "New 111 ", true},
+        Case{"another with nothing in it", true, "New", false, false, "", "0", "Update error ", "Old 1.0", "",
+             false},
+        Case{"another with an older copy, updated", false, "New", true, true, newer.c_str(), "1", "Warning ",
+             "New 2.0", "New 111 ", true},
+        Case{"another whose update fails on the first run", true, "New", true, true, nullptr, "0",
+             "Update error ", "New 1.0", "New 111 ", false},
+        Case{"the same on the first run, updated", true, "Old", true, true, newerOld.c_str(), "1",
+             "Update available ", "Old 2.0", "Old 44 ", true},
+        Case{"the same, with less than was promised", false, "Old", true, true, older.c_str(), "1",
+             "Update available ", "Old 0.9", "Old 55 ", true},
         Case{"another whose update fails", false, "New", true, true, nullptr, "10", "Warning Update error ",
              "New 1.0", "New 111 ", false},
         Case{"the same, updated", false, "Old", true, true, newerOld.c_str(), "1", "Update available ",
@@ -171,27 +201,28 @@ INSTANTIATE_TEST_SUITE_P(
 
 TEST_F(CarSetupTest, TheListLoadsInTheBackgroundAndMarksWhatThereIs) {
     VehicleDataSource::setCurrentVehicle(vehicle("Old", 1));
-    const auto manifest = std::string{
-        R"([{"vehicle": "Old", "version": "1.1", "url": "http://server/y"}, {"vehicle": "A", "version": "3.0"}])"};
-    answer(manifest);
+    const QString longName = "A" + QString{200, QChar{0x05D0}};
+    answer(R"([{"vehicle": "Old", "version": "1.1", "url": "http://server/y"}, {"vehicle": ")" +
+           longName.toStdString() + R"(", "version": "3.0"}])");
     open(false);
+    EXPECT_EQ(screen->viewForHeaderInSection(0).text, "Choose your vehicle profile");
+    EXPECT_EQ(screen->viewForFooterInSection(0).text,
+              "Enable your Internet connection to download updated vehicle profiles.");
     EXPECT_EQ(screen->cellAt({0, 0})->text(), "Loading vehicle profiles...");
     EXPECT_TRUE(screen->cellAt({0, 0})->busy());
     screen->touchRow(0, 0);
     run();
     EXPECT_EQ(screen->alert(), nullptr);
     ASSERT_EQ(screen->numberOfRowsInSection(0), 2);
-    EXPECT_EQ(screen->cellAt({0, 0})->text(), "A");
+    EXPECT_EQ(screen->cellAt({0, 0})->text(), longName);
     EXPECT_EQ(screen->cellAt({0, 0})->detailText(), "version 3.0");
     EXPECT_EQ(screen->cellAt({0, 0})->marks().size(), 1);
-    EXPECT_EQ(screen->cellAt({0, 1})->marks().size(), 2);
+    const auto both = screen->cellAt({0, 1})->marks();
+    ASSERT_EQ(both.size(), 2);
+    EXPECT_TRUE(both[0].contains("checkmark") && both[1].contains("UPDATE_AVAILABLE"));
     EXPECT_FALSE(app->connectionErrorMessageAllowed());
     screen->viewDidAppear();
     ASSERT_NE(screen->alert(), nullptr);
-    EXPECT_EQ(
-        screen->alert()->message(),
-        "A newer version of the current vehicle profile is available. Updating a vehicle profile might clear "
-        "some sensors you have chosen.Do you want to download it?");
     answer(document("Old", "1.1", 9));
     EXPECT_EQ(press("1"), "Update available ");
     EXPECT_FALSE(closed());
@@ -268,6 +299,50 @@ TEST_F(CarSetupTest, AScreenThatIsLeftDuringADownloadChangesNothing) {
     run();
     EXPECT_TRUE(closed());
     EXPECT_EQ(VehicleDataSource::currentVehicle().name(), "Old");
+}
+
+TEST_F(CarSetupTest, ARowIsLeftAloneDuringADownload) {
+    VehicleDataSource::setCurrentVehicle(vehicle("Old", 1));
+    VehicleDataSource::saveVehicle(vehicle("New", 2, false));
+    VehicleDataSource::saveVehicle(vehicle("Third", 3));
+    platform.network.flags = 0;
+    open(true);
+    run();
+    screen->alert()->touchButton(0);
+    run();
+    answer(document("New", "2.0", 3));
+    screen->touchRow(0, 0);
+    screen->touchRow(0, 1);  // comes while the document is on its way
+    run();
+    EXPECT_EQ(VehicleDataSource::currentVehicle().name(), "New");
+    EXPECT_TRUE(closed());
+}
+
+TEST_F(CarSetupTest, ARowIsLeftAloneDuringAPass) {
+    VehicleDataSource::setCurrentVehicle(vehicle("Old", 1));
+    VehicleDataSource::saveVehicle(vehicle("New", 2));
+    platform.network.flags = 0;
+    open(false);
+    run();
+    screen->alert()->touchButton(0);
+    run();
+    const auto oneMoment = [&] {
+        const auto title = screen->alert() ? screen->alert()->title() : QString{};
+        EXPECT_FALSE(screen->cellAt({0, 0})->busy());
+        press("0");
+        return title == "One moment";
+    };
+    auto pass = app->beginPass();
+    screen->touchRow(0, 0);
+    run();
+    EXPECT_TRUE(oneMoment());
+    pass.reset();
+    screen->touchRow(0, 0);
+    run();
+    pass = app->beginPass();  // a replay, while the question stands
+    screen->alert()->touchButton(1);
+    run();
+    EXPECT_TRUE(oneMoment());
 }
 
 TEST_F(CarSetupTest, TheFirstRunHasACloseButtonOnce) {

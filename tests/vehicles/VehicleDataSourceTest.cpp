@@ -269,6 +269,16 @@ TEST_F(VehicleDataSourceTest, TheGravestTroubleIsTold) {
     EXPECT_EQ(sentenceFor(StoreTrouble::none), "");
     defaults.kept = false;
     EXPECT_EQ(storeTrouble(truck), StoreTrouble::unwritable);
+    defaults.entries["savedprofile"] = "Tow";
+    EXPECT_EQ(storeTrouble(truck), StoreTrouble::unwritable) << "never stored";
+    defaults.entries["Tow"] = archivedProfileDictionary({});
+    EXPECT_EQ(storeTrouble(truck), StoreTrouble::unwritable);
+    defaults.entries["Tow"] = "no archive";
+    EXPECT_EQ(storeTrouble(truck), StoreTrouble::activeValues);
+    defaults.entries.erase("Tow");
+    defaults.entries["Tow unreadable 1"] = "x";
+    EXPECT_EQ(storeTrouble(truck), StoreTrouble::activeValues);
+    defaults.entries.erase("savedprofile");
     defaults.entries["savedprofile unreadable 1"] = "x";
     EXPECT_EQ(storeTrouble(truck), StoreTrouble::activeProfile);
     defaults.entries["SETTINGS_A unreadable 12"] = "x";
@@ -278,6 +288,7 @@ TEST_F(VehicleDataSourceTest, TheGravestTroubleIsTold) {
     EXPECT_EQ(storeTrouble(truck), StoreTrouble::vehicle);
     defaults.whole = false;
     EXPECT_EQ(storeTrouble(truck), StoreTrouble::unreadable);
+    EXPECT_TRUE(sentenceFor(StoreTrouble::activeValues).starts_with("The values of the active tuning"));
     EXPECT_EQ(sentenceFor(StoreTrouble::unwritable), "Your changes can't be saved at the moment.");
 }
 

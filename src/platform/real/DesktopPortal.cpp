@@ -11,6 +11,7 @@
 #include <utility>
 
 #include "platform/Log.h"
+#include "platform/real/SessionBus.h"
 
 namespace torv {
 namespace {
@@ -22,10 +23,8 @@ constexpr unsigned int accepted = 0;
 }  // namespace
 
 bool DesktopPortal::isThere() {
-    // Without an address Qt would start a bus of its own.
-    if (!qEnvironmentVariableIsSet("DBUS_SESSION_BUS_ADDRESS")) return false;
+    if (!hasSessionBus()) return false;
     const auto bus = QDBusConnection::sessionBus();
-    if (!bus.isConnected()) return false;
     if (bus.interface()->isServiceRegistered(service)) return true;
     const QDBusReply<QStringList> names = bus.interface()->activatableServiceNames();
     return names.isValid() && names.value().contains(service);

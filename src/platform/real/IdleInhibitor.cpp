@@ -7,6 +7,9 @@
 #include <memory>
 #include <utility>
 
+#include "platform/Log.h"
+#include "platform/real/SessionBus.h"
+
 namespace torv {
 namespace {
 
@@ -19,8 +22,7 @@ QDBusMessage call(const char* method) {
 }  // namespace
 
 void IdleInhibitor::setInhibited(bool inhibited) {
-    // Without an address Qt would start a bus of its own.
-    if (m_inhibited == inhibited || !qEnvironmentVariableIsSet("DBUS_SESSION_BUS_ADDRESS")) return;
+    if (m_inhibited == inhibited || !hasSessionBus()) return;
     m_inhibited = inhibited;
     if (!inhibited) return release();
     if (m_asking || m_cookie) return;
@@ -35,6 +37,8 @@ void IdleInhibitor::setInhibited(bool inhibited) {
         answered->deleteLater();
         m_asking = false;
         if (reply.isValid()) m_cookie = reply.value();
+        if (reply.isError() && !std::exchange(m_said, true))
+            logLine("the desktop does not keep the screen on: " + reply.error().message().toStdString());
         if (!m_inhibited) release();
     });
 }

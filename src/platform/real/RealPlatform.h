@@ -3,6 +3,7 @@
 #include <filesystem>
 #include <utility>
 
+#include "platform/NotificationNames.h"
 #include "platform/Platform.h"
 #include "platform/real/CanberraTone.h"
 #include "platform/real/CurlURLLoader.h"
@@ -23,7 +24,8 @@ namespace torv {
 class RealPlatform final : public Platform {
 public:
     RealPlatform()
-        : m_defaults(m_resources.documentsDirectory() / "defaults.sqlite"),
+        : m_defaults(m_resources.documentsDirectory() / "defaults.sqlite",
+                     [this] { notificationCenter().postNotificationName(storeKeptChanged); }),
           m_mail(m_resources.documentsDirectory() / "outbox"),
           m_streams(m_loop) {}
 

@@ -1,5 +1,9 @@
 #include "platform/real/SqliteUserDefaults.h"
 
+#include <fcntl.h>
+#include <sys/file.h>
+#include <unistd.h>
+
 #include <algorithm>
 #include <array>
 #include <system_error>
@@ -144,12 +148,28 @@ bool isDamage(int code) {
     return std::find(strange.begin(), strange.end(), code) != strange.end();
 }
 
-constexpr int readAndWrite = SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE;
+/// One program at a time in this folder, as far as its file system knows of locks.
+class FolderLock final {
+public:
+    explicit FolderLock(const std::filesystem::path& folder)
+        : m_folder(::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC)) {
+        if (m_folder >= 0) ::flock(m_folder, LOCK_EX);
+    }
+    ~FolderLock() {
+        if (m_folder >= 0) ::close(m_folder);
+    }
+    FolderLock(const FolderLock&) = delete;
+    FolderLock& operator=(const FolderLock&) = delete;
+
+private:
+    const int m_folder;
+};
 
 }  // namespace
 
-SqliteUserDefaults::SqliteUserDefaults(std::filesystem::path file) : m_file(std::move(file)) {
-    constexpr Access whole{readAndWrite, "", openStatements};
+SqliteUserDefaults::SqliteUserDefaults(std::filesystem::path file, std::function<void()> keptChanged)
+    : m_file(std::move(file)), m_keptChanged(std::move(keptChanged)) {
+    constexpr Access whole{SQLITE_OPEN_READWRITE, "", openStatements};
     // How a store that can't be written can still be read.
     constexpr std::array others{
         Access{SQLITE_OPEN_READWRITE, "",
@@ -157,9 +177,12 @@ SqliteUserDefaults::SqliteUserDefaults(std::filesystem::path file) : m_file(std:
         Access{SQLITE_OPEN_READONLY, "", ""},
         Access{SQLITE_OPEN_READONLY, "?immutable=1", ""},  // in a folder that can't be written
     };
-    std::error_code error;
-    std::filesystem::create_directories(m_file.parent_path(), error);
-    if (read(whole) || (isDamage(m_code) && rescue(false))) return;
+    if (begin() && isEmptied()) {
+        m_error = "it is empty";
+        if (rescue(false)) return;
+    } else if (read(whole) || (isDamage(m_code) && rescue(false))) {
+        return;
+    }
     const auto why = m_error;
     const bool known = !m_contents.entries.empty() ||
                        std::any_of(others.begin(), others.end(), [&](const Access& a) { return read(a); });
@@ -198,23 +221,53 @@ sqlite::Database SqliteUserDefaults::open(const std::filesystem::path& file, con
     return nullptr;
 }
 
+bool SqliteUserDefaults::makeFile(const std::filesystem::path& file, const std::vector<StoredRow>& rows,
+                                  bool whole) {
+    std::error_code ignored;
+    std::filesystem::remove(file, ignored);
+    const auto database = open(file, {SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE, "", ""}, m_error, m_code);
+    if (!database) return false;
+    if (writeAll(database.get(), rows, whole)) return true;
+    m_code = sqlite3_errcode(database.get());
+    m_error = sqlite3_errmsg(database.get());
+    return false;
+}
+
+bool SqliteUserDefaults::begin() {
+    namespace fs = std::filesystem;
+    std::error_code error;
+    fs::create_directories(m_file.parent_path(), error);
+    const FolderLock lock{m_file.parent_path()};
+    if (fs::exists(m_file, error)) return true;
+    const auto fresh = withSuffix(m_file, ".new");
+    if (makeFile(fresh, {}, true)) {
+        for (const auto* rest : {"-wal", "-shm"})  // of a file that was taken away
+            fs::remove(withSuffix(m_file, rest), error);
+        fs::rename(fresh, m_file, error);
+        if (!error) return true;
+    }
+    fs::remove(fresh, error);
+    return false;
+}
+
+bool SqliteUserDefaults::isEmptied() const {
+    std::error_code error;
+    return std::filesystem::file_size(m_file, error) == 0;
+}
+
 bool SqliteUserDefaults::rescue(bool whole) {
     m_database.reset();
+    const auto why = m_error;
     const auto rows = rowsOfDamagedStore(m_file);
     const auto fresh = withSuffix(m_file, ".new");
     const auto aside = freeNameBeside(m_file);
-    std::error_code ignored;
-    std::filesystem::remove(fresh, ignored);
-    std::string error;
-    int code = 0;
-    auto database = open(fresh, {readAndWrite, "", ""}, error, code);
-    const bool made = database && writeAll(database.get(), rows, whole);
-    database.reset();
-    if (made && exchangeFiles(m_file, fresh, aside)) {
-        logLine("the store of choices was damaged: " + m_error + "; " + std::to_string(rows.size()) +
+    if (makeFile(fresh, rows, whole) && exchangeFiles(m_file, fresh, aside)) {
+        logLine("the store of choices was damaged: " + why + "; " + std::to_string(rows.size()) +
                 " entries came over into a new one, and the old one is kept as " + aside.string());
-        return read({readAndWrite, "", openStatements});
+        return read({SQLITE_OPEN_READWRITE, "", openStatements});
     }
+    std::error_code ignored;
+    std::string error;
     std::filesystem::remove(fresh, ignored);  // the damaged one stays, and what it tells is known
     for (const auto& row : rows) {
         if (auto value = valueOf(row.kind, row.content, error))
@@ -316,8 +369,8 @@ void SqliteUserDefaults::reopen() {
     std::error_code error;
     const bool another = std::filesystem::exists(m_file, error);
     m_database.reset();
-    std::filesystem::create_directories(m_file.parent_path(), error);
-    m_database = open(m_file, {readAndWrite, "", openStatements}, m_error, m_code);
+    if (!begin()) return;
+    m_database = open(m_file, {SQLITE_OPEN_READWRITE, "", openStatements}, m_error, m_code);
     if (!m_database) return;
     m_contents.version.reset();
     if (another) return;  // what stands there stays, except for keys set here
@@ -354,7 +407,19 @@ bool SqliteUserDefaults::commit() {
 }
 
 bool SqliteUserDefaults::synchronize() {
-    const std::scoped_lock lock{m_mutex};
+    bool kept = false;
+    bool changed = false;
+    {
+        const std::scoped_lock lock{m_mutex};
+        const bool before = m_database && !m_failing;
+        kept = keep();
+        changed = before != (m_database && !m_failing);
+    }
+    if (changed && m_keptChanged) m_keptChanged();
+    return kept;
+}
+
+bool SqliteUserDefaults::keep() {
     if (m_changed.empty()) return true;
     if (m_database && isMoved()) {
         logLine("the store of choices was taken away; " + m_file.string() + " is made anew");

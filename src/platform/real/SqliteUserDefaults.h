@@ -1,6 +1,7 @@
 #pragma once
 
 #include <filesystem>
+#include <functional>
 #include <map>
 #include <memory>
 #include <mutex>
@@ -23,11 +24,13 @@ namespace torv {
 /// writes the keys that this one has set and no other. An entry that can't be read is set aside under another
 /// key, with what can be read of it in its place. A damaged file is kept under another name, and a new one
 /// begun with the entries that can still be read, and a mark that others were lost. A file that is taken away
-/// while the program runs is made anew. Where the file can't be written, what it holds is read all the same,
+/// while the program runs is made anew. A new file comes under its name once it is whole, so that an empty
+/// one is a damaged one. Where the file can't be written, what it holds is read all the same,
 /// changes live in memory only, and one line in the log says so. Any thread.
 class SqliteUserDefaults final : public UserDefaults {
 public:
-    explicit SqliteUserDefaults(std::filesystem::path file);
+    /// `keptChanged` hears when `isKept` has changed, on the thread of the `synchronize` that changed it.
+    explicit SqliteUserDefaults(std::filesystem::path file, std::function<void()> keptChanged = {});
     /// Keeps what has been set since the last `synchronize`.
     ~SqliteUserDefaults() override;
 
@@ -55,13 +58,20 @@ private:
     [[nodiscard]] bool load() const;
     void follow() const;
     void setAside(const std::string& key, const std::string& why, const Value* rest, Contents& fresh) const;
+    [[nodiscard]] bool makeFile(const std::filesystem::path& file, const std::vector<StoredRow>& rows,
+                                bool whole);
+    /// Sees to it that there is a file.
+    [[nodiscard]] bool begin();
+    [[nodiscard]] bool isEmptied() const;
     [[nodiscard]] bool rescue(bool whole);
     [[nodiscard]] bool isMoved() const;
     /// The file as it is, or a new one with all that is known.
     void reopen();
     [[nodiscard]] bool commit();
+    [[nodiscard]] bool keep();
 
     const std::filesystem::path m_file;
+    const std::function<void()> m_keptChanged;
     sqlite::Database m_database;  // null: in memory only
     std::string m_error;          // of the last access that failed
     int m_code = 0;

@@ -70,19 +70,6 @@ Item {
                                              { "screen": page.screen, "u": Qt.binding(() => page.u) })
         }
 
-        // The state of the link, over everything while it is not what it should be.
-        // In the left lower corner, where no dial is; over an open strip.
-        OnDemand {
-            z: 14
-            x: 4 * page.u
-            y: page.screen.pageView.expanded ? page.screen.pageView.frame.y * page.u - height - 2 * page.u
-                                             : parent.height - height - 4 * page.u
-            shown: page.stage.status.missing && view.y < 15 * page.u ? page.stage.status : null
-            look: "../dashboards/LinkPill.qml"
-            parameters: status => ({ "status": status, "u": Qt.binding(() => page.u),
-                                     "room": Qt.binding(() => (page.width / page.u - 480) / 2 + 75) })
-        }
-
         OnDemand {
             z: 14
             shown: page.screen.touchingView
@@ -144,14 +131,19 @@ Item {
         }
     }
 
-    // On a screen that is higher, below the stage, where the dials leave no corner free.
+    // The state of the link, while it is not what it should be: along the lowest edge, where on every page there
+    // is no dial, no button and no dot; over an open strip. On a screen that is higher it is below the stage.
     OnDemand {
+        readonly property bool below: view.y >= 15 * page.u
+
         x: 4 * page.u
-        y: page.height - height - 2 * page.u
-        shown: page.stage.status.missing && view.y >= 15 * page.u ? page.stage.status : null
+        y: page.screen.pageView.expanded && !below ? view.y + page.screen.pageView.frame.y * page.u - height
+                                                   : page.height - height - (below ? 2 * page.u : 0)
+        shown: page.stage.status.missing ? page.stage.status : null
         look: "../dashboards/LinkPill.qml"
-        parameters: status => ({ "status": status, "u": Qt.binding(() => page.u), "flat": true,
-                                 "room": Qt.binding(() => page.width / page.u) })
+        parameters: status => ({ "status": status, "u": Qt.binding(() => page.u),
+                                 "flat": Qt.binding(() => view.y < 35 * page.u),
+                                 "room": Qt.binding(() => page.width / page.u - 8) })
     }
 
     MultiPointTouchArea {

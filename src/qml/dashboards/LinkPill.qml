@@ -7,18 +7,26 @@ Rectangle {
 
     required property LinkStatus status
     property real u: 1
-    property real room: 150  // points up to the power button
-    property bool flat: false  // in one line
+    property real room: 150  // points that it may be wide
+    property bool flat: false  // in one line, in letters as small as that takes
 
-    width: words.width + 12 * u
-    height: words.height + 5 * u
-    radius: 6 * u
+    width: words.width + 8 * u
+    height: words.height + (flat ? 1 : 5) * u
+    radius: (flat ? 3 : 6) * u
     color: "#e0101214"
+
+    TextMetrics {
+        id: whole
+
+        font.pixelSize: Math.max(Math.round(8 * root.u), 1)
+        text: root.status.text + "  " + root.status.hint
+    }
 
     Row {
         id: words
 
-        readonly property real most: (root.room - 26) * root.u
+        readonly property real most: (root.room - 18) * root.u
+        readonly property real size: Math.max(Math.floor(whole.font.pixelSize * (root.flat ? Math.min(most / Math.max(whole.advanceWidth, 1), 1) : 1)), 1)
 
         anchors.centerIn: parent
         spacing: 4 * root.u
@@ -31,25 +39,25 @@ Rectangle {
         }
         Grid {
             columns: root.flat ? 2 : 1
-            columnSpacing: 6 * root.u
+            columnSpacing: Math.round(words.size / 2)
 
             Text {
-                width: Math.min(implicitWidth, words.most)
-                wrapMode: Text.Wrap
+                width: root.flat ? implicitWidth : Math.min(implicitWidth, words.most)
+                wrapMode: root.flat ? Text.NoWrap : Text.Wrap
                 text: root.status.text
                 Accessible.role: Accessible.StaticText
                 Accessible.name: text + " " + root.status.hint
                 color: Theme.text
-                font.pixelSize: Math.max(Math.round(9 * root.u), 1)
+                font.pixelSize: words.size
             }
             Text {
-                width: Math.min(implicitWidth, words.most)
+                width: root.flat ? implicitWidth : Math.min(implicitWidth, words.most)
                 visible: text !== ""
-                wrapMode: Text.Wrap
+                wrapMode: root.flat ? Text.NoWrap : Text.Wrap
                 textFormat: Text.PlainText
                 text: root.status.hint
                 color: Theme.faint
-                font.pixelSize: Math.max(Math.round(8 * root.u), 1)
+                font.pixelSize: words.size
             }
         }
     }

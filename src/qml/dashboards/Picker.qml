@@ -50,6 +50,16 @@ Item {
         // Made when the drawer is first opened, to keep the start short.
         onVisibleChanged: if (visible) items.model = Qt.binding(() => root.picker.items)
 
+        Text {
+            anchors.centerIn: parent
+            width: parent.width
+            horizontalAlignment: Text.AlignHCenter
+            elide: Text.ElideRight
+            text: root.screen.stripNote
+            color: Theme.faint
+            font.pixelSize: Math.max(Math.round(12 * root.u), 1)
+        }
+
         Item {
             id: content
 

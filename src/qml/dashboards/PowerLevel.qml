@@ -25,4 +25,10 @@ Item {
         u: root.u
         view: root.power.powerLevelNumber
     }
+    // Behind the number, whose room is wider than its digits.
+    Picture {
+        u: root.u
+        frame: Qt.rect(root.power.powerLevelNumber.frame.x + root.power.powerLevelNumber.frame.width, 2, 13, 13)
+        name: root.power.inWarning ? "picture/ICON_WARNING.png" : ""
+    }
 }

@@ -9,7 +9,12 @@ Item {
     property real u: 1
     property real room: 0  // pixels that it may take
 
-    implicitWidth: Math.max(Math.min(label.implicitWidth, room * 0.5) + 16 * u, Theme.touch * u)
+    // Where the words end, counted from the row's edge over what stands between.
+    readonly property int taken: cell.accessory === TableViewCell.None ? 12
+                                : cell.accessory === TableViewCell.Disclosure ? 28 : 64
+    readonly property real margin: Math.max(40 - taken, 0) * u
+
+    implicitWidth: Math.max(Math.min(label.implicitWidth, room * 0.5) + 8 * u + margin, Theme.touch * u)
     implicitHeight: Math.round(Theme.touch * u)
 
     Accessible.role: Accessible.Button
@@ -19,8 +24,10 @@ Item {
     Text {
         id: label
 
-        anchors.centerIn: parent
-        width: Math.min(implicitWidth, control.width - 8 * control.u)
+        anchors.right: parent.right
+        anchors.rightMargin: control.margin
+        anchors.verticalCenter: parent.verticalCenter
+        width: Math.min(implicitWidth, control.width - control.margin)
         elide: Text.ElideRight
         maximumLineCount: 1
         textFormat: Text.PlainText
@@ -30,7 +37,6 @@ Item {
         styleColor: "black"
         opacity: !control.cell.enabled ? 0.4 : tap.pressed ? 0.6 : 1
         font.pixelSize: Math.max(Math.round(14 * control.u), 1)
-        font.bold: true
     }
 
     TapHandler {

@@ -11,7 +11,8 @@ Item {
     property real room: 0  // pixels that it may take
 
     // The offset counts from the row's right edge, so the width of what stands between is taken off.
-    readonly property int taken: cell.accessory === TableViewCell.None ? 12 : 64
+    readonly property int taken: cell.accessory === TableViewCell.None ? 12
+                                : cell.accessory === TableViewCell.Disclosure ? 28 : 64
 
     implicitWidth: toggle.width + Math.max(cell.offsetFromRight - taken, 0) * u
     implicitHeight: toggle.height

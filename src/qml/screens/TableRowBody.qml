@@ -33,7 +33,7 @@ Item {
 
     Accessible.role: Accessible.ListItem
     Accessible.name: cell.text
-    Accessible.description: cell.detailText
+    Accessible.description: [cell.detailText, cell.alarming && !cell.dimmed ? "warning" : "", cell.note].filter(words => words !== "").join(", ")
     Accessible.onPressAction: touched()
 
     // Rounded where a section begins and ends.
@@ -140,7 +140,7 @@ Item {
             elide: Text.ElideRight
             maximumLineCount: 1
             textFormat: Text.PlainText
-            text: body.cell.detailText
+            text: (body.cell.alarming && !body.cell.dimmed ? "⚠ " : "") + body.cell.detailText
             color: body.cell.dimmed ? Theme.faint : body.cell.alarming ? Theme.alarm : body.subtitle ? Theme.faint : Theme.accent
             font.pixelSize: Math.max(Math.round((body.subtitle ? 12 : 16) * body.u), 1)
             font.bold: body.cell.alarming && !body.cell.dimmed

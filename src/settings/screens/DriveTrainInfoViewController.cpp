@@ -7,6 +7,7 @@
 #include "platform/Platform.h"
 #include "screens/NavigationController.h"
 #include "screens/TypedNumber.h"
+#include "settings/screens/SettingWords.h"
 #include "vehicles/VehicleDataSource.h"
 
 namespace torv {
@@ -63,15 +64,16 @@ std::shared_ptr<TableViewCell> DriveTrainInfoViewController::cellForRowAtIndexPa
     } else {
         cell->setDetailText(QString::fromStdString(m_info.choice(partOfRow(path.row))));
     }
-    cell->setAccessory(m_connected ? TableViewCell::Accessory::Disclosure : TableViewCell::Accessory::None);
+    cell->setAccessory(opens() ? TableViewCell::Accessory::Disclosure : TableViewCell::Accessory::None);
     cell->setDimmed(!m_connected);
     return cell;
 }
 
 /// All three are in one record, so they have one note.
 TableSectionView DriveTrainInfoViewController::viewForFooterInSection(int) {
-    if (!m_settings.isUntaken(m_info.setting())) return {};
-    return {.text = QStringLiteral("⚠ not taken by the module"),
+    const bool onlyRead = !isChangeable(m_info.setting());
+    if (!onlyRead && !m_settings.isUntaken(m_info.setting())) return {};
+    return {.text = QStringLiteral("⚠ ") + (onlyRead ? onlyReadNote : untakenNote),
             .fontSize = 12,
             .centred = true,
             .accented = true};
@@ -138,6 +140,7 @@ void DriveTrainInfoViewController::textValueGetterViewControllerDidGetValue(
     m_info.setTireSize(typedNumber(screen.values().value(0)));
     reloadData();
     screen.popIfOnTop();
+    if (m_settings.hasEnded()) return showAlert(alertOfAnotherVehicle());
     changed();
 }
 
@@ -152,6 +155,7 @@ void DriveTrainInfoViewController::tablePickerViewControllerDidPickValue(TablePi
     m_info.pick(partOfRow(picker.tag()), value.toStdString());
     reloadData();
     picker.popIfOnTop();
+    if (m_settings.hasEnded()) return showAlert(alertOfAnotherVehicle());
     changed();
 }
 

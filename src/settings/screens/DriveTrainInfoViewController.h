@@ -47,7 +47,7 @@ public:
     [[nodiscard]] double heightForRowAtIndexPath(IndexPath) override { return tallRowHeight; }
     [[nodiscard]] std::shared_ptr<TableViewCell> cellForRowAtIndexPath(IndexPath path) override;
     [[nodiscard]] TableSectionView viewForFooterInSection(int) override;
-    [[nodiscard]] bool shouldHighlightRowAtIndexPath(IndexPath) override { return m_connected; }
+    [[nodiscard]] bool shouldHighlightRowAtIndexPath(IndexPath) override { return opens(); }
     void didSelectRowAtIndexPath(IndexPath path) override;
 
     bool textValueGetterViewControllerShouldValidateValues(TextValueGetterViewController& screen) override;
@@ -64,6 +64,7 @@ public:
     void iTorvAppDelegateDidChangeWarningSensors(iTorvAppDelegate&) override {}
 
 private:
+    [[nodiscard]] bool opens() const { return m_connected && isChangeable(m_info.setting()); }
     void setConnected(bool connected);
     void pushPicker(int row);
     void pushTireSize(int row);

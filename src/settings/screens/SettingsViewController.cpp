@@ -7,6 +7,7 @@
 #include "platform/Platform.h"
 #include "screens/NavigationController.h"
 #include "screens/TypedNumber.h"
+#include "settings/screens/SettingWords.h"
 #include "vehicles/VehicleDataSource.h"
 
 namespace torv {
@@ -115,8 +116,8 @@ std::shared_ptr<TableViewCell> SettingsViewController::cellForRowAtIndexPath(Ind
 }
 
 QString SettingsViewController::noteFor(const TorvAttribute& setting) const {
-    if (!isChangeable(setting)) return QStringLiteral("can't be changed here");
-    return m_settings->isUntaken(setting) ? QStringLiteral("not taken by the module") : QString{};
+    if (!isChangeable(setting)) return onlyReadNote;
+    return m_settings->isUntaken(setting) ? untakenNote : QString{};
 }
 
 bool SettingsViewController::shouldHighlightRowAtIndexPath(IndexPath path) {
@@ -194,6 +195,7 @@ void SettingsViewController::textValueGetterViewControllerDidGetValue(TextValueG
     m_settings->setText(setting(screen.tag()), typedNumber(screen.values().value(0)));
     reloadData();
     screen.popIfOnTop();
+    if (m_settings->hasEnded()) showAlert(alertOfAnotherVehicle());
 }
 
 void SettingsViewController::tablePickerViewControllerDidPickValue(TablePickerViewController& picker,
@@ -208,6 +210,7 @@ void SettingsViewController::tablePickerViewControllerDidPickValue(TablePickerVi
     m_settings->pick(setting(picker.tag()), static_cast<std::size_t>(choice));
     reloadData();
     picker.popIfOnTop();
+    if (m_settings->hasEnded()) showAlert(alertOfAnotherVehicle());
 }
 
 void SettingsViewController::driveTrainInfoViewControllerDidChange(DriveTrainInfoViewController&) {
@@ -235,6 +238,7 @@ void SettingsViewController::iTorvAppDelegateDidChangeCurrentVehicle(iTorvAppDel
 
 void SettingsViewController::reset() {
     if (auto alert = m_application->alertDuringPass()) return showAlert(std::move(alert));
+    if (m_settings->hasEnded()) return;
     m_settings->reset();
     m_application->configureZephrelaneFeatures();
     reloadData();

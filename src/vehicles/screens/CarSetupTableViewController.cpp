@@ -123,8 +123,8 @@ std::shared_ptr<TableViewCell> CarSetupTableViewController::cellForRowAtIndexPat
     cell->setText(text(vehicle.name()));
     cell->setDetailText(QStringLiteral("version %1").arg(text(vehicle.version())));
     QStringList marks;
-    if (needsDownload(vehicle)) marks.push_back(QStringLiteral("UPDATE_AVAILABLE.png"));
     if (vehicle.name() == m_markedName) marks.push_back(QStringLiteral("checkmark.png"));
+    if (needsDownload(vehicle)) marks.push_back(QStringLiteral("UPDATE_AVAILABLE.png"));
     cell->setMarks(marks);
     return cell;
 }
@@ -257,6 +257,7 @@ void CarSetupTableViewController::alertViewClickedButtonAtIndex(int tag, int ind
     const bool isFirst = index == firstOtherButton;
     // A replay may have begun since the question was asked.
     if (auto alert = isFirst ? m_application->alertDuringPass() : nullptr) {
+        refresh();
         deselectRow();
         return showAlert(std::move(alert));
     }
