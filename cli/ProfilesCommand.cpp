@@ -3,11 +3,11 @@
 #include <iostream>
 
 #include "Commands.h"
-#include "WholeFile.h"
 #include "platform/Platform.h"
 #include "platform/StoredKeys.h"
 #include "support/FileContents.h"
 #include "support/Utf8.h"
+#include "support/WholeFile.h"
 #include "tuning/Activation.h"
 #include "tuning/ProfileEditor.h"
 #include "tuning/ProfileList.h"

@@ -3,10 +3,10 @@
 #include <memory>
 
 #include "Commands.h"
-#include "WholeFile.h"
 #include "datalog/Recorder.h"
 #include "datalog/RecordingExport.h"
 #include "platform/Platform.h"
+#include "support/WholeFile.h"
 
 namespace itorvctl {
 

@@ -1,8 +1,6 @@
 #include "datalog/CurveSeries.h"
 
 #include <algorithm>
-#include <cmath>
-#include <limits>
 
 namespace torv {
 
@@ -22,6 +20,11 @@ TimeSpan CurveSeries::span() const {
 
 std::size_t CurveSeries::indexAt(double seconds) const {
     return static_cast<std::size_t>(std::lower_bound(m_times.begin(), m_times.end(), seconds) -
+                                    m_times.begin());
+}
+
+std::size_t CurveSeries::indexBehind(double seconds) const {
+    return static_cast<std::size_t>(std::upper_bound(m_times.begin(), m_times.end(), seconds) -
                                     m_times.begin());
 }
 
@@ -45,7 +48,7 @@ std::vector<CurveSeries::Column> CurveSeries::columns(TimeSpan span, std::size_t
     if (empty() || columns == 0 || span.length() <= 0) return result;
     const double width = span.length() / static_cast<double>(columns);
     auto begin = indexAt(span.from);
-    const auto last = indexAt(span.to);
+    const auto last = indexBehind(span.to);
     const auto add = [&](std::size_t column, std::size_t from, std::size_t to) {
         if (from >= to) return;
         const auto block = blockOf(from, to);
@@ -68,7 +71,7 @@ std::vector<CurveSeries::Column> CurveSeries::columns(TimeSpan span, std::size_t
 
 std::vector<CurveSeries::Sample> CurveSeries::samples(TimeSpan span) const {
     const auto begin = indexAt(span.from);
-    const auto end = std::min(indexAt(span.to) + 1, size());
+    const auto end = std::min(indexBehind(span.to) + 1, size());
     std::vector<Sample> result;
     for (auto i = begin > 0 ? begin - 1 : begin; i < end; ++i)
         result.push_back({m_times[i], m_values[i]});
@@ -76,19 +79,19 @@ std::vector<CurveSeries::Sample> CurveSeries::samples(TimeSpan span) const {
 }
 
 std::size_t CurveSeries::countWithin(TimeSpan span) const {
-    return indexAt(span.to) - indexAt(span.from);
+    return indexBehind(span.to) - indexAt(span.from);
 }
 
 std::optional<CurveSeries::Summary> CurveSeries::summary(TimeSpan span) const {
     const auto begin = indexAt(span.from);
-    const auto end = indexAt(std::nextafter(span.to, std::numeric_limits<double>::max()));
+    const auto end = indexBehind(span.to);
     if (begin >= end) return std::nullopt;
     const auto block = blockOf(begin, end);
     return Summary{block.low, block.high, block.sum / static_cast<double>(end - begin)};
 }
 
 std::optional<double> CurveSeries::valueAt(double seconds) const {
-    const auto behind = indexAt(std::nextafter(seconds, std::numeric_limits<double>::max()));
+    const auto behind = indexBehind(seconds);
     if (behind == 0) return std::nullopt;
     const bool inGap = behind < size() ? !areJoined(m_times[behind - 1], m_times[behind])
                                        : !areJoined(m_times[behind - 1], seconds);

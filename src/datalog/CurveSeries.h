@@ -42,9 +42,9 @@ public:
         double high;
         bool joined;  ///< with the column before it
     };
-    /// What of the span falls into each of so many columns, those without a sample left out. The samples next
-    /// to the span are kept as columns before the first and behind the last: `column` counts from 1, the span
-    /// from 1 to `columns`.
+    /// What of the span, both its ends included, falls into each of so many columns, those without a sample
+    /// left out. The samples next to the span are kept as columns before the first and behind the last: the
+    /// span's own count from 1 to `columns`.
     [[nodiscard]] std::vector<Column> columns(TimeSpan span, std::size_t columns) const;
     /// The samples themselves, with those next to the span; for spans with few of them.
     [[nodiscard]] std::vector<Sample> samples(TimeSpan span) const;
@@ -72,7 +72,8 @@ private:
         double sum;
     };
 
-    [[nodiscard]] std::size_t indexAt(double seconds) const;  // of the first sample not before it
+    [[nodiscard]] std::size_t indexAt(double seconds) const;      // of the first sample not before it
+    [[nodiscard]] std::size_t indexBehind(double seconds) const;  // of the first sample after it
     [[nodiscard]] Block blockOf(std::size_t begin, std::size_t end) const;
 
     std::vector<double> m_times;

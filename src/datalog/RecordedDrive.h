@@ -36,7 +36,8 @@ struct RecordedDrive {
     std::vector<RecordedSensor> sensors;
 };
 
-/// A moment of a recording: nanoseconds since it began, by a clock that never jumps.
+/// A moment of a recording: nanoseconds since it began, by a clock that nobody sets and that goes on while
+/// the machine is suspended.
 using DriveTime = std::chrono::nanoseconds;
 
 /// One value, as it came to the store.
@@ -44,7 +45,7 @@ struct RecordedValue {
     AID aid = 0;
     DriveTime time{};
     WallTime wall;
-    std::optional<double> value;  ///< as it is shown; nothing where the profile tells no way to decode it
+    std::optional<double> value;  ///< as it is shown, a running time in seconds; nothing where it shows none
     AV bytes;
 };
 

@@ -5,6 +5,7 @@
 #include <utility>
 #include <vector>
 
+#include "attributes/AVTimeFormatter.h"
 #include "datalog/RecordingWriter.h"
 #include "platform/Log.h"
 #include "platform/Platform.h"
@@ -17,6 +18,29 @@ using namespace std::chrono_literals;
 
 /// Less than the second that a power cut may cost, for the disk takes its time too.
 constexpr auto batchInterval = 500ms;
+
+/// What a text shows as a number, and a running time, "1:02:03", as its seconds. Nothing for words.
+std::optional<double> shownNumber(std::string_view text) {
+    double number = 0;
+    for (bool more = true; more;) {
+        const auto colon = text.find(':');
+        const auto part = wholeTextDoubleValue(text.substr(0, colon));
+        if (!part) return std::nullopt;
+        constexpr double sixty = 60;
+        number = number * sixty + *part;
+        more = colon != std::string_view::npos;
+        if (more) text.remove_prefix(colon + 1);
+    }
+    return number;
+}
+
+/// As recordings have it: running times in seconds, whatever the live list makes of them.
+RecordedSensor sensorToRecord(const TorvAttribute& sensor) {
+    auto recorded = recordedSensor(sensor);
+    if (sensor.unit == "tSEC" || std::dynamic_pointer_cast<AVTimeFormatter>(sensor.formatter))
+        recorded.unit = "SEC";
+    return recorded;
+}
 
 }  // namespace
 
@@ -35,6 +59,7 @@ struct Recorder::Drive {
     std::filesystem::path file;
     std::string name;
     RunLoop::Clock::time_point begun;
+    RunLoop::Clock::duration suspendedBefore{};
     std::map<AID, TorvAttribute> sensors;  // unchanged once it runs
     std::atomic<std::size_t> count{0};
 
@@ -48,9 +73,14 @@ struct Recorder::Drive {
     std::optional<RecordingWriter> writer;  // none once it has ended
     std::string error;                      // why it ended, if by itself
 
+    /// Since it began.
+    [[nodiscard]] DriveTime now() const {
+        const auto& loop = Platform::current().runLoop();
+        return loop.now() - begun + (loop.suspended() - suspendedBefore);
+    }
     /// True when it is time for a batch, however busy the main thread is.
     bool take(const Message& message) {
-        const auto time = Platform::current().runLoop().now() - begun;
+        const auto time = now();
         const auto wall = wallNow();
         for (const auto& [key, bytes] : message) {
             const AID aid = intValue(key);
@@ -64,11 +94,11 @@ struct Recorder::Drive {
         return true;
     }
     void note(const std::string& text) {
-        const auto time = Platform::current().runLoop().now() - begun;
+        const auto time = now();
         const std::scoped_lock lock{arriving};
         events.push_back({time, wallNow(), text});
     }
-    /// Nothing when all that came is on the disk.
+    /// Nothing when all that came is on the disk, else why not, as the beginning of a sentence.
     std::optional<std::string> write() {
         const std::scoped_lock lock{writing};
         if (!writer) return error.empty() ? std::nullopt : std::optional{error};
@@ -82,7 +112,7 @@ struct Recorder::Drive {
         for (auto& value : newValues) {
             auto bytes = value.bytes;  // some formatters write into them
             if (const auto data = sensors.at(value.aid).dataFromAV(bytes))
-                value.value = doubleValue(data->value);
+                value.value = shownNumber(data->value);
         }
         auto why = writer->append(newValues, newEvents);
         error = why.value_or(std::string{});
@@ -113,11 +143,12 @@ std::optional<std::string> Recorder::begin(const std::filesystem::path& file, co
         .name = name, .vehicle = vehicle.name().value_or(std::string{}), .begun = {}, .sensors = {}};
     for (const auto& sensor : vehicle.sensors()) {
         if (drive->sensors.insert({sensor.aid, sensor}).second)
-            told.sensors.push_back(recordedSensor(sensor));
+            told.sensors.push_back(sensorToRecord(sensor));
     }
     if (told.sensors.empty()) return "This vehicle has no sensors to record.";
     told.begun = wallNow();
     drive->begun = Platform::current().runLoop().now();
+    drive->suspendedBefore = Platform::current().runLoop().suspended();
     std::string error;
     drive->writer = RecordingWriter::begin(file, told, error);
     if (!drive->writer) return error;
@@ -144,12 +175,17 @@ void Recorder::setDrive(std::shared_ptr<Drive> drive) {
 void Recorder::noteLink() {
     const auto& driver = m_feeder->driver();
     const auto sessions = driver.sessionCount();
-    // It may have been lost and have come back since the last look.
-    const bool lost = m_connected && (!driver.connected() || sessions != m_sessions);
-    if (lost) m_drive->note("link is lost");
-    if (driver.connected() && (lost || !m_connected)) m_drive->note("link is back");
-    m_connected = driver.connected();
-    m_sessions = sessions;
+    // It may have been lost and have come back since the last look, and more than once.
+    const auto lose = [this] {
+        if (m_connected) m_drive->note("link is lost");
+        m_connected = false;
+    };
+    for (; m_sessions < sessions; ++m_sessions) {
+        lose();
+        m_drive->note("link is back");
+        m_connected = true;
+    }
+    if (!driver.connected()) lose();
 }
 
 std::function<void()> Recorder::batchWriter(const std::shared_ptr<Drive>& drive) const {
@@ -177,7 +213,7 @@ void Recorder::fail(const std::shared_ptr<Drive>& drive, const std::string& why)
     m_feeder->setMessageSink(nullptr);
     m_timer->invalidate();
     setDrive(nullptr);
-    if (m_failed) m_failed("The recording has ended: " + why + " What was recorded before is kept.");
+    if (m_failed) m_failed(why + ", so the recording has ended; what was recorded is kept.");
 }
 
 void Recorder::end() {
@@ -211,7 +247,7 @@ void Recorder::setName(const std::filesystem::path& file, const std::string& nam
 
 std::chrono::seconds Recorder::length() const {
     if (!m_drive) return {};
-    return std::chrono::floor<std::chrono::seconds>(Platform::current().runLoop().now() - m_drive->begun);
+    return std::chrono::floor<std::chrono::seconds>(m_drive->now());
 }
 
 std::size_t Recorder::valueCount() const {

@@ -95,7 +95,8 @@ DriveTime RecordingReader::length() const {
 }
 
 std::vector<RecordedEvent> RecordingReader::events() const {
-    const auto rows = sqlite::prepare(m_database.get(), "SELECT time, wall, text FROM events ORDER BY time");
+    const auto rows =
+        sqlite::prepare(m_database.get(), "SELECT time, wall, text FROM events ORDER BY time, rowid");
     std::vector<RecordedEvent> events;
     while (rows && sqlite3_step(rows.get()) == SQLITE_ROW) {
         const auto time = sqlite3_column_int64(rows.get(), 0);
@@ -143,9 +144,11 @@ std::optional<RecordedValue> RecordingReader::Values::next() {
             break;
         }
         auto* const row = m_rows.get();
-        if (!isTime(sqlite3_column_int64(row, 0))) continue;
+        const auto time = sqlite3_column_int64(row, 0);
+        if (!isTime(time) || time < m_last) continue;
+        m_last = time;
         RecordedValue value{.aid = m_aid,
-                            .time = DriveTime{sqlite3_column_int64(row, 0)},
+                            .time = DriveTime{time},
                             .wall = wallOf(row, 1),
                             .value = std::nullopt,
                             .bytes = {}};

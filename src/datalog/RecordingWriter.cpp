@@ -1,6 +1,7 @@
 #include "datalog/RecordingWriter.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <system_error>
 
 namespace torv {
@@ -60,21 +61,21 @@ std::optional<RecordingWriter> RecordingWriter::begin(const std::filesystem::pat
         return std::nullopt;
     }
     // Under another name until there is something in it, so that each file of this name can be opened.
-    const std::filesystem::path fresh = file.string() + ".new";
+    const std::filesystem::path fresh = file.string() + unfinished;
     const auto marks = "PRAGMA application_id = " + std::to_string(recordingMark) +
                        "; PRAGMA user_version = " + std::to_string(recordingForm) + "; COMMIT;";
     std::filesystem::remove(fresh, failed);
     auto writer = open(fresh);
     const bool made = sqlite::run(writer.m_database.get(), tables) && writer.insert(drive) &&
                       sqlite::run(writer.m_database.get(), marks);
-    error = made ? "" : file.string() + ": " + writer.why();
+    error = made ? "" : file.string() + ": " + writer.why() + ".";
     writer.m_database.reset();
     if (made) std::filesystem::rename(fresh, file, failed);
     if (made && failed) error = file.string() + ": " + failed.message() + ".";
     if (error.empty()) {
         writer = open(file);
         if (sqlite::run(writer.m_database.get(), settings)) return writer;
-        error = file.string() + ": " + writer.why();
+        error = file.string() + ": " + writer.why() + ".";
     }
     std::filesystem::remove(fresh, failed);
     return std::nullopt;
@@ -127,9 +128,9 @@ std::optional<std::string> RecordingWriter::append(std::span<const RecordedValue
         m_last = std::move(last);
         return std::nullopt;
     }
-    auto sentence = why();
+    auto reason = why();
     sqlite::run(m_database.get(), "ROLLBACK");
-    return sentence;
+    return reason;
 }
 
 void RecordingWriter::end() {
@@ -139,9 +140,11 @@ void RecordingWriter::end() {
 }
 
 std::string RecordingWriter::why() const {
-    if (!m_database) return "There is not enough memory.";
-    if (sqlite3_errcode(m_database.get()) == SQLITE_FULL) return "The disk is full.";
-    return std::string{"It can't be written ("} + sqlite3_errmsg(m_database.get()) + ").";
+    if (!m_database) return "There is not enough memory";
+    // A quota that is used up has no error code of its own.
+    if (sqlite3_errcode(m_database.get()) == SQLITE_FULL || sqlite3_system_errno(m_database.get()) == EDQUOT)
+        return "The disk is full";
+    return std::string{"The file can't be written ("} + sqlite3_errmsg(m_database.get()) + ")";
 }
 
 }  // namespace torv

@@ -27,13 +27,16 @@ inline constexpr int recordingForm = 1;
 /// time.
 class RecordingWriter final {
 public:
+    /// Behind the name of a file until there is something in it.
+    static constexpr auto unfinished = ".new";
+
     /// Makes the file, and its folder; one that is there already is left alone. Nothing, with a sentence in
     /// `error`, when it can't be made.
     [[nodiscard]] static std::optional<RecordingWriter> begin(const std::filesystem::path& file,
                                                               const RecordedDrive& drive, std::string& error);
 
-    /// All or none of it. Nothing when it is kept, else a sentence. A value's time may be moved on by as
-    /// little as it takes to rise.
+    /// All or none of it. Nothing when it is kept, else why not, as the beginning of a sentence. A value's
+    /// time may be moved on by as little as it takes to rise.
     [[nodiscard]] std::optional<std::string> append(std::span<const RecordedValue> values,
                                                     std::span<const RecordedEvent> events);
     /// Notes the end and makes one file of it.

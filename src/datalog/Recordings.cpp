@@ -5,6 +5,7 @@
 #include <system_error>
 
 #include "datalog/RecordingReader.h"
+#include "datalog/RecordingWriter.h"
 #include "platform/Platform.h"
 #include "support/TextNumbers.h"
 
@@ -20,6 +21,16 @@ std::string sizeText(std::uintmax_t bytes) {
     const auto count = static_cast<double>(bytes);
     if (count < kilo * kilo) return fixedText(count / kilo, 0) + " kB";
     return fixedText(count / kilo / kilo, 1) + " MB";
+}
+
+/// What a program left that was killed before there was anything in it. One that is being made bears the name
+/// for an instant only.
+bool isLeftOver(const std::filesystem::path& file) {
+    constexpr std::chrono::minutes instant{1};
+    std::error_code none;
+    const auto written = std::filesystem::last_write_time(file, none);
+    return file.extension() == RecordingWriter::unfinished && file.stem().extension() == extension && !none &&
+           std::filesystem::file_time_type::clock::now() - written > instant;
 }
 
 RecordingInfo infoOf(const std::filesystem::path& file) {
@@ -62,11 +73,16 @@ std::filesystem::path newRecordingFile() {
 
 std::vector<RecordingInfo> recordings() {
     std::vector<RecordingInfo> all;
+    std::vector<std::filesystem::path> unfinished;
     std::error_code none;
     for (std::filesystem::directory_iterator entry{recordingsFolder(), none}, end; !none && entry != end;
          entry.increment(none)) {
-        if (entry->path().extension() == extension) all.push_back(infoOf(entry->path()));
+        const auto& file = entry->path();
+        if (file.extension() == extension) all.push_back(infoOf(file));
+        if (isLeftOver(file)) unfinished.push_back(file);
     }
+    for (const auto& file : unfinished)
+        static_cast<void>(removeRecording(file));
     std::ranges::sort(all, [](const RecordingInfo& a, const RecordingInfo& b) {
         return std::tie(a.begun, a.file) > std::tie(b.begun, b.file);
     });

@@ -28,7 +28,7 @@ struct RecordingInfo {
 [[nodiscard]] std::filesystem::path recordingsFolder();
 /// For one that begins now. No such file is there.
 [[nodiscard]] std::filesystem::path newRecordingFile();
-/// The newest first.
+/// The newest first. Removes what was begun long ago and never had a name.
 [[nodiscard]] std::vector<RecordingInfo> recordings();
 /// Empty when it is gone, else why it is not, in a sentence: one that somebody has open stays.
 [[nodiscard]] std::string removeRecording(const std::filesystem::path& file);

@@ -39,8 +39,15 @@ private:
 
     void show(double from, double length) {
         length = std::clamp(length, shortest, m_whole.length());
-        from = std::clamp(from, m_whole.from, m_whole.to - length);
-        m_span = {from, from + length};
+        // At the ends exactly, however the sum is rounded: the first and the last sample stand there.
+        if (length >= m_whole.length()) {
+            m_span = m_whole;
+        } else if (from >= m_whole.to - length) {
+            m_span = {m_whole.to - length, m_whole.to};
+        } else {
+            from = std::max(from, m_whole.from);
+            m_span = {from, from + length};
+        }
     }
 
     TimeSpan m_whole{0, shortest};

@@ -25,6 +25,7 @@ void DtcClear::begin() {
     m_active = true;
     m_begun = Platform::current().runLoop().now();
     m_taken = m_feeder->setValueForAID(doItByte, clearCodesAID);
+    m_written = Platform::current().runLoop().now();
     Platform::current().runLoop().scheduleTimer(waiting, false, [weak = weak_from_this()](Timer&) {
         if (const auto clearing = weak.lock()) clearing->dtcClearTimeoutHandler();
     });
@@ -34,7 +35,9 @@ void DtcClear::dtcClearTimeoutHandler() {
     m_active = false;
     const auto arrival = m_feeder->arrivalOfAID(clearResultAID);
     const bool cleared = m_feeder->valueForAID(clearResultAID).bytes()[0] == clearedByte;
-    m_done({.cleared = cleared, .confirmed = m_taken && arrival && *arrival >= m_begun});
+    m_done({.cleared = cleared,
+            .confirmed = m_taken && arrival && *arrival >= m_written,
+            .arrived = arrival && *arrival >= m_begun});
 }
 
 }  // namespace torv

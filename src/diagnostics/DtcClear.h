@@ -22,6 +22,8 @@ public:
         bool cleared = false;
         /// The module took this very request, and has sent its result since.
         bool confirmed = false;
+        /// It has sent one since the clear began.
+        bool arrived = false;
     };
 
     DtcClear(std::shared_ptr<iTorvFeeder> feeder, std::function<void(Result)> done)
@@ -42,6 +44,7 @@ private:
     bool m_active = false;
     bool m_taken = false;
     RunLoop::Clock::time_point m_begun{};
+    RunLoop::Clock::time_point m_written{};  // when the module has taken it, or all attempts were in vain
 };
 
 }  // namespace torv

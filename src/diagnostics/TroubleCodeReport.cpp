@@ -6,7 +6,6 @@
 #include "diagnostics/AVDTCFormatter224.h"
 #include "diagnostics/AVDTCFormatter225.h"
 #include "diagnostics/DtcAIDs.h"
-#include "platform/Platform.h"
 #include "support/TextNumbers.h"
 #include "support/TimeTexts.h"
 
@@ -22,10 +21,12 @@ Codes decoded(AVFormatter& formatter, AV value) {
     return codes ? *codes : Codes{};
 }
 
-TroubleCodeReport::WallClock::time_point onTheWall(RunLoop::Clock::time_point then) {
-    const auto age = Platform::current().runLoop().now() - then;
-    return TroubleCodeReport::WallClock::now() -
-           std::chrono::duration_cast<TroubleCodeReport::WallClock::duration>(age);
+constexpr std::size_t bytesBeforeCodes = 3;  // of AID 224: its length, which counts itself, and two numbers
+
+/// Of the first report's codes, as many as came whole. Behind its length the slot holds what came before.
+std::size_t codesWithin(const AV& firstReport) {
+    const std::size_t length = firstReport.bytes()[0];
+    return length < bytesBeforeCodes ? 0 : (length - bytesBeforeCodes) / 2;
 }
 
 }  // namespace
@@ -39,34 +40,39 @@ TroubleCodeReport TroubleCodeReport::fromStore(const iTorvFeeder& feeder, RunLoo
                                                const Texts& texts) {
     AVDTCFormatter224 formatter224;
     AVDTCFormatter225 formatter225;
-    const auto first = decoded<AVDTCData224>(formatter224, feeder.valueForAID(firstCodesReportAID));
+    const auto firstReport = feeder.valueForAID(firstCodesReportAID);
+    const auto first = decoded<AVDTCData224>(formatter224, firstReport);
+    const bool tellsCount = firstReport.bytes()[0] >= bytesBeforeCodes;
     const auto second =
         decoded<std::vector<std::string>>(formatter225, feeder.valueForAID(secondCodesReportAID));
     const auto arrival224 = feeder.arrivalOfAID(firstCodesReportAID);
     const auto arrival225 = feeder.arrivalOfAID(secondCodesReportAID);
     const auto isOld = [&](const Arrival& arrival) { return !arrival || *arrival < begun; };
     const auto inFirst = first.DTCData.size();
-    const auto numOfDTCReported = static_cast<std::size_t>(intValue(first.numberOfDTCReported));
+    const auto numOfDTCReported =
+        tellsCount ? static_cast<std::size_t>(intValue(first.numberOfDTCReported)) : 0;
+    const auto wall224 = feeder.wallArrivalOfAID(firstCodesReportAID);
+    const auto wall225 = feeder.wallArrivalOfAID(secondCodesReportAID);
 
     TroubleCodeReport report;
-    report.answered = !isOld(arrival224);
-    Arrival oldest = report.answered ? Arrival{} : arrival224;
+    report.answered = tellsCount && !isOld(arrival224);
+    if (isOld(arrival224)) report.lastAnswer = wall224;
     for (std::size_t i = 0; i < numOfDTCReported; ++i) {
         const bool ofSecond = i >= inFirst && i - inFirst < second.size();
         Row row{.code = {}, .old = isOld(ofSecond ? arrival225 : arrival224), .description = {}};
-        if (i < inFirst) row.code = first.DTCData[i];
+        if (i < std::min(inFirst, codesWithin(firstReport))) row.code = first.DTCData[i];
         if (ofSecond) row.code = second[i - inFirst];
         if (const auto found = texts.find(row.code); found != texts.end()) row.description = found->second;
-        if (ofSecond && row.old && arrival225) oldest = oldest ? std::min(*oldest, *arrival225) : *arrival225;
+        if (ofSecond && row.old && wall225)
+            report.lastAnswer = std::min(report.lastAnswer.value_or(*wall225), *wall225);
         report.rows.push_back(std::move(row));
     }
     std::stable_partition(report.rows.begin(), report.rows.end(), [](const Row& row) { return !row.old; });
-    if (oldest) report.lastAnswer = onTheWall(*oldest);
     return report;
 }
 
 std::string TroubleCodeReport::lastAnswerText() const {
-    return "Last answer from " + (lastAnswer ? dateText(wallTime(*lastAnswer)) : "earlier");
+    return "Last answer from " + (lastAnswer ? dateText(*lastAnswer) : "earlier");
 }
 
 std::string TroubleCodeReport::emptyText() const {

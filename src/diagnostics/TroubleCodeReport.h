@@ -7,11 +7,13 @@
 #include <vector>
 
 #include "session/iTorvFeeder.h"
+#include "support/TimeTexts.h"
 
 namespace torv {
 
 /// The trouble codes as the store holds them after a read: a row for each code that the module has reported,
-/// which may be more than have come. Made on the main thread; then a plain value.
+/// which may be more than have come, or than its first report is long. Made on the main thread; then a plain
+/// value.
 struct TroubleCodeReport {
     using WallClock = std::chrono::system_clock;
     using Texts = std::map<std::string, std::string>;  ///< by code
@@ -29,7 +31,7 @@ struct TroubleCodeReport {
     /// The module has answered in this read how many codes there are. Otherwise the rows are old, if any.
     bool answered = false;
     /// When the oldest part of what is old came; nothing when nothing is old, or nothing ever came.
-    std::optional<WallClock::time_point> lastAnswer;
+    std::optional<WallTime> lastAnswer;
 
     /// `begun` is when the read began.
     [[nodiscard]] static TroubleCodeReport fromStore(const iTorvFeeder& feeder,

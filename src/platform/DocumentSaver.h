@@ -25,6 +25,9 @@ public:
     virtual ~DocumentSaver() = default;
 
     virtual void save(const Document& document, Done done) = 0;
+    /// For what is too large to be held: only asks where a file of this name is to be. The outcome's file is
+    /// that place, and whoever asked writes it.
+    virtual void choosePlace(const std::string& fileName, Done done) = 0;
 };
 
 }  // namespace torv

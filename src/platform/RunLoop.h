@@ -32,6 +32,8 @@ public:
     /// These two: any thread.
     [[nodiscard]] virtual Clock::time_point now() const = 0;
     [[nodiscard]] virtual bool isMainThread() const = 0;
+    /// How long the machine has been suspended so far: `now` and the timers leave that out. Any thread.
+    [[nodiscard]] virtual Clock::duration suspended() const = 0;
 };
 
 }  // namespace torv

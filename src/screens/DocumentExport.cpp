@@ -1,5 +1,7 @@
 #include "screens/DocumentExport.h"
 
+#include <utility>
+
 #include "platform/Platform.h"
 
 namespace torv {
@@ -41,11 +43,25 @@ void mailDocument(ViewController& screen, const std::string& subject, const Docu
 void saveDocument(ViewController& screen, const Document& document) {
     Platform::current().documentSaver().save(
         document, [weak = screen.weak_from_this()](const DocumentSaver::Outcome& outcome) {
-            if (outcome.file)
-                return tell(weak, QStringLiteral("Saved"), QString::fromStdString(outcome.file->string()));
+            if (outcome.file) return tellSaved(weak, *outcome.file);
             if (!outcome.error.empty())
                 tell(weak, QStringLiteral("Not saved"), QString::fromStdString(outcome.error));
         });
+}
+
+void choosePlace(ViewController& screen, const std::string& fileName,
+                 std::function<void(const std::filesystem::path&)> chosen) {
+    Platform::current().documentSaver().choosePlace(
+        fileName,
+        [weak = screen.weak_from_this(), chosen = std::move(chosen)](const DocumentSaver::Outcome& outcome) {
+            if (outcome.file) return chosen(*outcome.file);
+            if (!outcome.error.empty())
+                tell(weak, QStringLiteral("Not saved"), QString::fromStdString(outcome.error));
+        });
+}
+
+void tellSaved(const std::weak_ptr<ViewController>& screen, const std::filesystem::path& file) {
+    tell(screen, QStringLiteral("Saved"), QString::fromStdString(file.string()));
 }
 
 }  // namespace torv

@@ -1,5 +1,8 @@
 #pragma once
 
+#include <filesystem>
+#include <functional>
+#include <memory>
 #include <string>
 
 #include "platform/Document.h"
@@ -15,5 +18,10 @@ namespace torv {
 void mailDocument(ViewController& screen, const std::string& subject, const Document& document);
 /// To a place that the user chooses; an alert then tells where it is.
 void saveDocument(ViewController& screen, const Document& document);
+/// For what is too large to be held: hands the place that the user chooses to whoever writes there, and then
+/// calls `tellSaved`. Nobody is called when there is none.
+void choosePlace(ViewController& screen, const std::string& fileName,
+                 std::function<void(const std::filesystem::path&)> chosen);
+void tellSaved(const std::weak_ptr<ViewController>& screen, const std::filesystem::path& file);
 
 }  // namespace torv

@@ -37,7 +37,7 @@ public:
     /// After 5 seconds the user may go on with something else: the overlay is then a pill with its texts.
     [[nodiscard]] bool backgroundOffered() const { return m_backgroundOffered && !m_inBackground; }
     [[nodiscard]] bool inBackground() const { return m_inBackground; }
-    /// What is over after five seconds anyway need not be offered.
+    /// Off for what is over after five seconds anyway, and for what shows a screen when it is done.
     void setBackgroundAllowed(bool allowed) {
         if (!allowed) m_offer->invalidate();
     }

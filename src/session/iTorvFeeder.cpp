@@ -77,6 +77,12 @@ std::optional<RunLoop::Clock::time_point> iTorvFeeder::arrivalOfAID(AID aid) con
     return m_driver.arrivalOfAID(driverAID(aid));
 }
 
+std::optional<WallTime> iTorvFeeder::wallArrivalOfAID(AID aid) const {
+    const std::scoped_lock lock{m_mutex};
+    const auto found = m_wallArrivals.find(std::to_string(aid));
+    return found == m_wallArrivals.end() ? std::nullopt : std::optional{found->second};
+}
+
 void iTorvFeeder::enableTimedFeedMode() {
     const std::scoped_lock lock{m_mutex};
     m_timedFeedMode = true;
@@ -123,7 +129,15 @@ void iTorvFeeder::tellSink(const Message& message) {
     if (sink) (*sink)(message);
 }
 
+void iTorvFeeder::noteWallTime(const Message& message) {
+    const auto now = wallNow();
+    const std::scoped_lock lock{m_mutex};
+    for (const auto& entry : message)
+        m_wallArrivals.insert_or_assign(entry.key, now);
+}
+
 void iTorvFeeder::zephrelaneDriverDidReceiveMessage(ZephrelaneDriver&, Message& message) {
+    noteWallTime(message);
     tellSink(message);
     if (!passesGate()) return;
     for (auto& [key, value] : message) {

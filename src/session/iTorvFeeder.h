@@ -13,6 +13,7 @@
 #include "session/ZephrelaneDriver.h"
 #include "session/iTorvConnectionListener.h"
 #include "session/iTorvReader.h"
+#include "support/TimeTexts.h"
 
 namespace torv {
 
@@ -63,6 +64,9 @@ public:
     [[nodiscard]] bool isOldForAID(RunLoop::Clock::time_point then, AID aid) const;
     /// When the AID last arrived at the store; nothing when it never has. Any thread.
     [[nodiscard]] std::optional<RunLoop::Clock::time_point> arrivalOfAID(AID aid) const;
+    /// The same by the clock on the wall as it stood then: an age can't tell it, for its clock stands still
+    /// while the machine is suspended.
+    [[nodiscard]] std::optional<WallTime> wallArrivalOfAID(AID aid) const;
 
     void enableTimedFeedMode();
     void disableTimedFeedMode();
@@ -83,10 +87,12 @@ private:
 
     void tellListeners(Word word);
     [[nodiscard]] bool passesGate();
+    void noteWallTime(const Message& message);
     void tellSink(const Message& message);
     [[nodiscard]] std::shared_ptr<const ReaderList> readersForKey(const std::string& key);
 
-    std::mutex m_mutex;  // readers, sink, gate and timer; never held across a call out
+    mutable std::mutex m_mutex;  // readers, sink, gate, timer and arrivals; never held across a call out
+    std::map<std::string, WallTime> m_wallArrivals;  // by AID
     std::shared_ptr<const MessageSink> m_messageSink;
     std::map<std::string, std::shared_ptr<const ReaderList>> m_readers;
     bool m_timedFeedMode = false;  // the gate is closed

@@ -76,6 +76,19 @@ Float readFloat(std::string_view text) {
     return value;
 }
 
+template <class Float>
+std::optional<Float> readWhole(std::string_view text) {
+    text = numberStart(text);
+    while (!text.empty() && isSpace(text.back()))
+        text.remove_suffix(1);
+    if (text.empty()) return std::nullopt;
+    Float value = 0;
+    const auto* const textEnd = text.data() + text.size();
+    const auto [end, error] = std::from_chars(text.data(), textEnd, value);
+    if (end != textEnd) return std::nullopt;
+    return error == std::errc{} ? value : readFloat<Float>(text);
+}
+
 template <class Integer>
 Integer saturated(double value) {
     using Limits = std::numeric_limits<Integer>;
@@ -101,15 +114,10 @@ double doubleValue(std::string_view text) {
 }
 
 std::optional<float> wholeTextFloatValue(std::string_view text) {
-    text = numberStart(text);
-    while (!text.empty() && isSpace(text.back()))
-        text.remove_suffix(1);
-    if (text.empty()) return std::nullopt;
-    float value = 0;
-    const auto* const textEnd = text.data() + text.size();
-    const auto [end, error] = std::from_chars(text.data(), textEnd, value);
-    if (end != textEnd) return std::nullopt;
-    return error == std::errc{} ? value : readFloat<float>(text);
+    return readWhole<float>(text);
+}
+std::optional<double> wholeTextDoubleValue(std::string_view text) {
+    return readWhole<double>(text);
 }
 
 bool boolValue(std::string_view text) {

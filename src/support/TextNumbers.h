@@ -19,6 +19,7 @@ namespace torv {
 
 /// The whole text as a number, blanks around it passed over; nothing when anything else stands in it.
 [[nodiscard]] std::optional<float> wholeTextFloatValue(std::string_view text);
+[[nodiscard]] std::optional<double> wholeTextDoubleValue(std::string_view text);
 
 /// True for a text that begins with Y, y, T, t or, behind a sign and zeros, with a digit from 1 to 9.
 [[nodiscard]] bool boolValue(std::string_view text);

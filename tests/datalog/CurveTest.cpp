@@ -32,6 +32,8 @@ TEST(CurveSeries, NoSampleIsLostByReduction) {
         std::uniform_real_distribution<double> place{whole.from - 1, whole.to + 1};
         TimeSpan span{place(random), place(random)};
         if (span.from > span.to) std::swap(span.from, span.to);
+        if (run % 3 == 0) span = whole;  // ends with the last sample
+        if (span.length() == 0) continue;
         const std::size_t width = random() % 400 + 1;
         const auto columns = series.columns(span, width);
         const auto samples = series.samples(span);
@@ -43,7 +45,7 @@ TEST(CurveSeries, NoSampleIsLostByReduction) {
         int count = 0;
         for (const auto& sample : samples) {
             const double exact = (sample.seconds - span.from) / span.length() * static_cast<double>(width);
-            const bool outside = sample.seconds < span.from || sample.seconds >= span.to;
+            const bool outside = sample.seconds < span.from || sample.seconds > span.to;
             const auto found = std::ranges::find_if(columns, [&](const CurveSeries::Column& column) {
                 if (outside) return column.column == (sample.seconds < span.from ? 0 : width + 1);
                 return std::abs(static_cast<double>(column.column) - 1 - exact + 0.5) < 0.5 + 1e-6 &&
@@ -75,6 +77,18 @@ TEST(CurveSeries, NoSampleIsLostByReduction) {
         EXPECT_EQ(drawnLow, low);
         EXPECT_EQ(drawnHigh, high);
     }
+}
+
+TEST(CurveSeries, TheLastSampleIsDrawnWhereTheGraphEnds) {
+    CurveSeries series;
+    for (int i = 0; i < 1000; ++i)
+        series.append(i * 0.1, i == 999 ? 250 : 20);
+    for (const std::size_t width : {1U, 7U, 400U}) {
+        const auto columns = series.columns(series.span(), width);
+        EXPECT_EQ(columns.back().column, width);
+        EXPECT_EQ(columns.back().high, 250);
+    }
+    EXPECT_EQ(series.countWithin(series.span()), series.size());
 }
 
 TEST(CurveSeries, GapsAreNotJoinedAndHaveNoValue) {
@@ -126,6 +140,8 @@ TEST(VisibleSpan, StaysWithinTheWhole) {
     visible.zoom(0.25, 0.5);
     EXPECT_DOUBLE_EQ(visible.timeAt(0.25), 25);  // what stood there stays
     EXPECT_DOUBLE_EQ(visible.span().length(), 50);
+    visible.keep(77.7, 0.1);
+    EXPECT_EQ(visible.span().to, 100);
     visible.keep(10, 0.9);
     EXPECT_DOUBLE_EQ(visible.span().from, 0);
     visible.keep(40, 0.25, 60, 0.75);

@@ -10,6 +10,7 @@
 #include "fakes/FakePlatform.h"
 #include "fakes/FreshEngine.h"
 #include "screens/NavigationController.h"
+#include "support/FileContents.h"
 #include "vehicles/VehicleDataSource.h"
 
 namespace {
@@ -161,11 +162,26 @@ TEST_F(DataLogScreensTest, RecordsListsRenamesExportsAndDeletes) {
     one->didSelectRowAtIndexPath({0, 0});
     top<TextValueGetterViewController>()->save();
     EXPECT_EQ(one->cellAt({0, 0})->detailText(), "Hill");
+    const auto place = std::filesystem::path{testing::TempDir()} / "saved.jsonl";
+    for (const auto& folder : {place.parent_path(), place / "none"}) {
+        platform.files.outcome.file = folder / place.filename();
+        one->didSelectRowAtIndexPath({1, 2});
+        stack->alert()->touchButton(2);
+        platform.loop.runWork();
+        EXPECT_EQ(one->progress(), nullptr);
+        EXPECT_EQ(stack->alert()->title(),
+                  folder == place.parent_path() ? "Saved" : "The file can't be made");
+        stack->alert()->touchButton(0);
+        platform.loop.runWork();
+    }
+    std::string error;
+    const auto lines = contentsOfFile(place, error).value_or(error);
+    EXPECT_EQ(std::ranges::count(lines, '\n'), 404);
     one->didSelectRowAtIndexPath({1, 2});
-    stack->alert()->touchButton(2);
+    stack->alert()->touchButton(1);
     platform.loop.runWork();
-    EXPECT_EQ(std::ranges::count(saved(), '\n'), 404);
-    EXPECT_EQ(one->progress(), nullptr);
+    const auto& mailed = platform.mail.mails.back().attachment.contents;
+    EXPECT_EQ(std::string(mailed.begin(), mailed.end()), lines);
     stack->touchBack();
     platform.loop.runWork();
     files->deleteRowAtIndexPath({0, 1});

@@ -67,6 +67,10 @@ protected:
                 askedAt.push_back(platform.loop.time().count());
                 if (onAsked) onAsked();
             }
+            if (sent[0] >> 4 == x2comFrameRequest && sent[1] == 78) {
+                ++speedAskedFor;
+                platform.stream().feed(speed);
+            }
             platform.stream().feed(fakes::frame({0x22, sent[1]}));
             platform.stream().feed(push);
         };
@@ -92,6 +96,8 @@ protected:
     std::shared_ptr<iTorvAppDelegate> app;
     std::shared_ptr<Timer> ticking;
     bool acknowledges = true;
+    Bytes speed = fakes::frame({0x14, 78, 0, 0});
+    int speedAskedFor = 0;
     std::vector<std::int64_t> askedAt;  // milliseconds
     std::function<void()> onAsked;
 

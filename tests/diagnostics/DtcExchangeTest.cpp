@@ -122,14 +122,15 @@ TEST_F(DtcExchangeTest, AClearTellsAnOldAnswerFromOneOfItsOwn) {
         bool acknowledges;
         bool cleared;
         bool confirmed;
+        bool arrived;
     };
     const Row rows[] = {
-        {"silent from the first", {}, true, false, false},
-        {"refuses", 0, true, false, true},
-        {"clears", 1, true, true, true},
-        {"silent, a 1 is left over", {}, true, true, false},
-        {"not taken", 1, false, true, false},
-        {"refuses after all", 2, true, false, true},
+        {"silent from the first", {}, true, false, false, false},
+        {"refuses", 0, true, false, true, true},
+        {"clears", 1, true, true, true, true},
+        {"silent, a 1 is left over", {}, true, true, false, false},
+        {"not taken", 1, false, true, false, true},
+        {"refuses after all", 2, true, false, true, true},
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.name);
@@ -147,12 +148,23 @@ TEST_F(DtcExchangeTest, AClearTellsAnOldAnswerFromOneOfItsOwn) {
         ASSERT_EQ(told.size(), 1U);
         EXPECT_EQ(told[0].cleared, row.cleared);
         EXPECT_EQ(told[0].confirmed, row.confirmed);
+        EXPECT_EQ(told[0].arrived, row.arrived);
         clear->begin();
         clear.reset();
         platform.loop.runFor(10000ms);
         EXPECT_EQ(told.size(), 1U);
     }
-    acknowledges = true;
+    // A 1 that comes before the module takes the request is no answer to it.
+    acknowledges = false;
+    platform.loop.scheduleTimer(1000ms, false, [this](Timer&) { acknowledges = true; });
+    feedAfter(300ms, fakes::frame({0x13, 26, 1}));
+    std::optional<DtcClear::Result> early;
+    const auto taken =
+        std::make_shared<DtcClear>(app->feeder(), [&](DtcClear::Result result) { early = result; });
+    taken->begin();
+    platform.loop.runFor(5500ms);
+    ASSERT_TRUE(early);
+    EXPECT_TRUE(early->cleared && early->arrived && !early->confirmed);
     for (const auto lostAfter : {0ms, 3000ms}) {
         std::optional<DtcClear::Result> told;
         const auto clear =
@@ -200,12 +212,25 @@ TEST_F(DtcExchangeTest, RowsAreAsReportedAndWhatIsOldIsToldApart) {
               "P0106 - No Info; old P0101 - One; old P0102 - No Info; old P0103 - No Info; "
               "old P0104 - No Info; old P0105 - No Info; ");
     run();
+    platform.loop.runFor(3h);  // by a clock that has nothing to do with the one on the wall
     const auto all = report();
     EXPECT_TRUE(all.hasOldRows() && !all.answered && all.rows.size() == 6);
     EXPECT_EQ(all.lastAnswerText().find("Last answer from 20"), 0U);
+    EXPECT_LT(wallNow() - all.lastAnswer.value(), 1h);
     const auto document = all.document("Truck", "Monday", std::chrono::system_clock::now());
     EXPECT_NE(document.find("recorded as Monday\n"), std::string::npos);
     EXPECT_LT(document.find("Last answer from"), document.find("P0101 - One"));
+    // One that is shorter than it says, over the one before it.
+    feedAfter(20ms, pushOf(224, {8, 0, 5, 1, 1, 1, 2, 1}));
+    feedAfter(20ms, report225(0));
+    run();
+    EXPECT_EQ(lines(report()),
+              "P0101 - One; P0102 - No Info; Code not received; Code not received; Code not received; ");
+    feedAfter(20ms, pushOf(224, {2, 0}));
+    feedAfter(20ms, report225(0));
+    run();
+    EXPECT_FALSE(report().answered);
+    EXPECT_TRUE(report().rows.empty());
     feedAfter(20ms, report224(255));
     feedAfter(20ms, report225(6));
     run();

@@ -43,7 +43,10 @@ public:
     void quit(int) override { m_quitting = true; }
     [[nodiscard]] Clock::time_point now() const override { return Clock::time_point{m_now}; }
     [[nodiscard]] bool isMainThread() const override { return true; }
+    [[nodiscard]] Clock::duration suspended() const override { return m_suspended; }
 
+    /// As a lid that is closed for so long.
+    void suspend(Milliseconds time) { m_suspended += time; }
     [[nodiscard]] Milliseconds time() const { return m_now; }
     /// Runs all that is due within the time, and ends exactly at its end.
     void runFor(Milliseconds time) {
@@ -91,6 +94,7 @@ private:
     }
 
     Milliseconds m_now{0};
+    Milliseconds m_suspended{0};
     bool m_quitting = false;
     std::deque<std::function<void()>> m_work;
     std::vector<std::shared_ptr<VirtualTimer>> m_timers;

@@ -85,7 +85,7 @@ public:
     [[nodiscard]] std::optional<double> cursor() const { return m_cursor; }
 
     [[nodiscard]] QList<GraphLegend> legend() const;
-    /// Of the cursor, else of the part that is shown.
+    /// Of the cursor; nothing without one.
     [[nodiscard]] QString time() const;
     [[nodiscard]] QString emptyText() const;
 

@@ -8,6 +8,7 @@
 #include "platform/Platform.h"
 #include "screens/DocumentExport.h"
 #include "screens/NavigationController.h"
+#include "support/WholeFile.h"
 
 namespace torv {
 namespace {
@@ -16,28 +17,43 @@ enum Row { nameRow, graphRow };
 constexpr int mailButton = 1;
 constexpr int saveButton = 2;
 
-void mail(ViewController& screen, const Document& document) {
-    mailDocument(screen, "Your Torvwerks Recording", document);
-}
+using GoesOn = std::function<bool()>;
 
 /// The document is held in memory as a whole, so its size is limited.
 constexpr std::size_t mostBytes = 200'000'000;
 
-/// Any thread. `error` is a sentence, or empty.
-Document documentOf(const RecordingInfo& recording, const RecordingFormat& format,
-                    const std::function<bool()>& goesOn, std::string& error) {
-    Document document{.fileName = "iTorv-" + recording.file.stem().string() + std::string{format.suffix},
-                      .mimeType = std::string{format.mimeType},
-                      .contents = {}};
+std::string fileNameOf(const RecordingInfo& recording, const RecordingFormat& format) {
+    return "iTorv-" + recording.file.stem().string() + std::string{format.suffix};
+}
+
+/// Why not, in a sentence, or empty. Any thread.
+std::string exportTo(const RecordingInfo& recording, const RecordingFormat& format, const TextSink& write) {
+    std::string error;
     const auto reader = RecordingReader::open(recording.file, error);
-    if (!reader) return document;
-    error = exportRecording(*reader, format.kind, [&](std::string_view piece) {
+    return reader ? exportRecording(*reader, format.kind, write) : error;
+}
+
+Document documentOf(const RecordingInfo& recording, const RecordingFormat& format, const GoesOn& goesOn,
+                    std::string& error) {
+    Document document{
+        .fileName = fileNameOf(recording, format), .mimeType = std::string{format.mimeType}, .contents = {}};
+    error = exportTo(recording, format, [&](std::string_view piece) {
         document.contents.insert(document.contents.end(), piece.begin(), piece.end());
         return document.contents.size() <= mostBytes && goesOn();
     });
     if (document.contents.size() > mostBytes)
-        error = "It would be larger than 200 MB. itorvctl export writes it without a limit.";
+        error = "It would be larger than 200 MB, which is too much for a mail. Save it to a file.";
     return document;
+}
+
+/// A piece at a time, so that its length does not matter.
+std::string saveTo(const std::filesystem::path& place, const RecordingInfo& recording,
+                   const RecordingFormat& format, const GoesOn& goesOn) {
+    WholeFile file{place};
+    auto error =
+        exportTo(recording, format, [&](std::string_view piece) { return goesOn() && file.write(piece); });
+    if (error.empty() && !file.finish()) error = place.string() + " can't be written.";
+    return error;
 }
 
 }  // namespace
@@ -114,18 +130,38 @@ void RecordingViewController::textValueGetterViewControllerDidGetValue(
 }
 
 void RecordingViewController::ask(const RecordingFormat& format) {
-    if (!canSendMail()) return exportAs(format, &saveDocument);
+    if (!canSendMail()) return save(format);
     auto alert = std::make_shared<AlertView>("Export", QString::fromUtf8(format.title.data()),
                                              QStringList{"Cancel", "Mail", "Save to file"});
     alert->setDismissedHandler([this, self = weak_from_this(), format](int index) {
         if (!self.lock()) return;
-        if (index == mailButton) exportAs(format, &mail);
-        if (index == saveButton) exportAs(format, &saveDocument);
+        if (index == mailButton) mail(format);
+        if (index == saveButton) save(format);
     });
     showAlert(std::move(alert));
 }
 
-void RecordingViewController::exportAs(const RecordingFormat& format, Way way) {
+void RecordingViewController::mail(const RecordingFormat& format) {
+    inBackground([recording = m_recording, format](const GoesOn& goesOn, std::string& error) -> Then {
+        return [document = documentOf(recording, format, goesOn, error)](ViewController& screen) {
+            mailDocument(screen, "Your Torvwerks Recording", document);
+        };
+    });
+}
+
+void RecordingViewController::save(const RecordingFormat& format) {
+    choosePlace(*this, fileNameOf(m_recording, format),
+                [this, self = weak_from_this(), format](const std::filesystem::path& place) {
+                    if (!self.lock()) return;
+                    inBackground([recording = m_recording, format, place](const GoesOn& goesOn,
+                                                                          std::string& error) -> Then {
+                        error = saveTo(place, recording, format, goesOn);
+                        return [place](ViewController& screen) { tellSaved(screen.weak_from_this(), place); };
+                    });
+                });
+}
+
+void RecordingViewController::inBackground(Work work) {
     const auto cancelled = std::make_shared<std::atomic<bool>>(false);
     auto overlay = std::make_shared<ProgressHUD>([cancelled] { *cancelled = true; });
     overlay->setTexts("Making the file", "Long drives take some seconds");
@@ -133,21 +169,19 @@ void RecordingViewController::exportAs(const RecordingFormat& format, Way way) {
     setProgress(std::move(overlay));
     const auto self = std::static_pointer_cast<RecordingViewController>(shared_from_this());
     const auto goesOn = [cancelled, ending = m_application->ending()] { return !*cancelled && !*ending; };
-    m_application->background().post(
-        [weak = std::weak_ptr{self}, recording = m_recording, format, way, cancelled, goesOn] {
-            std::string error;
-            auto document = documentOf(recording, format, goesOn, error);
-            Platform::current().runLoop().performOnMainThread(
-                [weak, way, error, cancelled, document = std::move(document)] {
-                    const auto screen = weak.lock();
-                    if (!screen) return;
-                    screen->setProgress(nullptr);
-                    if (*cancelled) return;
-                    if (error.empty()) return way(*screen, document);
-                    screen->showAlert(std::make_shared<AlertView>(
-                        "The file can't be made", QString::fromStdString(error), QStringList{"OK"}));
-                });
+    m_application->background().post([weak = std::weak_ptr{self}, work = std::move(work), cancelled, goesOn] {
+        std::string error;
+        auto then = work(goesOn, error);
+        Platform::current().runLoop().performOnMainThread([weak, then = std::move(then), error, cancelled] {
+            const auto screen = weak.lock();
+            if (!screen) return;
+            screen->setProgress(nullptr);
+            if (*cancelled) return;
+            if (error.empty()) return then(*screen);
+            screen->showAlert(std::make_shared<AlertView>("The file can't be made",
+                                                          QString::fromStdString(error), QStringList{"OK"}));
         });
+    });
 }
 
 }  // namespace torv

@@ -1,6 +1,8 @@
 #pragma once
 
+#include <functional>
 #include <memory>
+#include <string>
 
 #include "control/iTorvAppDelegate.h"
 #include "datalog/RecordingExport.h"
@@ -32,11 +34,16 @@ public:
     void textValueGetterViewControllerDidGetValue(TextValueGetterViewController& screen) override;
 
 private:
-    using Way = void (*)(ViewController&, const Document&);
+    using Then = std::function<void(ViewController&)>;
+    /// Makes a file, for as long as it is to go on; what then happens on the main thread unless it says why
+    /// there is none.
+    using Work = std::function<Then(const std::function<bool()>& goesOn, std::string& error)>;
 
     void rename();
     void ask(const RecordingFormat& format);
-    void exportAs(const RecordingFormat& format, Way way);
+    void mail(const RecordingFormat& format);
+    void save(const RecordingFormat& format);
+    void inBackground(Work work);
 
     const std::shared_ptr<iTorvAppDelegate> m_application;
     RecordingInfo m_recording;

@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "diagnostics/DtcAIDs.h"
 #include "diagnostics/screens/ReadDtcViewController.h"
 #include "screens/NavigationController.h"
 
@@ -17,6 +18,7 @@ constexpr auto engineTurnsText = "The engine is running";
 std::shared_ptr<ProgressHUD> activityView(const QString& label, const QString& details) {
     auto overlay = std::make_shared<ProgressHUD>(nullptr);
     overlay->setTexts(label, details);
+    overlay->setBackgroundAllowed(false);
     return overlay;
 }
 
@@ -78,7 +80,9 @@ void DtcViewController::alertViewClickedButtonAtIndex(const QString& title, int 
     deselectRow();
     if (index != okButton || !navigationController()) return;
     if (auto alert = m_application->alertDuringPass()) return showAlert(std::move(alert));
-    if (title == clearText && DtcClear::engineTurns(*m_application->feeder())) {
+    const bool doubted = title == clearText && engineTurns();
+    if (!navigationController()) return;  // left while the module was asked
+    if (doubted) {
         return ask(
             engineTurnsText,
             "Codes that are cleared while it runs may come back at once, or hide a fault that is there. "
@@ -89,11 +93,19 @@ void DtcViewController::alertViewClickedButtonAtIndex(const QString& title, int 
     if (title == readText) read();
 }
 
+/// Asks the module once where nothing fresh tells.
+bool DtcViewController::engineTurns() {
+    auto& feeder = *m_application->feeder();
+    if (feeder.isOldValueForAID(engineSpeedAID)) {
+        const auto pass = m_application->beginPass();
+        feeder.requestValueForAID(engineSpeedAID);
+    }
+    return DtcClear::engineTurns(feeder);
+}
+
 void DtcViewController::clear() {
     m_pass = m_application->beginPass();
-    const auto overlay = activityView("Clearing trouble codes", "This takes five seconds");
-    overlay->setBackgroundAllowed(false);
-    setProgress(overlay);
+    setProgress(activityView("Clearing trouble codes", "This takes five seconds"));
     m_clear->begin();
 }
 
@@ -107,12 +119,12 @@ void DtcViewController::dtcClearTimeoutHandler(DtcClear::Result result) {
     m_pass.reset();
     setProgress(nullptr);
     const bool doubtful = result.cleared && !result.confirmed;
-    showAlert(std::make_shared<AlertView>(
-        result.cleared ? "DTC's Cleared" : "Error: DTC's Not Cleared",
-        doubtful ? "The module has not confirmed this time: the answer is from an earlier clear. Please read "
-                   "the codes again."
-                 : "",
-        QStringList{"OK"}));
+    const char* const doubt =
+        result.arrived ? "The module has not confirmed this time. Please read the codes again."
+                       : "The module has not confirmed this time: the answer is from an earlier clear. "
+                         "Please read the codes again.";
+    showAlert(std::make_shared<AlertView>(result.cleared ? "DTC's Cleared" : "Error: DTC's Not Cleared",
+                                          doubtful ? doubt : "", QStringList{"OK"}));
 }
 
 void DtcViewController::loadReadDtcView() {

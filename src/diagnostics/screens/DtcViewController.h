@@ -12,8 +12,8 @@ namespace torv {
 
 /// Reads and clears the module's trouble codes, each after a question. Main thread.
 ///
-/// While an exchange runs no other one begins, and an overlay holds the screen; a read of more than five
-/// seconds may be left. An exchange ends with its screen.
+/// While an exchange runs no other one begins, and an overlay holds the screen. An exchange ends with its
+/// screen.
 class DtcViewController final : public torv::TableViewController, public iTorvConnectionListener {
     Q_OBJECT
 
@@ -36,6 +36,7 @@ private:
     void setConnected(bool connected);
     void ask(const QString& title, const QString& message, const QString& yes);
     void alertViewClickedButtonAtIndex(const QString& title, int index);
+    [[nodiscard]] bool engineTurns();
     void clear();
     void read();
     void dtcClearTimeoutHandler(DtcClear::Result result);

@@ -17,7 +17,7 @@ void ReadDtcViewController::viewDidLoad() {
     m_report = TroubleCodeReport::fromStore(*m_feeder, m_begun, *dataDict);
     m_fresh = static_cast<int>(std::ranges::count(m_report.rows, false, &TroubleCodeReport::Row::old));
     m_readAt = TroubleCodeReport::WallClock::now();
-    if (m_report.rows.empty()) return;
+    if (m_report.rows.empty() && !m_report.answered) return;
     BarButtons buttons;
     if (canSendMail()) buttons.push_back(std::make_unique<BarButtonItem>("Share", [this] { share(); }));
     buttons.push_back(

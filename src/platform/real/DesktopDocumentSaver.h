@@ -9,6 +9,7 @@ namespace torv {
 class DesktopDocumentSaver final : public DocumentSaver {
 public:
     void save(const Document& document, Done done) override;
+    void choosePlace(const std::string& fileName, Done done) override;
 };
 
 }  // namespace torv

@@ -1,7 +1,9 @@
 #include "platform/real/QtRunLoop.h"
 
 #include <sys/eventfd.h>
+#include <time.h>
 #include <unistd.h>
+
 #include <QCoreApplication>
 #include <QThread>
 #include <QTimerEvent>
@@ -143,6 +145,22 @@ void QtRunLoop::quit(int code) {
 
 bool QtRunLoop::isMainThread() const {
     return QThread::currentThread() == thread();
+}
+
+/// Two clocks differ by it that are read one after the other: what lies between the readings is no sleep.
+RunLoop::Clock::duration QtRunLoop::suspended() const {
+    const auto read = [](clockid_t clock) {
+        timespec time{};
+        clock_gettime(clock, &time);
+        return Clock::duration{std::chrono::seconds{time.tv_sec} + std::chrono::nanoseconds{time.tv_nsec}};
+    };
+    constexpr std::chrono::milliseconds shortestSleep{100};
+    const auto before = read(CLOCK_MONOTONIC);
+    const auto withSleep = read(CLOCK_BOOTTIME);
+    const bool interrupted = read(CLOCK_MONOTONIC) - before > shortestSleep / 2;
+    if (!interrupted && withSleep - before - m_suspended.load() > shortestSleep)
+        m_suspended = withSleep - before;
+    return m_suspended;
 }
 
 }  // namespace torv

@@ -27,6 +27,7 @@ public:
     void quit(int code) override;
     [[nodiscard]] Clock::time_point now() const override { return Clock::now(); }
     [[nodiscard]] bool isMainThread() const override;
+    [[nodiscard]] Clock::duration suspended() const override;
 
 protected:
     void timerEvent(QTimerEvent* event) override;
@@ -45,6 +46,7 @@ private:
     std::map<int, std::shared_ptr<LoopTimer>> m_timers;
     std::shared_ptr<std::atomic<bool>> m_alive = std::make_shared<std::atomic<bool>>(true);
     std::atomic<bool> m_quitting{false};
+    mutable std::atomic<Clock::duration> m_suspended{};
 
     // Work goes through a queue of our own: a thread sanitizer can't see the locks of Qt's.
     std::mutex m_workMutex;
