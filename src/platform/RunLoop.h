@@ -29,7 +29,9 @@ public:
     /// Ends every turn, nested ones too, and then the program with this code. Any thread.
     virtual void quit(int code) = 0;
     void quit() { quit(0); }
-    /// These two: any thread.
+    /// These three: any thread. Once it is quitting, blocking exchanges fail at once, which says nothing of
+    /// the module.
+    [[nodiscard]] virtual bool isQuitting() const = 0;
     [[nodiscard]] virtual Clock::time_point now() const = 0;
     [[nodiscard]] virtual bool isMainThread() const = 0;
     /// How long the machine has been suspended so far: `now` and the timers leave that out. Any thread.

@@ -10,7 +10,12 @@ NavigationController::NavigationController(std::shared_ptr<ViewController> root)
     take(std::move(root));
 }
 
-NavigationController::~NavigationController() = default;
+NavigationController::~NavigationController() {
+    for (const auto& screen : m_stack) {  // others may still hold it
+        screen->m_navigationController = nullptr;
+        screen->m_below = m_below;
+    }
+}
 
 QString NavigationController::backTitle() const {
     return m_stack.size() < 2 ? QString{} : m_stack[m_stack.size() - 2]->backButtonTitle();
@@ -25,6 +30,7 @@ void NavigationController::take(std::shared_ptr<ViewController> screen) {
 
 void NavigationController::letGoOf(std::vector<std::shared_ptr<ViewController>>::iterator screen) {
     (*screen)->m_navigationController = nullptr;
+    (*screen)->m_below = placeForAlerts();
     (*screen)->disconnect(this);
     m_leaving.push_back(std::move(*screen));
     m_stack.erase(screen);

@@ -23,7 +23,11 @@ ViewController::ViewController() {
     keepOwnership(*this);
 }
 
-ViewController::~ViewController() = default;
+ViewController::~ViewController() {
+    if (!m_presented) return;
+    m_presented->m_presenting = nullptr;
+    m_presented->m_below = m_below;
+}
 
 void ViewController::setTitle(const QString& title) {
     if (m_title == title) return;
@@ -122,12 +126,28 @@ void ViewController::dismissModalViewControllerAnimated(bool animated) {
     }
     const auto leaving = std::exchange(m_presented, nullptr);
     leaving->m_presenting = nullptr;
+    leaving->m_below = placeForAlerts();
     leaving->viewWillDisappear();
     viewWillAppear();
     emit presentationChanged();
     viewDidAppear();
     // The look may still draw the screen that has just gone.
     queueTouch(this, [leaving](ViewController&) {});
+}
+
+void ViewController::presentOverAll(std::shared_ptr<ViewController> screen, bool animated) {
+    auto* top = const_cast<ViewController*>(&outermost());
+    while (top->m_presented)
+        top = top->m_presented.get();
+    top->presentModalViewControllerAnimated(std::make_shared<NavigationController>(std::move(screen)),
+                                            animated);
+}
+
+bool ViewController::isOnTop() const {
+    const ViewController* const stack = m_navigationController;
+    const bool isDismissed = stack && stack->m_below && !stack->m_presenting;
+    return stack && m_navigationController->topViewController() == this && !stack->m_presented &&
+           !isDismissed;
 }
 
 void ViewController::popIfOnTop() {

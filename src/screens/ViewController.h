@@ -89,6 +89,10 @@ public:
     void presentModalViewControllerAnimated(std::shared_ptr<ViewController> screen, bool animated);
     /// Ends what this one presents; if that is nothing, itself, with the stack that it stands on.
     void dismissModalViewControllerAnimated(bool animated);
+    /// On a stack of its own, over whatever is presented by now, though this one may have left.
+    void presentOverAll(std::shared_ptr<ViewController> screen, bool animated);
+    /// The topmost one of its stack of screens, which has not been dismissed and presents nothing.
+    [[nodiscard]] bool isOnTop() const;
     /// Off its stack of screens, if it is the topmost one there.
     void popIfOnTop();
 
@@ -119,6 +123,8 @@ private:
     /// What presents and is presented: the stack of screens that this one stands on, or itself.
     [[nodiscard]] ViewController& presenter();
     [[nodiscard]] const ViewController& outermost() const;
+    /// What a screen that leaves this one lies above from then on: not this one, which may end before it.
+    [[nodiscard]] ViewController* placeForAlerts() { return m_below ? m_below.data() : this; }
 
     QString m_title;
     QString m_backButtonTitle = QStringLiteral("Back");

@@ -176,6 +176,7 @@ public:
     Tone tone;
     std::vector<std::string> log;
     std::vector<std::shared_ptr<ScriptedStream>> opened;
+    std::function<void()> onOpened;
     bool streamsOpen = true;
     bool idleTimerDisabled = false;
     bool resourcesMissing = false;
@@ -187,6 +188,7 @@ private:
             const torv::Endpoint& endpoint) override {
             platform.opened.push_back(std::make_shared<ScriptedStream>(platform.loop, endpoint));
             platform.opened.back()->opens = platform.streamsOpen;
+            if (platform.onOpened) platform.onOpened();
             return platform.opened.back();
         }
         FakePlatform& platform;

@@ -41,6 +41,13 @@ public:
     }
     using RunLoop::quit;
     void quit(int) override { m_quitting = true; }
+    [[nodiscard]] bool isQuitting() const override { return m_quitting; }
+    /// Another program, on the same store.
+    void startAgain() {
+        m_quitting = false;
+        m_work.clear();
+        m_timers.clear();
+    }
     [[nodiscard]] Clock::time_point now() const override { return Clock::time_point{m_now}; }
     [[nodiscard]] bool isMainThread() const override { return true; }
     [[nodiscard]] Clock::duration suspended() const override { return m_suspended; }

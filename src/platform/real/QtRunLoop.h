@@ -25,6 +25,7 @@ public:
     [[nodiscard]] bool runOnce() override;
     using RunLoop::quit;
     void quit(int code) override;
+    [[nodiscard]] bool isQuitting() const override { return m_quitting; }
     [[nodiscard]] Clock::time_point now() const override { return Clock::now(); }
     [[nodiscard]] bool isMainThread() const override;
     [[nodiscard]] Clock::duration suspended() const override;
