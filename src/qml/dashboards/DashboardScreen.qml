@@ -136,12 +136,13 @@ Item {
     OnDemand {
         readonly property bool below: view.y >= 15 * page.u
 
+        z: 1  // over what takes the page's touches
         x: 4 * page.u
         y: page.screen.pageView.expanded && !below ? view.y + page.screen.pageView.frame.y * page.u - height
                                                    : page.height - height - (below ? 2 * page.u : 0)
         shown: page.stage.status.missing ? page.stage.status : null
         look: "../dashboards/LinkPill.qml"
-        parameters: status => ({ "status": status, "u": Qt.binding(() => page.u),
+        parameters: status => ({ "status": status, "stage": page.stage, "u": Qt.binding(() => page.u),
                                  "flat": Qt.binding(() => view.y < 35 * page.u),
                                  "room": Qt.binding(() => page.width / page.u - 8) })
     }

@@ -6,6 +6,7 @@ Rectangle {
     id: root
 
     required property LinkStatus status
+    required property Stage stage
     property real u: 1
     property real room: 150  // points that it may be wide
     property bool flat: false  // in one line, in letters as small as that takes
@@ -14,6 +15,15 @@ Rectangle {
     height: words.height + (flat ? 1 : 5) * u
     radius: (flat ? 3 : 6) * u
     color: "#e0101214"
+    Accessible.role: Accessible.Button
+    Accessible.name: status.text + " " + status.hint
+    Accessible.onPressAction: stage.touchStatus()
+
+    TapHandler {
+        margin: 14 * root.u  // as high as a finger needs
+        gesturePolicy: TapHandler.ReleaseWithinBounds
+        onTapped: root.stage.touchStatus()
+    }
 
     TextMetrics {
         id: whole
@@ -45,8 +55,6 @@ Rectangle {
                 width: root.flat ? implicitWidth : Math.min(implicitWidth, words.most)
                 wrapMode: root.flat ? Text.NoWrap : Text.Wrap
                 text: root.status.text
-                Accessible.role: Accessible.StaticText
-                Accessible.name: text + " " + root.status.hint
                 color: Theme.text
                 font.pixelSize: words.size
             }
