@@ -15,12 +15,15 @@
 #include <QTemporaryDir>
 #include <filesystem>
 #include <fstream>
+#include <map>
 #include <sstream>
 
 #include "fakes/WaitUntil.h"
 #include "platform/Log.h"
 #include "platform/real/DesktopDocumentSaver.h"
+#include "platform/real/DesktopFileChooser.h"
 #include "platform/real/DesktopMailComposer.h"
+#include "platform/real/DesktopWirelessNetworks.h"
 #include "platform/real/IdleInhibitor.h"
 #include "platform/real/QtRunLoop.h"
 
@@ -97,6 +100,7 @@ protected:
         ASSERT_TRUE(bus->waitForReadyRead(10000));
         const auto address = bus->readLine().trimmed();
         qputenv("DBUS_SESSION_BUS_ADDRESS", address);
+        qputenv("DBUS_SYSTEM_BUS_ADDRESS", address);
         other = std::make_unique<QDBusConnection>(QDBusConnection::connectToBus(QString{address}, "portal"));
         ASSERT_TRUE(other->isConnected());
     }
@@ -104,6 +108,7 @@ protected:
         other.reset();
         QDBusConnection::disconnectFromBus("portal");
         QDBusConnection::disconnectFromBus("qt_default_session_bus");
+        QDBusConnection::disconnectFromBus("qt_default_system_bus");
         bus->kill();
         bus->waitForFinished();
         bus.reset();
@@ -252,6 +257,64 @@ TEST_F(DesktopTest, AFileGoesWhereTheUserWantsIt) {
     ASSERT_TRUE(save());
     EXPECT_FALSE(outcome->file);
     EXPECT_NE(outcome->error.find("/no/such/folder/mine.csv"), std::string::npos);
+}
+
+TEST_F(DesktopTest, AFileIsChosenByThePortal) {
+    EXPECT_NE(DesktopFileChooser::choose("Open").error, "") << "nobody is there";
+    raisePortal();
+    portal.chosen = "/home/somebody/Tow%20it.itorv.json";
+    EXPECT_EQ(DesktopFileChooser::choose("Open").file, "/home/somebody/Tow it.itorv.json");
+    EXPECT_EQ(portal.asked, "OpenFile");
+    portal.mood = Portal::Mood::cancels;
+    const auto none = DesktopFileChooser::choose("Open");
+    EXPECT_TRUE(!none.file && none.error.empty());
+}
+
+/// A NetworkManager whose wlan0 is in a network.
+class Manager final : public QDBusVirtualObject {
+public:
+    [[nodiscard]] QString introspect(const QString&) const override { return {}; }
+    bool handleMessage(const QDBusMessage& message, const QDBusConnection& bus) override {
+        const auto place = [](const char* path) {
+            return QVariant::fromValue(QDBusObjectPath{QLatin1String{path}});
+        };
+        const std::map<QString, QVariant> answers{
+            {"wlan0", place("/device")},
+            {"ActiveAccessPoint", QVariant::fromValue(QDBusVariant{place("/point")})},
+            {"Ssid", QVariant::fromValue(QDBusVariant{QByteArray{"Truck 7"}})},
+            {"Strength", QVariant::fromValue(QDBusVariant{QVariant::fromValue<uchar>(63)})}};
+        const auto found = answers.find(message.arguments().last().toString());
+        return bus.send(found == answers.end()
+                            ? message.createErrorReply(QDBusError::UnknownObject, "no such")
+                            : message.createReply(found->second));
+    }
+};
+
+TEST_F(DesktopTest, NetworkManagerTellsOfTheWirelessNetwork) {
+    DesktopWirelessNetworks networks;
+    int told = 0;
+    std::optional<WirelessNetworks::Network> network;
+    const auto ask = [&](const char* interface) {
+        networks.ask(interface, [&, before = told](auto answer) {
+            network = std::move(answer);
+            told = before + 1;
+        });
+        const int wanted = told + 1;
+        return wait([&] { return told == wanted; });
+    };
+    ASSERT_TRUE(ask("wlan0"));
+    EXPECT_FALSE(network) << "there is no NetworkManager";
+    Manager manager;
+    ASSERT_TRUE(other->registerVirtualObject("/", &manager, QDBusConnection::SubPath));
+    ASSERT_TRUE(other->registerService("org.freedesktop.NetworkManager"));
+    ASSERT_TRUE(ask("wlan0"));
+    ASSERT_TRUE(network);
+    EXPECT_EQ(network->name, "Truck 7");
+    EXPECT_EQ(network->strength, 63);
+    ASSERT_TRUE(ask("eth0"));
+    EXPECT_FALSE(network);
+    other->unregisterService("org.freedesktop.NetworkManager");
+    EXPECT_FALSE(networks.canOpenSettings());
 }
 
 }  // namespace
