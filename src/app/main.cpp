@@ -270,7 +270,9 @@ int main(int argc, char** argv) {
         platform.runLoop().quit(cannotDraw);
     });
     instance.serve({.comeForward =
-                        [window] {
+                        [window](const QByteArray& token) {
+                            // Read by Qt as it asks a Wayland compositor.
+                            if (!token.isEmpty()) qputenv("XDG_ACTIVATION_TOKEN", token);
                             window->setWindowStates(window->windowStates() & ~Qt::WindowMinimized);
                             window->raise();
                             window->requestActivate();
