@@ -172,17 +172,6 @@ void takeScreenshotLater(RunLoop& loop, QQuickWindow& window, const Options& opt
     });
 }
 
-/// A second start wants to import a file. In the middle of a pass that is the user's choice.
-void askToEnd(const iTorvAppDelegate& control, const std::shared_ptr<iTorvViewController>& page,
-              const std::function<void(bool)>& answer) {
-    if (!control.isPassUnderWay() || !page) return answer(true);
-    auto alert = std::make_shared<AlertView>(
-        "Import a file?", "Settings are on their way to the module. The import begins anew, and ends that.",
-        QStringList{"Go on", "Import"});
-    alert->setDismissedHandler([answer](int index) { answer(index == 1); });
-    page->showAlert(std::move(alert));
-}
-
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -260,7 +249,7 @@ int main(int argc, char** argv) {
                 if (demo) stage->setMark(QStringLiteral("Demo"), true);
                 mainWindow->show(*stage);
                 whenShown();
-                Screens{control}.presentImport(*firstPage);
+                Screens{control}.presentFirst(*firstPage);
             });
         });
     auto* window = mainWindow->window();
@@ -277,7 +266,7 @@ int main(int argc, char** argv) {
                             window->raise();
                             window->requestActivate();
                         },
-                    .mayEnd = [&](const auto& answer) { askToEnd(*control, firstPage, answer); },
+                    .mayEnd = [&](const auto& answer) { Screens{control}.askToEnd(firstPage.get(), answer); },
                     .end = [&] { platform.runLoop().quit(); }});
     if (options.size) window->resize(*options.size);
     if (options.fullScreen) window->showFullScreen();
