@@ -105,13 +105,14 @@ struct OptionRow {
     const char* name;
     bool (*goesWith)(Command);
 };
-constexpr std::array<OptionRow, 8> someOptions{{
+constexpr std::array<OptionRow, 9> someOptions{{
     {"json", [](Command c) { return c != Command::defaults && c != Command::exportRecording; }},
     {"for", [](Command c) { return c == Command::watch || c == Command::frames || c == Command::record; }},
     {"format", [](Command c) { return c == Command::exportRecording; }},
     {"flags", [](Command c) { return c == Command::set; }},
     {"force", [](Command c) { return c == Command::set || c == Command::profiles; }},
     {"live", [](Command c) { return c == Command::profiles; }},
+    {"new-list", [](Command c) { return c == Command::profiles; }},
     {"store", [](Command c) { return c == Command::set; }},
     {"yes", [](Command c) { return c == Command::codes; }},
 }};
@@ -167,6 +168,7 @@ std::optional<Arguments> readArguments(const QStringList& arguments, std::string
          "Write (set) what the profile tells of and is neither a setting nor a tuning item; import "
          "(profiles) under a name that itorv uses itself."},
         {"live", "Compare (profiles diff) with what the module holds."},
+        {"new-list", "Put a list that can't be read aside (profiles list), and begin one of what is stored."},
         {"store", "Store what was written (set), so that itorv brings it back."},
         {"yes", "Clear (codes clear) without a question, also while the engine turns."},
         {"verbose", "Say on the standard error stream what goes on."},
@@ -210,6 +212,8 @@ std::optional<Arguments> readArguments(const QStringList& arguments, std::string
         return refuse("profiles takes --live with diff only");
     if (row->command == Command::profiles && parser.isSet("force") && verb != "import")
         return refuse("profiles takes --force with import only");
+    result.newList = parser.isSet("new-list");
+    if (result.newList && verb != "list") return refuse("profiles takes --new-list with list only");
     if (auto why = result.common.read(parser, torv::CurlURLLoader{})) return refuse(std::move(*why));
     result.json = parser.isSet("json");
     result.verbose = parser.isSet("verbose");

@@ -40,10 +40,11 @@ struct Arguments {
     Command command = Command::watch;
     torv::CommonOptions common;
     bool json = false;
-    bool force = false;  ///< `set` writes what is no setting and no tuning item too
-    bool yes = false;    ///< `codes clear` asks nothing
-    bool live = false;   ///< `profiles diff` compares with the module
-    bool store = false;  ///< `set` stores what it has written
+    bool force = false;    ///< `set` writes what is no setting and no tuning item too
+    bool yes = false;      ///< `codes clear` asks nothing
+    bool live = false;     ///< `profiles diff` compares with the module
+    bool newList = false;  ///< `profiles list` begins a new one in place of one that can't be read
+    bool store = false;    ///< `set` stores what it has written
     bool verbose = false;
     std::chrono::milliseconds timeout{10000};           ///< to wait for a session
     std::optional<std::chrono::milliseconds> duration;  ///< then `watch`, `frames` and `record` end
