@@ -117,7 +117,7 @@ struct OptionRow {
     const char* name;
     bool (*goesWith)(Command);
 };
-constexpr std::array<OptionRow, 10> someOptions{{
+constexpr std::array<OptionRow, 11> someOptions{{
     {"json",
      [](Command c) {
          return c != Command::defaults && c != Command::exportRecording && c != Command::names;
@@ -132,6 +132,7 @@ constexpr std::array<OptionRow, 10> someOptions{{
     {"flags", [](Command c) { return c == Command::set; }},
     {"force", [](Command c) { return c == Command::set || c == Command::profiles || c == Command::check; }},
     {"live", [](Command c) { return c == Command::profiles; }},
+    {"new-list", [](Command c) { return c == Command::profiles; }},
     {"store", [](Command c) { return c == Command::set; }},
     {"yes", [](Command c) { return c == Command::codes; }},
 }};
@@ -193,6 +194,7 @@ std::optional<Arguments> readArguments(const QStringList& arguments, std::string
          "Also write (check) the next value of each setting and tuning item, see that it is kept, "
          "and write the old one again."},
         {"live", "Compare (profiles diff) with what the module holds."},
+        {"new-list", "Put a list that can't be read aside (profiles list), and begin one of what is stored."},
         {"store", "Store what was written (set), so that itorv brings it back."},
         {"yes", "Clear (codes clear) without a question, also while the engine turns."},
         {"verbose", "Say on the standard error stream what goes on."},
@@ -244,6 +246,8 @@ std::optional<Arguments> readArguments(const QStringList& arguments, std::string
                 return refuse(std::string{"frames takes no --"} + option + " with a file");
         }
     }
+    result.newList = parser.isSet("new-list");
+    if (result.newList && verb != "list") return refuse("profiles takes --new-list with list only");
     if (auto why = result.common.read(parser, torv::CurlURLLoader{})) return refuse(std::move(*why));
     result.json = parser.isSet("json");
     result.verbose = parser.isSet("verbose");

@@ -46,6 +46,7 @@ struct Arguments {
     bool force = false;      ///< `set` writes what is no setting and no tuning item too
     bool yes = false;        ///< `codes clear` asks nothing
     bool live = false;       ///< `profiles diff` compares with the module
+    bool newList = false;    ///< `profiles list` begins a new one in place of one that can't be read
     bool store = false;      ///< `set` stores what it has written
     bool tryWrites = false;  ///< `check` writes other values, and then the old ones again
     bool verbose = false;

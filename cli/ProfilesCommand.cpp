@@ -1,6 +1,7 @@
 #include <algorithm>
+#include <array>
 #include <cstdio>
-#include <iostream>
+#include <utility>
 
 #include "Commands.h"
 #include "platform/Platform.h"
@@ -19,6 +20,21 @@ namespace itorvctl {
 using namespace torv;
 
 namespace {
+
+/// A list that ended an earlier process would end this one too.
+bool hasList(bool beginsAnew) {
+    if ((!beginsAnew && ProfileList::damagedFile().empty()) || ProfileList::tryAgain()) return true;
+    const auto file = ProfileList::dataFilePath().string();
+    if (beginsAnew) {
+        if (ProfileList::beginAnew()) return true;
+        complain(file + " can't be moved out of the way");
+    } else {
+        complain(
+            "the list of tuning profiles could not be read; it stays as it is in " + file +
+            ", and \"profiles list --new-list\" makes a new one of the profiles whose values are stored");
+    }
+    return false;
+}
 
 bool isListed(const std::string& name) {
     if (ProfileList{}.count(name) > 0) return true;
@@ -63,7 +79,7 @@ int show(const Vehicle& vehicle, const std::string& name, bool json) {
 std::optional<ProfileDictionary> valuesOfModule(Handset& handset) {
     ProfileDictionary values;
     for (const auto& item : handset.vehicle().tuningItems()) {
-        if (!handset.feeder().requestValueForAID(item.aid)) {
+        if (!readBack(handset.feeder(), item.aid)) {
             complain("the module did not tell its value of AID " + std::to_string(item.aid));
             return std::nullopt;
         }
@@ -103,12 +119,25 @@ int compare(Handset& handset, const Arguments& arguments) {
     return success;
 }
 
+const char* nameOf(PassReport::Fault fault) {
+    using Fault = PassReport::Fault;
+    constexpr std::array<std::pair<Fault, const char*>, 4> names{{{Fault::notAcknowledged, "notAcknowledged"},
+                                                                  {Fault::different, "different"},
+                                                                  {Fault::unanswered, "unanswered"},
+                                                                  {Fault::overtaken, "overtaken"}}};
+    return std::ranges::find(names, fault, &std::pair<Fault, const char*>::first)->second;
+}
+
 int activate(Handset& handset, const std::string& name, bool json) {
     if (name != defaultProfileName && !isListed(name)) return badArguments;
     if (!handset.connect()) return notConnected(handset);
     Activation activation{handset.sharedFeeder(), handset.vehicle()};
     const auto report = activation.push(
         name, [](std::size_t, std::size_t, std::size_t) {}, [] { return false; });
+    if (Platform::current().runLoop().isQuitting()) {
+        complain("interrupted; the active profile is the one that it was");
+        return noAnswer;
+    }
     Activation::setActive(name);
     for (const auto& row : report.rows) {
         if (json) {
@@ -116,17 +145,17 @@ int activate(Handset& handset, const std::string& name, bool json) {
                          {"name", row.name},
                          {"wanted", row.wanted},
                          {"found", row.found},
+                         {"fault", nameOf(row.fault)},
                          {"acknowledged", row.fault != PassReport::Fault::notAcknowledged}});
         } else {
             std::printf("%-28s  %s\n", printable(row.name).c_str(), printable(sentenceFor(row)).c_str());
         }
     }
     if (!report.isClean()) complain(report.summary());
+    if (json) printObject({{"name", name}, {"active", true}, {"asFoundMissing", report.asFoundMissing}});
     if (!report.rows.empty()) return notTaken;
     if (!isKept()) return noAnswer;
-    if (json) {
-        printObject({{"name", name}, {"active", true}});
-    } else {
+    if (!json) {
         std::printf("%s is the active profile.\n", printable(name).c_str());
     }
     return success;
@@ -161,23 +190,24 @@ int importFrom(Handset& handset, const Arguments& arguments) {
                  "\" is a name that itorv uses itself; --force overwrites what is there");
         return badArguments;
     }
-    // What the document does not tell is what the module holds.
+    // What the document does not tell, or not in a form that can be taken, is what the module holds.
     std::vector<AID> missing;
     for (const auto& item : handset.vehicle().tuningItems()) {
-        if ((*document)["settingsMap"][std::to_string(item.aid)].isNull()) missing.push_back(item.aid);
+        if (!valueFor(item, *document)) missing.push_back(item.aid);
     }
     if (!missing.empty() && !handset.connect()) return notConnected(handset);
     for (const AID aid : missing) {
-        if (handset.feeder().requestValueForAID(aid)) continue;
+        if (readBack(handset.feeder(), aid)) continue;
         complain("the module did not tell its value of AID " + std::to_string(aid) +
                  ", which the file lacks");
         return noAnswer;
     }
     ProfileEditor{name, handset.vehicle(), handset.sharedFeeder()}.take(*document);
+    if (!isKept()) return noAnswer;
     ProfileList{}.add(name);
     const auto oddity = oddityOf(*document, handset.vehicle());
     if (!oddity.empty()) complain(oddity);
-    return isKept() ? success : noAnswer;
+    return success;
 }
 
 int remove(const std::string& name) {
@@ -191,6 +221,7 @@ int remove(const std::string& name) {
 
 int profiles(Handset& handset, const Arguments& arguments) {
     const auto& words = arguments.words;
+    if (!hasList(arguments.newList)) return noAnswer;
     if (words.empty() || words[0] == "list") return listNames(arguments.json);
     if (words[0] == "show") return show(handset.vehicle(), words[1], arguments.json);
     if (words[0] == "diff") return compare(handset, arguments);

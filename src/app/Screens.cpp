@@ -9,10 +9,10 @@
 #include "diagnostics/screens/GroupsViewController.h"
 #include "platform/Platform.h"
 #include "platform/StoredKeys.h"
-#include "screens/NavigationController.h"
 #include "settings/screens/SensorsViewController.h"
 #include "settings/screens/SettingsViewController.h"
 #include "tuning/screens/CustomTuningViewController.h"
+#include "tuning/screens/DamagedListAlert.h"
 #include "tuning/screens/PassReportViewController.h"
 #include "vehicles/screens/CarSetupTableViewController.h"
 
@@ -62,15 +62,21 @@ std::shared_ptr<ViewController> Screens::carSetup() const {
     return std::make_shared<CarSetupTableViewController>(m_control);
 }
 
-void Screens::presentImport(ViewController& page) const {
-    if (!m_control->importVehicleInfo() && !m_control->importTrouble()) return;
+void Screens::presentFirst(ViewController& page) const {
+    if (!m_control->importVehicleInfo() && !m_control->importTrouble()) return askAboutDamagedList(page, {});
     const auto screen = std::make_shared<CustomTuningViewController>(m_control);
     screen->setImportVehicleInfo(m_control->importVehicleInfo());
-    screen->setImportTrouble(QString::fromStdString(m_control->importTrouble().value_or(std::string{})));
-    auto* top = &page;  // the choice of a vehicle may lie over it
-    while (top->presentedViewController())
-        top = top->presentedViewController();
-    top->presentModalViewControllerAnimated(std::make_shared<NavigationController>(screen), false);
+    screen->setImportTrouble(m_control->importTrouble());
+    page.presentOverAll(screen, false);  // the choice of a vehicle may lie over it
+}
+
+void Screens::askToEnd(ViewController* page, const std::function<void(bool)>& answer) const {
+    if (!m_control->isPassUnderWay() || !page) return answer(true);
+    auto alert = std::make_shared<AlertView>(
+        "Import a file?", "Settings are on their way to the module. The import begins anew, and ends that.",
+        QStringList{"Go on", "Import"});
+    alert->setDismissedHandler([answer](int index) { answer(index == 1); });
+    page->showAlert(std::move(alert));
 }
 
 std::shared_ptr<ViewController> Screens::mainMenu() const {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <memory>
 
 #include "control/iTorvAppDelegate.h"
@@ -22,8 +23,12 @@ public:
     [[nodiscard]] std::shared_ptr<ViewController> carSetup() const;
     /// Over what the stage shows; nothing where it shows that already.
     void presentConnection(Stage& stage) const;
-    /// Over all, for the file that the program was launched with; nothing without one.
-    void presentImport(ViewController& page) const;
+    /// What a start shows over all: the import of the file that the program was launched with, or else the
+    /// question what becomes of a list of profiles that could not be read. Mostly nothing.
+    void presentFirst(ViewController& page) const;
+    /// Another start wants this one to end, and to import a file: in the middle of a pass that is the user's
+    /// choice. Null for a page that is not there yet.
+    void askToEnd(ViewController* page, const std::function<void(bool)>& answer) const;
 
 private:
     std::shared_ptr<iTorvAppDelegate> m_control;

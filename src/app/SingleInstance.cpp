@@ -25,6 +25,12 @@ constexpr int userTime = 120'000;  // the user may be asked
 constexpr auto endingTime = 10s;   // for the first one to let go of the link and the store
 constexpr auto lookAgain = 50ms;
 
+/// With which a desktop that lets no window raise itself lets this one.
+QByteArray activationToken() {
+    const auto token = qgetenv("XDG_ACTIVATION_TOKEN");
+    return token.isEmpty() ? qgetenv("DESKTOP_STARTUP_ID") : token;
+}
+
 }  // namespace
 
 SingleInstance::SingleInstance(const std::filesystem::path& folder) {
@@ -64,8 +70,9 @@ SingleInstance::Claim SingleInstance::claim(bool withFile, std::string& why) {
 
 SingleInstance::Claim SingleInstance::askFirst(bool withFile, std::string& why) {
     auto bus = QDBusConnection::sessionBus();
-    const auto reply = bus.call(QDBusMessage::createMethodCall(name, place, name, withFile ? end : activate),
-                                QDBus::Block, withFile ? userTime : answerTime);
+    auto call = QDBusMessage::createMethodCall(name, place, name, withFile ? end : activate);
+    if (!withFile) call << activationToken();
+    const auto reply = bus.call(call, QDBus::Block, withFile ? userTime : answerTime);
     if (reply.type() != QDBusMessage::ReplyMessage) {
         why = "itorv runs already, and does not answer; end it first, or use --new-instance";
         return Claim::refused;
@@ -83,13 +90,16 @@ SingleInstance::Claim SingleInstance::askFirst(bool withFile, std::string& why) 
 
 bool SingleInstance::handleMessage(const QDBusMessage& message, const QDBusConnection& bus) {
     if (message.member() == activate) {
-        if (m_handlers.comeForward) m_handlers.comeForward();
+        if (m_handlers.comeForward) m_handlers.comeForward(message.arguments().value(0).toByteArray());
         return bus.send(message.createReply());
     }
     if (message.member() != end) return false;
     logLine("another start wants this one to end, and to import a file");
     if (!m_handlers.mayEnd) return bus.send(message.createReply(false));
     m_handlers.mayEnd([this, message, bus](bool yes) {
+        // Nobody would take over from this one where the other start has ended meanwhile.
+        if (yes && !bus.interface()->isServiceRegistered(message.service()))
+            return logLine("the other start has ended meanwhile, and this one goes on");
         bus.send(message.createReply(yes));
         if (yes) m_handlers.end();
     });

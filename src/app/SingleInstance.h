@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QByteArray>
 #include <QDBusVirtualObject>
 #include <QLockFile>
 #include <filesystem>
@@ -19,9 +20,10 @@ namespace torv {
 ///   and no bus          goes on                          ends, with a sentence
 class SingleInstance final : public QDBusVirtualObject {
 public:
-    /// What a second start asks of this one. `mayEnd` answers at once or later; after a yes `end` follows.
+    /// What a second start asks of this one. `comeForward` gets the desktop's token for that, or nothing.
+    /// `mayEnd` answers at once or later; after a yes `end` follows, if the other start still waits for it.
     struct Handlers {
-        std::function<void()> comeForward;
+        std::function<void(const QByteArray& token)> comeForward;
         std::function<void(std::function<void(bool)> answer)> mayEnd;
         std::function<void()> end;
     };

@@ -187,17 +187,6 @@ void tellOfCapture(const std::string& why, const std::shared_ptr<iTorvViewContro
         std::make_shared<AlertView>("Capture ended", QString::fromStdString(why), QStringList{"OK"}));
 }
 
-/// A second start wants to import a file. In the middle of a pass that is the user's choice.
-void askToEnd(const iTorvAppDelegate& control, const std::shared_ptr<iTorvViewController>& page,
-              const std::function<void(bool)>& answer) {
-    if (!control.isPassUnderWay() || !page) return answer(true);
-    auto alert = std::make_shared<AlertView>(
-        "Import a file?", "Settings are on their way to the module. The import begins anew, and ends that.",
-        QStringList{"Go on", "Import"});
-    alert->setDismissedHandler([answer](int index) { answer(index == 1); });
-    page->showAlert(std::move(alert));
-}
-
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -291,7 +280,7 @@ int main(int argc, char** argv) {
                 if (capture) stage->setMark(captureMark, true);
                 mainWindow->show(*stage);
                 whenShown();
-                Screens{control}.presentImport(*firstPage);
+                Screens{control}.presentFirst(*firstPage);
             });
         });
     auto* window = mainWindow->window();
@@ -301,12 +290,14 @@ int main(int argc, char** argv) {
         platform.runLoop().quit(cannotDraw);
     });
     instance.serve({.comeForward =
-                        [window] {
+                        [window](const QByteArray& token) {
+                            // Read by Qt as it asks a Wayland compositor.
+                            if (!token.isEmpty()) qputenv("XDG_ACTIVATION_TOKEN", token);
                             window->setWindowStates(window->windowStates() & ~Qt::WindowMinimized);
                             window->raise();
                             window->requestActivate();
                         },
-                    .mayEnd = [&](const auto& answer) { askToEnd(*control, firstPage, answer); },
+                    .mayEnd = [&](const auto& answer) { Screens{control}.askToEnd(firstPage.get(), answer); },
                     .end = [&] { platform.runLoop().quit(); }});
     if (options.size) window->resize(*options.size);
     if (options.fullScreen) window->showFullScreen();

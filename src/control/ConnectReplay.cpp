@@ -25,14 +25,17 @@ void ConnectReplay::run() {
     if (m_state == State::running) m_state = State::startingOver;
     if (m_state != State::idle) return;
     PassReport report;
+    TuningOverlay overlay{[this] { cancel(); }};
+    m_showProgress(overlay.hud());
     do {
         m_state = State::running;
-        report = runPass();
+        report = runPass(overlay);
         if (m_state == State::cancelled) {
             SettingsReplay::activateDefaultProfile();
             Platform::current().userDefaults().synchronize();
         }
     } while (m_state == State::startingOver || m_state == State::cancelled);
+    m_showProgress(nullptr);
     if (m_state == State::running) m_state = State::idle;
     Platform::current().notificationCenter().postNotificationName(customTuningSettingsUpdated);
     if (m_state != State::idle) return;  // left: what nobody was shown is still news
@@ -40,16 +43,13 @@ void ConnectReplay::run() {
     if (m_showReport && isNews && !report.isClean()) m_showReport(report);
 }
 
-PassReport ConnectReplay::runPass() {
+PassReport ConnectReplay::runPass(TuningOverlay& overlay) {
     const auto pass = m_application->beginPass();
     logLine("getsran");
-    TuningOverlay overlay{[this] { cancel(); }};
-    m_showProgress(overlay.hud());
-    auto report = SettingsReplay{m_application->feeder(), m_application->currentVehicle()}.run(
+    overlay.begin();
+    return SettingsReplay{m_application->feeder(), m_application->currentVehicle()}.run(
         [&](std::size_t index, std::size_t failed, std::size_t total) { overlay.show(index, failed, total); },
         [this] { return m_state != State::running; }, [this] { return m_state == State::ended; });
-    m_showProgress(nullptr);
-    return report;
 }
 
 void ConnectReplay::cancel() {

@@ -9,8 +9,10 @@
 
 namespace torv {
 
-/// Brings the module back to what this handset has stored, behind an overlay of one screen. Main thread;
-/// blocks, and the loop turns meanwhile.
+class TuningOverlay;
+
+/// Brings the module back to what this handset has stored, behind an overlay of one screen, the same from
+/// `run` to its end. Main thread; blocks, and the loop turns meanwhile.
 ///
 ///   State         entered by                      at the end of the pass
 ///   Idle          the end of a pass               -
@@ -43,7 +45,7 @@ public:
 private:
     enum class State { idle, running, startingOver, cancelled, ended };
 
-    PassReport runPass();
+    PassReport runPass(TuningOverlay& overlay);
 
     const std::shared_ptr<iTorvAppDelegate> m_application;
     const ShowProgress m_showProgress;

@@ -21,6 +21,12 @@ public:
               m_hud->setTexts(m_hud->labelText(), QStringLiteral("Cancelling..."));
               cancel();
           })) {
+        begin();
+    }
+
+    /// As it was made, for a pass that follows on another. It stays in the background if it is there.
+    void begin() {
+        m_cancelling = false;
         m_hud->setCancelHidden(true);
         m_hud->setTexts(QStringLiteral("Initializing settings"), QStringLiteral("Setting custom variables"));
     }

@@ -6,6 +6,7 @@ namespace torv {
 
 PassReport TuningPush::run(const Pass& pass) {
     const auto underWay = m_application->beginPass();
+    m_application->forgetWhatWasTold();
     TuningOverlay overlay{[this] { cancel(); }};
     m_screen.setProgress(overlay.hud());
     Activation activation{m_application->feeder(), m_application->currentVehicle()};

@@ -56,11 +56,12 @@ void iTorvAppDelegate::importFileURL(const std::string& text) {
     if (contents)
         m_importVehicleInfo = isUtf8(*contents) ? VehicleDataSource::vehicleInfo(*contents) : std::nullopt;
     if (!contents) {
-        m_importTrouble = error;
+        m_importTrouble = {.sentence = error};
     } else if (!m_importVehicleInfo) {
-        m_importTrouble = url.toLocalFile().toStdString() + " holds no tuning profile.";
+        m_importTrouble = {.sentence = url.toLocalFile().toStdString() + " holds no tuning profile.",
+                           .wasRead = true};
     }
-    logLine(m_importTrouble.value_or(text + " is ready to be imported"));
+    logLine(m_importTrouble ? m_importTrouble->sentence : text + " is ready to be imported");
 }
 
 void iTorvAppDelegate::applicationWillTerminate() {
@@ -122,6 +123,7 @@ std::optional<AVFormatterData> iTorvAppDelegate::formattedValueForSetting(
 }
 
 void iTorvAppDelegate::iTorvFeederDidEstablishConnection(iTorvFeeder&) {
+    forgetWhatWasTold();
     m_settingValues = SettingValueStore::load(m_currentVehicle);
     if (!m_settingValues) writeDefaults();
     Platform::current().runLoop().scheduleTimer(replayDelay, false,

@@ -101,13 +101,18 @@ public:
     std::optional<std::string> beginRecording();
     /// The document of the launch URL, until the import screen takes it.
     [[nodiscard]] const std::optional<Value>& importVehicleInfo() const { return m_importVehicleInfo; }
-    /// Why the launch URL holds no such document, in one sentence; nothing where all is well, or where there
-    /// is none.
-    [[nodiscard]] const std::optional<std::string>& importTrouble() const { return m_importTrouble; }
-    /// False when this sentence was the last one told: each page's replay may come to the same.
+    struct ImportTrouble {
+        std::string sentence;
+        bool wasRead = false;  ///< the file was, and holds no document
+    };
+    /// Why the launch URL holds no such document; nothing where all is well, or where there is none.
+    [[nodiscard]] const std::optional<ImportTrouble>& importTrouble() const { return m_importTrouble; }
+    /// False for what was told last, since the last connect or activation: the replay of each page finds the
+    /// same.
     [[nodiscard]] bool tellsAnew(const std::string& sentence) {
         return std::exchange(m_lastTold, sentence) != sentence;
     }
+    void forgetWhatWasTold() { m_lastTold.clear(); }
 
     void readAid(std::span<std::uint8_t>, AID) override {}
     [[nodiscard]] std::int32_t priority() const override { return 1; }
@@ -142,7 +147,7 @@ private:
     bool m_connectionErrorMessageAllowed = false;
     std::shared_ptr<AlertView> m_disconnectedWarning;
     std::optional<Value> m_importVehicleInfo;
-    std::optional<std::string> m_importTrouble;
+    std::optional<ImportTrouble> m_importTrouble;
     std::string m_lastTold;
 };
 

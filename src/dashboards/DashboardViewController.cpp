@@ -6,6 +6,7 @@
 #include <string>
 #include <utility>
 
+#include "control/PassReportAlert.h"
 #include "dashboards/IndicatorViewFactory.h"
 #include "platform/NotificationNames.h"
 #include "screens/NavigationController.h"
@@ -474,14 +475,7 @@ void DashboardViewController::pushMainMenuViewController() {
 }
 
 void DashboardViewController::showPassReport(const PassReport& report) {
-    const bool hasRows = !report.rows.empty() && m_screens.passReport;
-    auto alert = std::make_shared<AlertView>("After the connect", QString::fromStdString(report.summary()),
-                                             hasRows ? QStringList{"Close", "Show"} : QStringList{"Close"});
-    alert->setDismissedHandler([this, weak = weak_from_this(), report](int index) {
-        const auto self = weak.lock();
-        if (self && index == 1) pushViewControllerAnimated(m_screens.passReport(report), true);
-    });
-    showAlert(std::move(alert));
+    showAlert(passReportAlert(*this, QStringLiteral("After the connect"), report, m_screens.passReport));
 }
 
 void DashboardViewController::pushCarSetupTableViewController() {

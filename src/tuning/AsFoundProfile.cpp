@@ -53,6 +53,8 @@ AsFoundProfile::Outcome AsFoundProfile::keep(const std::shared_ptr<iTorvFeeder>&
             return Outcome::unanswered;
         values.insert_or_assign(item.aid, feeder->valueForAID(item.aid));
     }
+    // A connect in the meantime may have brought a replay, which did the same, and then wrote to the module.
+    if (defaults().stateForKey(keyFor(vehicle)) != EntryState::absent) return Outcome::notDue;
     // A list that can't be used ends nothing here. The values are kept all the same, and a new list finds
     // them.
     std::optional<ProfileList> list;

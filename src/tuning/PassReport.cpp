@@ -16,17 +16,19 @@ TorvAttribute itemFor(AID aid, const std::vector<TorvAttribute>& items) {
     return unknown;
 }
 
+/// By what it reads as, or by its bytes where they hold more than the text and the flags.
 bool isSame(const TorvAttribute& item, AV a, AV b) {
+    if (std::ranges::equal(a.bytes(), b.bytes())) return true;
     const auto first = item.dataFromAV(a);
     const auto second = item.dataFromAV(b);
-    if (!first || !second) return std::ranges::equal(a.bytes(), b.bytes());
+    if (!first || !second || first->additionalData.has_value()) return false;
     return first->value == second->value && first->flags == second->flags;
 }
 
 std::optional<PassReport::Fault> faultOf(const TorvAttribute& item, const PushedItem& pushed) {
     using Fault = PassReport::Fault;
     if (!pushed.acknowledged) return Fault::notAcknowledged;
-    if (pushed.isReset) return std::nullopt;
+    if (pushed.isReset) return pushed.overtaken ? std::optional{Fault::overtaken} : std::nullopt;
     if (!pushed.found) return Fault::unanswered;
     return isSame(item, pushed.wanted, *pushed.found) ? std::nullopt : std::optional{Fault::different};
 }
@@ -75,6 +77,20 @@ PassReport PassReport::of(const PassRecord& record, const Vehicle& vehicle) {
     return report;
 }
 
+PassReport PassReport::after(PassReport retried) const {
+    if (isReset) return retried.total == 0 ? *this : retried;
+    const auto isUntried = [&, tried = retried.total](AID aid) {  // values go in the order of `wanted`
+        return std::distance(wanted.begin(), wanted.find(aid)) >= static_cast<std::ptrdiff_t>(tried);
+    };
+    retried.total = wanted.size();
+    for (const auto& row : rows) {
+        if (!isUntried(row.aid)) continue;
+        retried.rows.push_back(row);
+        retried.wanted.insert(*wanted.find(row.aid));
+    }
+    return retried;
+}
+
 std::string PassReport::summary() const {
     std::string text;
     if (!rows.empty()) {
@@ -96,6 +112,8 @@ std::string sentenceFor(const PassReport::Row& row) {
             return wanted + "not acknowledged" + found;
         case PassReport::Fault::unanswered:
             return wanted + "acknowledged, but not read back";
+        case PassReport::Fault::overtaken:
+            return "acknowledged, but the connection came back and brought a profile";
         case PassReport::Fault::different:
             break;
     }

@@ -13,6 +13,7 @@ struct PassReport {
         notAcknowledged,  ///< the write was not acknowledged
         different,        ///< the module holds another value
         unanswered,       ///< acknowledged, and not read back
+        overtaken,        ///< a reset that was acknowledged, and then a profile came over it
     };
     struct Row {
         AID aid = 0;
@@ -25,11 +26,13 @@ struct PassReport {
     std::size_t total = 0;
     std::vector<Row> rows;
     ProfileDictionary wanted;     ///< of the rows, to try them again
-    bool isReset = false;         ///< it was the reset that was not acknowledged
+    bool isReset = false;         ///< it was the reset that did not last
     bool asFoundMissing = false;  ///< the module did not tell what it held before its first pass
 
-    /// Two values are the same when they read the same.
+    /// Two values are the same when they read the same, and hold the same where there is more than the text.
     [[nodiscard]] static PassReport of(const PassRecord& record, const Vehicle& vehicle);
+    /// After another try of the rows, which may have ended early: what was not tried stays as it was.
+    [[nodiscard]] PassReport after(PassReport retried) const;
     [[nodiscard]] bool isClean() const { return rows.empty() && !asFoundMissing; }
     /// In one sentence.
     [[nodiscard]] std::string summary() const;

@@ -62,10 +62,8 @@ void ProfileEditor::seed() {
 
 void ProfileEditor::take(const Value& document) {
     m_settingValues.clear();
-    const auto& values = document[valuesKey];
     for (const auto& item : m_vehicle.tuningItems()) {
-        const auto text = textOf(values[std::to_string(item.aid)]);
-        const auto value = text ? valueOf(item, *text) : std::nullopt;
+        const auto value = valueFor(item, document);
         setAIDWithAV(item.aid, value ? *value : m_feeder->valueForAID(item.aid));
     }
     defaults().synchronize();
@@ -123,11 +121,18 @@ void ProfileEditor::setAIDWithAV(AID aid, const AV& value) {
 
 std::optional<std::string> ProfileEditor::document() const {
     Dictionary values;
-    for (const auto& item : m_vehicle.tuningItems())
-        values.set(std::to_string(item.aid), formattedValueForSetting(item).value);
+    for (const auto& item : m_vehicle.tuningItems()) {
+        if (m_settingValues.contains(item.aid))
+            values.set(std::to_string(item.aid), formattedValueForSetting(item).value);
+    }
     return JSONRepresentation(Dictionary{{nameKey, m_name},
                                          {vehicleKey, m_vehicle.name().value_or(std::string{})},
                                          {valuesKey, std::move(values)}});
+}
+
+std::optional<AV> valueFor(const TorvAttribute& item, const Value& document) {
+    const auto text = textOf(document[valuesKey][std::to_string(item.aid)]);
+    return text ? valueOf(item, *text) : std::nullopt;
 }
 
 std::string profileNameOf(const Value& document) {

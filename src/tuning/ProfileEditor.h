@@ -45,8 +45,8 @@ public:
     void setRecords(std::span<const TorvAttribute> items, std::span<const AVFormatterData> records);
     void updateAIDWithAV(AID aid, const AV& value);
 
-    /// For another handset: name, vehicle, and each item's value in its own unit, as JSON. Flags and further
-    /// fields of a value don't travel.
+    /// For another handset: name, vehicle, and each item's value in its own unit, as JSON, but for items
+    /// without a stored one. Flags and further fields of a value don't travel.
     [[nodiscard]] std::optional<std::string> document() const;
 
 private:
@@ -59,6 +59,8 @@ private:
     ProfileDictionary m_settingValues;
 };
 
+/// What a document gives the item; nothing where it tells nothing of it, or what can't become its value.
+[[nodiscard]] std::optional<AV> valueFor(const TorvAttribute& item, const Value& document);
 /// The name in a document; empty where there is none.
 [[nodiscard]] std::string profileNameOf(const Value& document);
 /// What is odd about a document for this vehicle, in one sentence: another vehicle's, values that this one

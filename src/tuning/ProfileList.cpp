@@ -53,10 +53,21 @@ sqlite::Database ProfileList::open(std::string& error) {
     return database;
 }
 
-bool ProfileList::isUsable() {
+bool ProfileList::canBeRead() {
     std::string error;
     const auto database = open(error);
-    return error.empty() && damagedFile().empty() && sqlite::run(database.get(), listStatement);
+    return error.empty() && sqlite::run(database.get(), listStatement);
+}
+
+bool ProfileList::isUsable() {
+    return damagedFile().empty() && canBeRead();
+}
+
+bool ProfileList::tryAgain() {
+    if (!canBeRead()) return false;
+    defaults().removeObjectForKey(damagedListKey);
+    defaults().synchronize();
+    return true;
 }
 
 void ProfileList::fail(const std::string& text) const {
@@ -112,7 +123,13 @@ bool ProfileList::beginAnew() {
     for (int number = 1; std::filesystem::exists(aside); ++number)
         aside = file.string() + " unreadable " + std::to_string(number);
     std::error_code error;
-    if (std::filesystem::exists(file)) std::filesystem::rename(file, aside, error);
+    // SQLite would play what is left of a change into the new list.
+    const auto journalOf = [](const std::filesystem::path& list) {
+        return std::filesystem::path{list.string() + "-journal"};
+    };
+    if (std::filesystem::exists(journalOf(file)))
+        std::filesystem::rename(journalOf(file), journalOf(aside), error);
+    if (!error && std::filesystem::exists(file)) std::filesystem::rename(file, aside, error);
     if (error) {
         logLine(file.string() + " can't be put aside: " + error.message());
         return false;

@@ -32,11 +32,14 @@ public:
     [[nodiscard]] static bool isUsable();
     /// Where the list stands that ended an earlier process; empty when there is none.
     [[nodiscard]] static std::filesystem::path damagedFile();
+    /// Whether it can be used by now, and is then forgotten as damaged.
+    static bool tryAgain();
     /// Puts that file aside under another name, and begins a new list of what the user defaults hold.
     /// False when the file can't be moved.
     static bool beginAnew();
 
 private:
+    [[nodiscard]] static bool canBeRead();
     /// With what went wrong in `error`, which is empty when all is well.
     [[nodiscard]] static sqlite::Database open(std::string& error);
     [[noreturn]] void fail(const std::string& text) const;

@@ -30,6 +30,7 @@ bool ProfileValues::store(const std::string& name, const ProfileDictionary& valu
 }
 
 void ProfileValues::remove(const std::string& name) {
+    if (isSystemKey(name)) return;
     defaults().removeObjectForKey(name);
 }
 

@@ -16,7 +16,7 @@ public:
     static void set(const std::string& name, const ProfileDictionary& values);
     /// The same, and synchronizes; false when it is not on disk.
     static bool store(const std::string& name, const ProfileDictionary& values);
-    /// Does not synchronize; kept as it is.
+    /// But not an entry that is the program's own, or may be. Does not synchronize; kept as it is.
     static void remove(const std::string& name);
 };
 

@@ -20,12 +20,19 @@ struct PushedItem {
     bool isReset = false;  ///< the write on which the module restores its own values
     bool acknowledged = false;
     std::optional<AV> found{};  ///< what the module held afterwards; nothing when it did not answer
+    bool overtaken = false;     ///< of a reset: a profile was pushed before it had ended
 };
 /// In the order of the writes.
 using PassRecord = std::vector<PushedItem>;
 
+/// Until the module has told the value; false once it has not for 21 times. Blocks.
+bool readBack(iTorvFeeder& feeder, AID aid);
+
 /// Pushes a tuning profile to the module, or lets the module take its own defaults. Main thread; blocks, and
 /// the loop turns meanwhile.
+///
+/// A connect may bring a replay, and with it another pass, in the middle of one. It writes over what was
+/// written before; so the record is brought up to date at the end, and no value is written again.
 class TuningPass final {
 public:
     /// Before each value: its index, the failed writes so far, and how many values there are.
@@ -51,7 +58,7 @@ public:
     PassRecord apply(const ProfileDictionary& profile);
 
 private:
-    bool readBack(AID aid);
+    void readAgain(PassRecord& record);
     void tell(const std::string& line) const;
 
     std::shared_ptr<iTorvFeeder> m_feeder;

@@ -64,4 +64,22 @@ TEST_F(MainMenuTest, EachRowLeadsToTheScreenOfItsName) {
     }
 }
 
+TEST_F(MainMenuTest, AStartWithAFileEndsThisOneUnlessAPassIsUnderWayAndTheUserWantsItToGoOn) {
+    const auto page = Screens{app}.carSetup();
+    std::optional<bool> ends;
+    const auto ask = [&] { Screens{app}.askToEnd(page.get(), [&](bool yes) { ends = yes; }); };
+    ask();
+    EXPECT_EQ(ends, true);
+    const auto pass = app->beginPass();
+    for (const int button : {0, 1}) {
+        ends.reset();
+        ask();
+        EXPECT_FALSE(ends);
+        ASSERT_NE(page->alert(), nullptr);
+        page->alert()->touchButton(button);
+        platform.loop.runWork();
+        EXPECT_EQ(ends, button == 1);
+    }
+}
+
 }  // namespace

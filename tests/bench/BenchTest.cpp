@@ -9,6 +9,7 @@
 
 #include "bench/Bench.h"
 #include "bench/ModuleState.h"
+#include "bench/WriteFault.h"
 
 namespace bench {
 namespace {
@@ -214,6 +215,22 @@ TEST_F(BenchTest, EachFaultShowsOnTheWireAndCanBeCleared) {
         Client client(module.port());
         EXPECT_TRUE(isAcknowledged(client));
     }
+}
+
+TEST(WriteFaults, ByTheirText) {
+    using Parsed = std::optional<std::pair<std::uint8_t, WriteFault>>;
+    for (const auto& [text, parsed] :
+         std::vector<std::pair<const char*, Parsed>>{{"stuck:42", {{42, WriteFault::stuck}}},
+                                                     {"clamp:0", {{0, WriteFault::clamp}}},
+                                                     {"refuse:254", {{254, WriteFault::refuse}}},
+                                                     {"stuck:255", {}},
+                                                     {"stuck:-1", {}},
+                                                     {"stuck:4.5", {}},
+                                                     {"stuck:", {}},
+                                                     {"stuck", {}},
+                                                     {"Stuck:42", {}},
+                                                     {"close@10", {}}})
+        EXPECT_EQ(parseWriteFault(text), parsed) << text;
 }
 
 }  // namespace

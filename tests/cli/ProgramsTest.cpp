@@ -78,6 +78,7 @@ TEST(Programs, BadArgumentsGetOneLineAndTheCodeTwo) {
         {"itorv", {"--offscreen", "--profile", broken}},
         {"itorv", {"--offscreen", "what", "else"}},
         {"itorv-bench", {"--port", "65536"}},
+        {"itorv-bench", {"--port", "0", "--fault", "stuck:255"}},
     };
     for (const auto& [program, arguments] : rows) {
         SCOPED_TRACE((program + " " + arguments.join(' ')).toStdString());

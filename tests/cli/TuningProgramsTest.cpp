@@ -28,9 +28,12 @@ protected:
 
 TEST_F(TuningPrograms, ProfilesAreMadePushedComparedAndHandedOn) {
     EXPECT_EQ(profiles({}).output, "  Default Profile\n");
-    // What the file lacks is what the module holds.
-    EXPECT_EQ(profiles({"import", document("tow.json", R"("settingsMap": {"42": "120", "43": 110})")}).code,
-              0);
+    // What the file lacks, or holds in no form that can be taken, is what the module holds.
+    EXPECT_EQ(
+        profiles({"import",
+                  document("tow.json", R"("settingsMap": {"42": "120", "43": 110, "44": [], "45": true})")})
+            .code,
+        0);
     EXPECT_EQ(profiles({"import", home.filePath("tow.json")}).code, 2) << "the name is taken";
     EXPECT_EQ(profiles({"import", home.filePath("tow.json"), "savedprofile"}).code, 2);
     EXPECT_EQ(profiles({"import", document("no.json", R"("settingsMap": 7)")}).code, 2);
@@ -38,10 +41,18 @@ TEST_F(TuningPrograms, ProfilesAreMadePushedComparedAndHandedOn) {
     EXPECT_EQ(profiles({"diff", "Tow", "--live"}).output,
               "Fueling 800                   120 %             100 %\n"
               "Fueling 1200                  110 %             100 %\n");
-    module->setWriteFault(43, bench::WriteFault::stuck);
-    const auto pushed = profiles({"activate", "Tow"});
-    EXPECT_EQ(pushed.code, 4);
-    EXPECT_EQ(pushed.output, "Fueling 1200                  wanted 110 %, found 100 %\n");
+    for (const auto& [fault, words] : std::vector<std::pair<bench::WriteFault, std::string>>{
+             {bench::WriteFault::stuck, "wanted 110 %, found 100 %"},
+             {bench::WriteFault::clamp, "wanted 110 %, found 100 %"},
+             {bench::WriteFault::refuse, "wanted 110 %, not acknowledged, found 100 %"}}) {
+        module->setWriteFault(43, fault);
+        const auto pushed = profiles({"activate", "Tow"});
+        EXPECT_EQ(pushed.code, 4);
+        EXPECT_EQ(pushed.output, "Fueling 1200                  " + words + "\n");
+    }
+    const auto lines = profiles({"activate", "Tow", "--json"}).output;
+    EXPECT_NE(lines.find(R"("fault":"notAcknowledged")"), std::string::npos) << lines;
+    EXPECT_NE(lines.find(R"("asFoundMissing":false)"), std::string::npos) << lines;
     EXPECT_EQ(module->value(42), bench::Bytes{120});
     module->setWriteFault(43, bench::WriteFault::none);
     EXPECT_EQ(profiles({"activate", "Tow"}).code, 0);
@@ -61,26 +72,48 @@ TEST_F(TuningPrograms, ProfilesAreMadePushedComparedAndHandedOn) {
     EXPECT_EQ(profiles({"activate", "Tow"}).code, 2);
 }
 
+TEST_F(TuningPrograms, ADamagedListIsToldAndANewOneIsMadeWhereItIsWanted) {
+    ASSERT_EQ(profiles({"import", document("tow.json", R"("settingsMap": {"42": "120"})")}).code, 0);
+    const auto list = home.filePath("itorv/data.sqlite3").toStdString();
+    ASSERT_TRUE(std::filesystem::exists(list));
+    std::ofstream{list} << std::string(5000, '!');
+    EXPECT_EQ(profiles({}).code, -1) << "it ends with the reason";
+    for (int i = 0; i < 2; ++i) {
+        const auto told = profiles({});
+        EXPECT_EQ(told.code, 1);
+        EXPECT_NE(told.error.find(list), std::string::npos) << told.error;
+    }
+    EXPECT_EQ(profiles({"show", "Tow", "--new-list"}).code, 2);
+    EXPECT_EQ(profiles({"list", "--new-list"}).output, "  Default Profile\n  Tow\n");
+    EXPECT_EQ(profiles({"show", "Tow"}).code, 0);
+}
+
 /// At any moment of a pass, of an import and of a delete: what was said to be saved is there.
 TEST_F(TuningPrograms, KilledAtAnyMomentNothingThatWasSavedIsGone) {
     const auto file = document("tow.json", R"("settingsMap": {"42": "120"})");
     ASSERT_EQ(profiles({"import", file}).code, 0);
     const auto values = profiles({"show", "Tow"}).output;
-    const auto killAfter = [&](const QStringList& arguments, int milliseconds) {
+    const auto killAfter = [&](const QStringList& arguments, int milliseconds, bool gently = false) {
         QProcess process;
         auto environment = QProcessEnvironment::systemEnvironment();
         environment.insert("XDG_DATA_HOME", home.path());
         process.setProcessEnvironment(environment);
         process.start(QCoreApplication::applicationDirPath() + "/itorvctl",
                       QStringList{"profiles"} + arguments + QStringList{"--module", address});
-        if (!process.waitForFinished(milliseconds)) process.kill();
+        if (!process.waitForFinished(milliseconds)) gently ? process.terminate() : process.kill();
         process.waitForFinished();
+        return process.exitStatus() == QProcess::NormalExit && process.exitCode() == 0;
     };
+    bool isActive = false;
     for (int moment = 0; moment < 12; ++moment) {
         killAfter({"activate", "Tow"}, 60 + moment * 60);
+        isActive = isActive || profiles({}).output.find("* Tow\n") != std::string::npos;
+        isActive = killAfter({"activate", "Tow"}, 60 + moment * 60, true) || isActive;
+        EXPECT_EQ(profiles({}).output.find("* Tow\n") != std::string::npos, isActive) << moment;
         EXPECT_EQ(profiles({"show", "Tow"}).output, values) << moment;
-        killAfter({"import", file, "Other"}, 20 + moment * 20);
+        const bool done = killAfter({"import", file, "Other"}, 40 + moment * 60);
         const bool listed = profiles({}).output.find("  Other\n") != std::string::npos;
+        EXPECT_TRUE(listed || !done) << moment;
         if (listed) {
             EXPECT_EQ(profiles({"show", "Other"}).code, 0) << moment;
         }

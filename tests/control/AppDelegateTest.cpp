@@ -236,10 +236,20 @@ TEST_F(AppDelegateTest, AFileURLIsKeptForTheImport) {
     launch(truck("Truck", {}), "file://" + file);
     ASSERT_TRUE(app->importVehicleInfo());
     EXPECT_EQ((*app->importVehicleInfo())["a"].intValue(), 1);
-    for (const auto* other : {"http://example.com/a.json", "file:///no/such/file", "file:///", "nonsense"}) {
+    const auto broken = testing::TempDir() + "no profile.json";
+    std::ofstream{broken} << "{";
+    enum { nothingToSay, notRead, noDocument };
+    for (const auto& [other, trouble] :
+         std::vector<std::pair<std::string, int>>{{"http://example.com/a.json", nothingToSay},
+                                                  {"file:///no/such/file", notRead},
+                                                  {"file:///", notRead},
+                                                  {"file://" + broken, noDocument},
+                                                  {"nonsense", nothingToSay}}) {
         launch(truck("Truck", {}), other);
         EXPECT_FALSE(app->importVehicleInfo()) << other;
         EXPECT_TRUE(pageMade);
+        const auto& told = app->importTrouble();
+        EXPECT_EQ(!told ? nothingToSay : told->wasRead ? noDocument : notRead, trouble) << other;
     }
 }
 

@@ -27,7 +27,8 @@ protected:
         VehicleDataSource::setCurrentVehicle(truck);
         app = std::make_shared<iTorvAppDelegate>();
         app->applicationDidFinishLaunchingWithOptions({}, [](const auto&) {});
-        replay = std::make_unique<ConnectReplay>(app, [this](auto hud) { show(std::move(hud)); });
+        replay = std::make_unique<ConnectReplay>(
+            app, [this](auto hud) { show(std::move(hud)); }, [this](const PassReport&) { ++reports; });
         auto& center = platform.notificationCenter();
         connected = center.addObserver(sendNotification, [this] { replay->run(); });
         ended = center.addObserver(customTuningSettingsUpdated, [this] { ++updates; });
@@ -65,6 +66,7 @@ protected:
     std::vector<std::string> words;
     std::function<void(ProgressHUD&)> onWords;
     int updates = 0;
+    int reports = 0;
 };
 
 TEST_F(ReplayTest, EachConnectReplaysSettingsThenTheActiveProfile) {
@@ -126,6 +128,7 @@ TEST_F(ReplayTest, FailuresAreToldAndACancelledReplayEndsWithTheDefaults) {
                                         "Initializing settings (2/3); 1 tuning variable failed; Cancel",
                                         "Initializing settings (2/3); 1 tuning variable failed",
                                         "Initializing settings (2/3); Cancelling...",
+                                        "Initializing settings; Setting custom variables",
                                         "Initializing settings (1/1); Setting custom variables"}));
     EXPECT_EQ(platform.defaults.objectForKey("savedprofile").textValue(), "Default Profile");
     EXPECT_EQ(updates, 1);
@@ -139,7 +142,7 @@ TEST_F(ReplayTest, AConnectMeanwhileStartsItOverAndNotAnotherInside) {
     };
     fakes::connectModule(platform, writes);
     platform.loop.runFor(2s);
-    EXPECT_EQ(words.size(), 4U);
+    EXPECT_EQ(words.size(), 5U);
     EXPECT_EQ(written(31), 2);
     EXPECT_EQ(written(32), 2);
     EXPECT_EQ(updates, 1);
@@ -147,8 +150,9 @@ TEST_F(ReplayTest, AConnectMeanwhileStartsItOverAndNotAnotherInside) {
 
 TEST_F(ReplayTest, PagesThatAreAliveReplayEachForItself) {
     storeProfile("Tow", {31, 32});
-    std::array<ConnectReplay, 2> others{ConnectReplay{app, [](const auto&) {}},
-                                        ConnectReplay{app, [](const auto&) {}}};
+    const auto told = [this](const PassReport&) { ++reports; };
+    std::array<ConnectReplay, 2> others{ConnectReplay{app, [](const auto&) {}, told},
+                                        ConnectReplay{app, [](const auto&) {}, told}};
     auto& center = platform.notificationCenter();
     const auto second = center.addObserver(sendNotification, [&] { others[0].run(); });
     const auto third = center.addObserver(sendNotification, [&] { others[1].run(); });
@@ -157,6 +161,27 @@ TEST_F(ReplayTest, PagesThatAreAliveReplayEachForItself) {
     EXPECT_EQ(written(31), 3);
     EXPECT_EQ(written(32), 3);
     EXPECT_EQ(updates, 3);
+    EXPECT_EQ(reports, 1) << "they say the same";
+    app->iTorvFeederDidEstablishConnection(*app->feeder());
+    platform.loop.runFor(20s);
+    EXPECT_EQ(reports, 2) << "once a connect";
+}
+
+TEST_F(ReplayTest, InTheBackgroundItStaysThereUntilItsEnd) {
+    storeProfile("Tow", {31, 32, 33});
+    bool inBackground = false;
+    onWords = [&](ProgressHUD& shown) {
+        if (words.back().find("(3/3)") == std::string::npos) {
+            inBackground = shown.inBackground();
+            return;
+        }
+        shown.touchBackground();
+        shown.touchCancel();
+    };
+    fakes::connectModule(platform, writes, false);
+    platform.loop.runFor(60s);
+    EXPECT_EQ(words.back(), "Initializing settings (1/1); Setting custom variables");
+    EXPECT_TRUE(inBackground);
 }
 
 TEST_F(ReplayTest, AReplayThatIsLeftEndsAndNeverStartsAgain) {

@@ -5,19 +5,23 @@
 
 #include <QDBusArgument>
 #include <QDBusConnection>
+#include <QDBusConnectionInterface>
 #include <QDBusMessage>
 #include <QDBusMetaType>
 #include <QDBusObjectPath>
 #include <QDBusUnixFileDescriptor>
+#include <QDBusVariant>
 #include <QDBusVirtualObject>
 #include <QFile>
 #include <QProcess>
 #include <QTemporaryDir>
 #include <filesystem>
 #include <fstream>
+#include <future>
 #include <map>
 #include <sstream>
 
+#include "app/SingleInstance.h"
 #include "fakes/WaitUntil.h"
 #include "platform/Log.h"
 #include "platform/real/DesktopDocumentSaver.h"
@@ -52,6 +56,11 @@ public:
 
     [[nodiscard]] QString introspect(const QString&) const override { return {}; }
     bool handleMessage(const QDBusMessage& message, const QDBusConnection& bus) override {
+        if (message.member() == "Get") {
+            versions += message.arguments().value(0).toString();
+            return bus.send(hasMail ? message.createReply(QVariant::fromValue(QDBusVariant{4U}))
+                                    : message.createErrorReply(QDBusError::InvalidArgs, "no such interface"));
+        }
         const auto options = qdbus_cast<QVariantMap>(message.arguments().last().value<QDBusArgument>());
         if (mood == Mood::refuses)
             return bus.send(message.createErrorReply(QDBusError::UnknownInterface, "no such portal"));
@@ -82,6 +91,8 @@ public:
     }
 
     Mood mood = Mood::answers;
+    bool hasMail = true;
+    QStringList versions;  // of which interfaces they were asked
     QString asked;
     QString subject;
     QString name;
@@ -133,6 +144,12 @@ protected:
         std::ofstream{file} << "#!/bin/sh\nPATH=/usr/bin:/bin\nprintf '%s\\n' \"$@\" > '" << called.string()
                             << ".part'; mv '" << called.string() << ".part' '" << called.string() << "'\n";
         ::chmod(file.c_str(), 0755);
+    }
+    /// It waits for the portal, which lives on this thread.
+    [[nodiscard]] bool canSendMail(const DesktopMailComposer& composer) {
+        auto can = std::async(std::launch::async, [&] { return composer.canSendMail(); });
+        EXPECT_TRUE(wait([&] { return can.wait_for(0s) == std::future_status::ready; }));
+        return can.get();
     }
     bool wait(const std::function<bool()>& condition) { return fakes::waitUntil(loop, condition, 10s); }
 
@@ -198,7 +215,8 @@ TEST_F(DesktopTest, TheScreenStaysOnWhileThatIsWanted) {
 TEST_F(DesktopTest, MailGoesByThePortal) {
     EXPECT_FALSE(mail.canSendMail());
     raisePortal();
-    EXPECT_TRUE(mail.canSendMail());
+    EXPECT_TRUE(canSendMail(mail) && canSendMail(mail));
+    EXPECT_EQ(portal.versions, QStringList{"org.freedesktop.portal.Email"}) << "asked once";
     mail.compose({.subject = "Drive", .attachment = document()}, failed);
     ASSERT_TRUE(wait([&] { return !portal.asked.isEmpty(); }));
     EXPECT_EQ(portal.asked, "ComposeEmail");
@@ -213,9 +231,21 @@ TEST_F(DesktopTest, MailGoesByThePortal) {
               perms::owner_read | perms::owner_write);
 }
 
+TEST_F(DesktopTest, APortalWithoutMailIsNone) {
+    raisePortal();
+    portal.hasMail = false;
+    EXPECT_FALSE(canSendMail(mail));
+    installProgram();
+    EXPECT_TRUE(canSendMail(mail));
+    mail.compose({.subject = "Drive", .attachment = document()}, failed);
+    ASSERT_TRUE(wait([&] { return std::filesystem::exists(called); }));
+    EXPECT_EQ(portal.asked, "");
+}
+
 TEST_F(DesktopTest, MailGoesByTheProgramWhereThePortalRefuses) {
     raisePortal();
     portal.mood = Portal::Mood::refuses;
+    EXPECT_TRUE(canSendMail(mail));
     mail.compose({.subject = "Drive", .attachment = document()}, failed);
     ASSERT_TRUE(wait([&] { return failures == 1; })) << "and there is no program either";
     installProgram();
@@ -315,6 +345,42 @@ TEST_F(DesktopTest, NetworkManagerTellsOfTheWirelessNetwork) {
     EXPECT_FALSE(network);
     other->unregisterService("org.freedesktop.NetworkManager");
     EXPECT_FALSE(networks.canOpenSettings());
+}
+
+/// Another start is the other connection of the bus.
+TEST_F(DesktopTest, AnotherStartRaisesTheWindowOrTakesOverForAsLongAsItIsThere) {
+    SingleInstance instance{folder.path().toStdString()};
+    std::string why;
+    ASSERT_EQ(instance.claim(false, why), SingleInstance::Claim::mine);
+    QByteArray token;
+    std::function<void(bool)> answer;
+    int ends = 0;
+    instance.serve({.comeForward = [&](const QByteArray& given) { token = given; },
+                    .mayEnd = [&](const auto& asked) { answer = asked; },
+                    .end = [&] { ++ends; }});
+    const auto ask = [&](QDBusConnection& from, const char* what, const QVariantList& arguments) {
+        auto call = QDBusMessage::createMethodCall("com.torvwerks.iTorv", "/com/torvwerks/iTorv",
+                                                   "com.torvwerks.iTorv", what);
+        call.setArguments(arguments);
+        return from.send(call);
+    };
+    ASSERT_TRUE(ask(*other, "Activate", {QByteArray{"the token"}}));
+    ASSERT_TRUE(wait([&] { return token == "the token"; }));
+    for (const bool goesMeanwhile : {true, false}) {
+        auto second = QDBusConnection::connectToBus(QString{qgetenv("DBUS_SESSION_BUS_ADDRESS")}, "second");
+        const auto secondName = second.baseService();
+        answer = nullptr;
+        ASSERT_TRUE(ask(second, "End", {}));
+        ASSERT_TRUE(wait([&] { return answer != nullptr; }));
+        if (goesMeanwhile) {
+            second = QDBusConnection{"none"};
+            QDBusConnection::disconnectFromBus("second");
+            ASSERT_TRUE(wait([&] { return !other->interface()->isServiceRegistered(secondName); }));
+        }
+        answer(true);
+        EXPECT_EQ(ends, goesMeanwhile ? 0 : 1);
+    }
+    QDBusConnection::disconnectFromBus("second");
 }
 
 }  // namespace

@@ -26,7 +26,7 @@ class Application final {
 public:
     explicit Application(bench::Bench& module, const std::filesystem::path& profile,
                          const std::function<void(torv::UserDefaults&)>& prepare = {},
-                         QSize size = {1136, 640}) {
+                         QSize size = {1136, 640}, const std::optional<std::string>& url = {}) {
         torv::Platform::install(&platform);
         freshenEngine();
         m_replay = platform.notificationCenter().addObserver(torv::customTuningSettingsUpdated,
@@ -40,12 +40,15 @@ public:
         control = std::make_shared<torv::iTorvAppDelegate>();
         torv::iTorvAppDelegate::LaunchOptions options;
         options.connection.module = torv::Endpoint{"127.0.0.1", module.port()};
-        control->applicationDidFinishLaunchingWithOptions(options, [&](const auto&) {
+        options.url = url;
+        control->applicationDidFinishLaunchingWithOptions(options, [&](const auto& whenShown) {
             status = std::make_unique<torv::ConnectionStatus>(control->feeder());
             first = torv::Screens{control}.firstPage();
             stage = torv::Screens{control}.stage(first, status.get());
             window = std::make_unique<torv::MainWindow>();
             window->show(*stage);
+            whenShown();
+            torv::Screens{control}.presentFirst(*first);
         });
         if (view()) view()->resize(size);
     }

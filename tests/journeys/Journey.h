@@ -22,9 +22,10 @@ protected:
         EXPECT_EQ(module.start().value_or(""), "");
     }
 
-    void start(const std::function<void(UserDefaults&)>& prepare = {}) {
+    void start(const std::function<void(UserDefaults&)>& prepare = {},
+               const std::optional<std::string>& url = {}) {
         app.reset();
-        app = std::make_unique<fakes::Application>(module, profile, prepare);
+        app = std::make_unique<fakes::Application>(module, profile, prepare, QSize{1136, 640}, url);
         ASSERT_NE(app->view(), nullptr);
         ASSERT_TRUE(app->waitUntilReady());
     }

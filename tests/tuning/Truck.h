@@ -9,10 +9,11 @@
 #include <vector>
 
 #include "bench/ModuleState.h"
-#include "control/iTorvAppDelegate.h"
+#include "control/ConnectReplay.h"
 #include "fakes/FakePlatform.h"
 #include "fakes/Frames.h"
 #include "fakes/FreshEngine.h"
+#include "platform/NotificationNames.h"
 #include "platform/StoredKeys.h"
 #include "tuning/ProfileList.h"
 #include "vehicles/VehicleDataSource.h"
@@ -69,17 +70,29 @@ protected:
         if (app) app->applicationWillTerminate();
     }
 
-    /// The link is up, and the replay has not begun.
+    /// The link is up, and the replay has not begun. The module is there again after each loss.
     void connect() {
+        platform.onOpened = [this] {
+            platform.stream().onWrite = [this](const Bytes& sent) { play(sent); };
+            for (int i = 0; i < 3; ++i)
+                platform.stream().feed(fakes::frame({0x13, 10, 1}));
+        };
         app = std::make_shared<iTorvAppDelegate>();
         app->applicationDidFinishLaunchingWithOptions({}, [](const auto&) {});
-        auto& stream = platform.stream();
-        stream.onWrite = [this](const Bytes& sent) { play(sent); };
-        for (int i = 0; i < 3; ++i) {
-            stream.feed(fakes::frame({0x13, 10, 1}));
-            platform.loop.runWork();
-        }
+        platform.loop.runWork();
         writes.clear();
+    }
+    /// The link is lost with this frame of the next pass, and comes back with a replay in the middle of it.
+    void loseAt(std::size_t frame, ConnectReplay& replay) {
+        lost = platform.notificationCenter().addObserver(sendNotification, [this, &replay] {
+            answers = true;
+            replay.run();
+        });
+        onFrame = [this, frame, frames = std::size_t{0}](const bench::Frame&) mutable {
+            if (++frames != frame) return;
+            answers = false;
+            platform.stream().lose();
+        };
     }
     void hold(std::uint8_t aid, std::uint8_t value) {
         bench::Bytes bytes(bench::valueWidth(aid), 0);
@@ -94,6 +107,7 @@ protected:
     std::function<void(const bench::Frame&)> onFrame;
     std::vector<bench::Item> writes;
     bool answers = true;
+    NotificationCenter::Observation lost;
 
 private:
     void play(const Bytes& sent) {

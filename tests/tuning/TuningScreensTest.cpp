@@ -1,9 +1,12 @@
 // The list, the names, the editor and the equalizer on their screens, in virtual time.
+#include <fstream>
+
 #include "Truck.h"
 #include "platform/NotificationNames.h"
 #include "screens/NavigationController.h"
 #include "tuning/ProfileValues.h"
 #include "tuning/screens/CustomTuningViewController.h"
+#include "tuning/screens/DamagedListAlert.h"
 #include "tuning/screens/PassReportViewController.h"
 #include "tuning/screens/ProfileEditViewController.h"
 #include "tuning/screens/ProfileNameViewController.h"
@@ -47,15 +50,27 @@ protected:
     std::string answer(int button) {
         auto* const alert = stack->alert();
         if (!alert) return "no alert";
-        const auto words = (alert->title() + "|" + alert->message()).toStdString();
+        const auto told = (alert->title() + "|" + alert->message()).toStdString();
         alert->touchButton(button);
         platform.loop.runWork();
-        return words;
+        return told;
     }
     std::string activate(int row, int button = 1) {
         list->touchRow(0, row);
         platform.loop.runWork();
         return answer(button);
+    }
+    /// Notes what the overlay of the list says with each frame of a pass.
+    void watchOverlay(const std::function<void(const bench::Frame&)>& then = {}) {
+        words.clear();
+        onFrame = [this, then](const bench::Frame& frame) {
+            auto* const hud = list->progress();
+            if (!hud) return;
+            const auto text = (hud->labelText() + "; " + hud->detailsLabelText()).toStdString() +
+                              (hud->cancellable() ? "; Cancel" : "");
+            if (words.empty() || words.back() != text) words.push_back(text);
+            if (then) then(frame);
+        };
     }
     [[nodiscard]] std::string active() {
         return platform.defaults.objectForKey(activeProfileKey).textValue().value_or("");
@@ -70,6 +85,7 @@ protected:
     std::shared_ptr<CustomTuningViewController> list;
     std::shared_ptr<NavigationController> stack;
     NotificationCenter::Observation updated;
+    std::vector<std::string> words;
     int updates = 0;
 };
 
@@ -103,6 +119,35 @@ TEST_F(TuningScreensTest, RowsAndActivation) {
     EXPECT_TRUE(list->cellAt({0, 0})->dimmed());
 }
 
+TEST_F(TuningScreensTest, TheOverlayTellsFailuresBeforeTheNextValue) {
+    connect();
+    store("Tow", {{31, 9}, {42, 110}, {43, 70}, {44, 5}});
+    open();
+    struct Row {
+        std::vector<std::uint8_t> failing;
+        std::vector<int> told;  // failures, before each value
+    };
+    for (const auto& [failing, told] : std::vector<Row>{
+             {{31}, {0, 1, 1, 1}}, {{42}, {0, 0, 1, 1}}, {{44}, {0, 0, 0, 0}}, {{31, 43}, {0, 1, 1, 2}}}) {
+        for (const std::uint8_t aid : std::initializer_list<std::uint8_t>{31, 42, 43, 44})
+            module.setWriteFault(aid, std::ranges::find(failing, aid) == failing.end()
+                                          ? bench::WriteFault::none
+                                          : bench::WriteFault::refuse);
+        watchOverlay();
+        list->updateSettings("Tow");
+        std::vector<std::string> expected;
+        for (std::size_t i = 0; i < told.size(); ++i) {
+            const auto count = std::to_string(told[i]);
+            expected.push_back("Initializing settings (" + std::to_string(i + 1) + "/4); " +
+                               (told[i] == 0   ? "Setting custom variables"
+                                : told[i] == 1 ? "1 tuning variable failed; Cancel"
+                                               : count + " tuning variables failed; Cancel"));
+        }
+        EXPECT_EQ(words, expected);
+        stack->popToIndexAnimated(1, false);
+    }
+}
+
 TEST_F(TuningScreensTest, ACancelledPassEndsWithTheReset) {
     for (const std::size_t cancelAt : {0U, 1U, 2U}) {
         if (app) app->applicationWillTerminate();
@@ -112,15 +157,11 @@ TEST_F(TuningScreensTest, ACancelledPassEndsWithTheReset) {
         store("Tow", {{31, 9}, {42, 110}, {43, 70}});
         open();
         module.setWriteFault(31, bench::WriteFault::refuse);
-        std::vector<std::string> words;
-        onFrame = [&](const bench::Frame& frame) {
-            auto* const hud = list->progress();
-            if (frame.type != 0 || !hud) return;
-            const auto text = (hud->labelText() + "; " + hud->detailsLabelText()).toStdString() +
-                              (hud->cancellable() ? "; Cancel" : "");
-            if (words.empty() || words.back() != text) words.push_back(text);
-            if (frame.payload[0] == std::vector<int>{31, 42, 43}[cancelAt]) list->cancelCustomTuning();
-        };
+        watchOverlay([&](const bench::Frame& frame) {
+            if (frame.type != 0 || frame.payload[0] != std::vector<int>{31, 42, 43}[cancelAt]) return;
+            // The button is there once a write has failed.
+            return cancelAt == 0 ? list->cancelCustomTuning() : list->progress()->touchCancel();
+        });
         writes.clear();
         activate(1);
         const auto count = std::ranges::count(writes, 43, &bench::Item::aid);
@@ -128,22 +169,79 @@ TEST_F(TuningScreensTest, ACancelledPassEndsWithTheReset) {
         EXPECT_EQ(writes.back().aid, 24);
         EXPECT_EQ(active(), "Default Profile");
         EXPECT_EQ(updates, static_cast<int>(cancelAt) + 1) << "once a pass that was let end";
-        ASSERT_FALSE(words.empty());
-        EXPECT_EQ(words.front(), "Initializing settings (1/3); Setting custom variables");
-        EXPECT_EQ(words.back(), "Initializing settings (1/1); Setting custom variables");
-        if (cancelAt == 1) {
-            EXPECT_EQ(words[1], "Initializing settings (2/3); 1 tuning variable failed; Cancel");
-        }
+        const auto at = "Initializing settings (" + std::to_string(cancelAt + 1) + "/3); ";
+        std::vector<std::string> expected{"Initializing settings (1/3); Setting custom variables"};
+        for (std::size_t i = 1; i <= cancelAt; ++i)
+            expected.push_back("Initializing settings (" + std::to_string(i + 1) +
+                               "/3); 1 tuning variable failed; Cancel");
+        if (cancelAt > 0) expected.push_back(at + "Cancelling...");
+        expected.emplace_back("Initializing settings (1/1); Setting custom variables");
+        EXPECT_EQ(words, expected);
         onFrame = nullptr;
         updated = {};
     }
 }
 
-TEST_F(TuningScreensTest, WhatWasNotTakenIsListedAndTriedAgain) {
+/// What is stored when the program ends in the middle of a pass is what was stored before.
+TEST_F(TuningScreensTest, QuittingAtAnyFrameOfAPassMakesNothingActive) {
+    for (std::size_t step = 1; step <= 4; ++step) {
+        if (app) app->applicationWillTerminate();
+        platform.loop.startAgain();
+        fakes::freshenEngine();
+        std::filesystem::remove(ProfileList::dataFilePath());
+        connect();
+        store("Tow", {{31, 9}, {42, 110}});
+        open();
+        onFrame = [&, frames = std::size_t{0}](const bench::Frame&) mutable {
+            if (++frames == step) platform.loop.quit();
+        };
+        activate(1);
+        EXPECT_EQ(active(), "Default Profile") << step;
+        EXPECT_EQ(updates, 0) << step;
+        onFrame = nullptr;
+        updated = {};
+    }
+    platform.loop.startAgain();
+}
+
+/// The stack of screens is closed while a pass goes on in the background, and what failed is told all the
+/// same.
+TEST_F(TuningScreensTest, AScreenThatIsLeftMeanwhileLeadsToItsReport) {
     connect();
     store("Tow", {{31, 9}, {42, 110}});
+    for (const bool isPopped : {false, true}) {
+        open();
+        const auto page = std::make_shared<PassReportViewController>(app, "", PassReport{});
+        page->presentModalViewControllerAnimated(std::exchange(stack, nullptr), false);
+        module.setWriteFault(31, bench::WriteFault::stuck);
+        list->touchRow(0, 1);
+        platform.loop.runWork();
+        onFrame = [&, frames = 0](const bench::Frame&) mutable {
+            ++frames;
+            if (frames == 1 && isPopped) list->popIfOnTop();
+            if (frames == 2) page->dismissModalViewControllerAnimated(true);
+        };
+        page->alert()->touchButton(1);
+        platform.loop.runWork();
+        onFrame = nullptr;
+        EXPECT_EQ(list->navigationController(), nullptr);
+        ASSERT_NE(page->alert(), nullptr);
+        EXPECT_EQ(page->alert()->message(), "The module has not confirmed 1 of 2 values.");
+        page->alert()->touchButton(1);
+        platform.loop.runWork();
+        const auto* const shown = dynamic_cast<NavigationController*>(page->presentedViewController());
+        ASSERT_NE(shown, nullptr);
+        EXPECT_EQ(
+            dynamic_cast<PassReportViewController&>(*shown->topViewController()).numberOfRowsInSection(0), 1);
+    }
+}
+
+TEST_F(TuningScreensTest, WhatWasNotTakenIsListedAndTriedAgain) {
+    connect();
+    store("Tow", {{31, 9}, {42, 110}, {43, 70}});
     open();
     hold(42, 60);
+    hold(43, 65);
     module.setWriteFault(31, bench::WriteFault::refuse);
     activate(1);
     EXPECT_EQ(active(), "Tow") << "whatever failed";
@@ -151,11 +249,20 @@ TEST_F(TuningScreensTest, WhatWasNotTakenIsListedAndTriedAgain) {
     EXPECT_EQ(report.cellAt({0, 0})->detailText(), "wanted 9 RPM, not acknowledged, found 0 RPM");
     EXPECT_EQ(report.cellAt({0, 1})->text(), "Fueling 800");
     EXPECT_EQ(report.cellAt({0, 1})->detailText(), "wanted 110 RPM, found 60 RPM");
+    writes.clear();
+    onFrame = [&](const bench::Frame& frame) {
+        if (frame.type == 0 && frame.payload[0] == 42) report.progress()->touchCancel();
+    };
+    hold(42, 61);
+    press(report.rightBarButton());
+    onFrame = nullptr;
+    EXPECT_EQ(report.cellAt({0, 1})->detailText(), "wanted 110 RPM, found 61 RPM") << "tried, and cancelled";
+    EXPECT_EQ(report.cellAt({0, 2})->text(), "Fueling 1200") << "not tried any more";
     module.setWriteFault(31, bench::WriteFault::none);
     writes.clear();
     press(report.rightBarButton());
-    EXPECT_EQ(report.numberOfRowsInSection(0), 1);
-    EXPECT_EQ(written(), (std::vector<int>{31, 42}));
+    EXPECT_EQ(report.numberOfRowsInSection(0), 2);
+    EXPECT_EQ(written(), (std::vector<int>{31, 42, 43}));
     EXPECT_EQ(updates, 1);
 }
 
@@ -171,6 +278,15 @@ TEST_F(TuningScreensTest, NamingSavingAndEditing) {
     type("savedprofile");
     EXPECT_TRUE(answer(0).starts_with("A name in use|"));
     EXPECT_EQ(active(), "Default Profile");
+    type("SETTINGS_Van");
+    EXPECT_TRUE(answer(1).starts_with("A name in use|"));
+    for (const auto& name : {QString{"SETTINGS_Van"}, QString::fromUtf8("Zugfahrt \u00e4\u6771\U0001F69A"),
+                             QString(10000, 'x')}) {
+        if (name != "SETTINGS_Van") type(name);
+        EXPECT_EQ(top<ProfileEditViewController>().title(), name);
+        EXPECT_EQ(ProfileValues::load(name.toStdString())->size(), 5U);
+        stack->popViewControllerAnimated(false);
+    }
     type("Race");
     auto& editor = top<ProfileEditViewController>();
     EXPECT_EQ(editor.rightBarButton()->title(), "Save");
@@ -214,6 +330,11 @@ TEST_F(TuningScreensTest, NamingSavingAndEditing) {
     press(equalizer.rightBarButton());
     EXPECT_EQ(ProfileValues::load("Race")->at(43).bytes()[0], 148);
 
+    platform.defaults.kept = false;
+    press(editor.rightBarButton());
+    EXPECT_EQ(answer(0), "Not saved|Your changes can't be saved at the moment.");
+    platform.defaults.kept = true;
+    EXPECT_EQ(ProfileList{}.count("Race"), 0);
     press(editor.rightBarButton());
     EXPECT_EQ(stack->topViewController(), list.get());
     EXPECT_EQ(list->numberOfRowsInSection(0), 3);
@@ -235,6 +356,77 @@ TEST_F(TuningScreensTest, NamingSavingAndEditing) {
     top<TablePickerViewController>().touchRow(0, 1);
     platform.loop.runWork();
     EXPECT_EQ(top<TableViewController>().cellAt({0, 0})->detailText(), "55 RPM   ⇄   9 RPM");
+
+    stack->popViewControllerAnimated(false);
+    press(qobject_cast<BarButtonItem*>(top<ProfileEditViewController>().toolbarItems()[0].value<QObject*>()));
+    onFrame = [this, frames = 0](const bench::Frame&) mutable { answers = ++frames > 3; };
+    top<TablePickerViewController>().touchRow(0, 0);
+    platform.loop.runWork();
+    EXPECT_EQ(top<TableViewController>().cellAt({0, 0})->detailText(), "55 RPM   ⇄   0 RPM")
+        << "a few lost answers are no silence";
+}
+
+TEST(EqualizerBand, ADefaultOutsideItsRangeIsInTheTextAndNotOnTheRail) {
+    TorvAttributeGroup group;
+    group.lowValue = 50;
+    group.highValue = 150;
+    group.defaultValue = 55;
+    group.items.resize(2);
+    auto& band = group.items[1];
+    band.minValue = band.warningvaluelow = 60;
+    band.maxValue = band.warningvaluehigh = 150;
+    AVFormatterData record;
+    record.value = "10";
+    EqualizerKnobView knob;
+    knob.configureForSettingInGroupWithValue(band, group, record);
+    EXPECT_EQ(record.value, "55");
+    EXPECT_EQ(knob.slider().selectedValue(), 60);
+}
+
+/// At a start, over the first page.
+TEST_F(TuningScreensTest, ADamagedListIsTriedAgainReplacedOrLeft) {
+    connect();
+    store("Tow", {{31, 9}});
+    open();
+    const auto file = ProfileList::dataFilePath();
+    const auto aside = file.string() + " unreadable 1";
+    std::filesystem::remove(aside);
+    int readable = 0;
+    const auto ask = [&] { askAboutDamagedList(*list, [&] { ++readable; }); };
+    ask();
+    EXPECT_EQ(stack->alert(), nullptr);
+    std::ofstream{file} << std::string(5000, '!');
+    platform.defaults.setObjectForKey(file.string(), damagedListKey);
+    ask();
+    EXPECT_NE(answer(1).find(file.string()), std::string::npos);
+    EXPECT_NE(answer(0).find(file.string()), std::string::npos) << "it is as it was, and asked about again";
+    EXPECT_EQ(readable, 0);
+    EXPECT_EQ(ProfileList::damagedFile(), file);
+    ask();
+    answer(2);
+    EXPECT_EQ(readable, 1);
+    EXPECT_EQ(ProfileList{}.names(), (std::vector<std::string>{"Tow"}));
+    EXPECT_TRUE(std::filesystem::remove(aside));
+    platform.defaults.setObjectForKey(file.string(), damagedListKey);
+    ask();
+    answer(1);
+    EXPECT_EQ(readable, 2);
+    EXPECT_EQ(stack->alert(), nullptr);
+}
+
+/// One that was not read at all leads nowhere; one that holds no document leads to the list.
+TEST_F(TuningScreensTest, ALaunchFileThatIsNone) {
+    connect();
+    for (const bool wasRead : {false, true}) {
+        list = std::make_shared<CustomTuningViewController>(app);
+        list->setImportTrouble(iTorvAppDelegate::ImportTrouble{.sentence = "Why.", .wasRead = wasRead});
+        const auto page = std::make_shared<PassReportViewController>(app, "", PassReport{});
+        stack = std::make_shared<NavigationController>(list);
+        page->presentModalViewControllerAnimated(stack, false);
+        EXPECT_EQ(answer(0), "The file can't be imported|Why.");
+        EXPECT_EQ(page->presentedViewController() != nullptr, wasRead);
+        EXPECT_EQ(list->leftBarButton(), nullptr);
+    }
 }
 
 TEST_F(TuningScreensTest, AnImportGoesByTheNameAndTheEditor) {

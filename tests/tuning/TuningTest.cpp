@@ -45,6 +45,7 @@ TEST_F(TuningTest, ADamagedListStaysAndANewOneIsMadeOfWhatIsStored) {
     const auto file = ProfileList::dataFilePath();
     std::ofstream{file} << std::string(5000, '!');
     EXPECT_DEATH(ProfileList{}, "Error creating table: file is not a database");
+    std::ofstream{file.string() + "-journal"} << "what is left of a change";
     platform.defaults.setObjectForKey(file.string(),
                                       damagedListKey);  // which the process that ended has kept
     EXPECT_EQ(ProfileList::damagedFile(), file);
@@ -52,9 +53,25 @@ TEST_F(TuningTest, ADamagedListStaysAndANewOneIsMadeOfWhatIsStored) {
     std::filesystem::remove(aside);
     EXPECT_TRUE(ProfileList::beginAnew());
     EXPECT_EQ(std::filesystem::file_size(aside), 5000U);
+    EXPECT_TRUE(std::filesystem::remove(aside + "-journal"));
     EXPECT_EQ(ProfileList{}.names(), (std::vector<std::string>{"Tow"}));
     EXPECT_TRUE(ProfileList::damagedFile().empty());
     std::filesystem::remove(aside);
+}
+
+TEST_F(TuningTest, WhatIsFatalIsToldAsItIs) {
+    const auto file = ProfileList::dataFilePath();
+    std::filesystem::create_directory(file);
+    EXPECT_DEATH(ProfileList{}, "failed to open");
+    std::filesystem::remove(file);
+    ProfileList list;
+    sqlite3* database = nullptr;
+    sqlite3_open(file.c_str(), &database);
+    sqlite3_exec(database,
+                 "CREATE TRIGGER t BEFORE INSERT ON FIELDS BEGIN SELECT RAISE(ABORT, 'no room'); END",
+                 nullptr, nullptr, nullptr);
+    sqlite3_close(database);
+    EXPECT_DEATH(list.add("Tow"), "error sqlite no room");
 }
 
 TEST_F(TuningTest, NamesThatTheProgramUsesItself) {
@@ -63,6 +80,8 @@ TEST_F(TuningTest, NamesThatTheProgramUsesItself) {
         EXPECT_TRUE(isSystemKey(name)) << name;
     for (const auto* name : {"", "Tow", "default profile", "SETTINGS"})
         EXPECT_FALSE(isSystemKey(name)) << name;
+    ProfileValues::remove("savedprofile");
+    EXPECT_EQ(platform.defaults.objectForKey(activeProfileKey).textValue(), "Default Profile");
 }
 
 TEST_F(TuningTest, TheRecordAgreesWithTheModuleUnderEachFault) {
@@ -120,6 +139,53 @@ TEST_F(TuningTest, ALinkThatIsLostAtAnyStepEndsInAReport) {
         EXPECT_EQ(report.rows.size(), 3U - (step - 1) / 2) << step;
         onFrame = nullptr;
         answers = true;
+    }
+}
+
+/// The replay after a reconnect brings the profile that was active into the middle of the pass.
+TEST_F(TuningTest, AReplayInsideAPassIsInItsReport) {
+    const ProfileDictionary wanted{{31, one(31, 9)}, {42, one(42, 110)}, {43, one(43, 70)}};
+    ProfileValues::store("Tow", wanted);
+    ProfileValues::store("Old", {{31, one(31, 1)}, {42, one(42, 2)}, {43, one(43, 3)}});
+    platform.defaults.setObjectForKey(std::string{"Old"}, activeProfileKey);
+    for (std::size_t step = 1; step <= 6; ++step) {
+        if (app) app->applicationWillTerminate();
+        fakes::freshenEngine();
+        connect();
+        platform.loop.runFor(1s);
+        ConnectReplay replay{app, [](const auto&) {}};
+        loseAt(step, replay);
+        const auto report = Activation{app->feeder(), truck()}.push("Tow", silent(), never);
+        EXPECT_EQ(module.value(31)[0], 1) << step;
+        for (const auto& [aid, value] : wanted) {
+            if (std::ranges::find(report.rows, aid, &PassReport::Row::aid) != report.rows.end()) continue;
+            EXPECT_EQ(module.value(static_cast<std::uint8_t>(aid))[0], value.bytes()[0])
+                << step << " " << aid;
+        }
+        onFrame = nullptr;
+        answers = true;
+        loseAt(step, replay);
+        const auto reset =
+            Activation{app->feeder(), truck()}.push(std::string{defaultProfileName}, silent(), never);
+        EXPECT_TRUE(reset.isReset) << step;
+        onFrame = nullptr;
+        answers = true;
+        lost = {};
+    }
+}
+
+TEST_F(TuningTest, AResetIsReadBackAndEndsBetweenItsItems) {
+    connect();
+    for (const std::size_t cancelAfter : {0U, 2U, 9U}) {
+        std::vector<int> asked;
+        onFrame = [&](const bench::Frame& frame) {
+            if (frame.type != 0) asked.push_back(frame.payload[0]);
+        };
+        TuningPass pass{app->feeder(), silent(), [&] { return asked.size() >= cancelAfter; }};
+        pass.reset(truck());
+        std::vector<int> all{31, 152, 42, 43, 44};
+        all.resize(std::min(cancelAfter, all.size()));
+        EXPECT_EQ(asked, all);
     }
 }
 
@@ -222,6 +288,70 @@ TEST_F(TuningTest, AnEditorSeedsStoresAndTravels) {
     ASSERT_EQ(differences.size(), 1U);
     EXPECT_EQ(differences[0].name + ": " + differences[0].first + ", " + differences[0].second,
               "Fueling 800: 2 RPM, 3 RPM");
+}
+
+/// There and back, by the number of the formatter. Flags don't travel, times have no way back of their own,
+/// and what has none at all is what the module holds.
+TEST_F(TuningTest, WhatADocumentCarriesByFormatter) {
+    struct Row {
+        Bytes stored;
+        const char* text;
+        Bytes imported;
+    };
+    const Bytes live{7};
+    const std::vector<Row> rows{
+        {{10}, "10", {10}},
+        {{1}, "Refer to flags.", live},
+        {{16}, "82", live},
+        {{5}, "5", live},
+        {{1, 20}, "20", {0, 20}},
+        {{2, 30}, "30", {0, 30}},
+        {{1, 44, 1}, "300", {0, 44, 1}},
+        {{3, 44, 1}, "300", {0, 44, 1}},
+        {{6, 1, 2, 44, 1, 3}, "30.0", {6, 0, 0, 44, 1}},
+        {{10}, "10", {10}},
+        {{1, 0, 2, 3}, "   1:02:03", {0}},
+    };
+    constexpr int wide = 226;  // of 13 bytes
+    const auto aidOf = [](int formatter) { return formatter == 8 ? wide : 50 + formatter; };
+    Array items;
+    for (int formatter = 0; formatter < static_cast<int>(rows.size()); ++formatter)
+        items.push_back(item(aidOf(formatter), "Item", 0, 200, formatter));
+    Vehicle vehicle;
+    vehicle.setName("Truck");
+    vehicle.setInfo(ProfileInfo{Dictionary{
+        {"parameters",
+         Dictionary{{"tuning", Array{Dictionary{{"name", "All"}, {"type", "list"}, {"items", items}}}}}}}});
+    connect();
+    ProfileEditor from{"From", vehicle, app->feeder()};
+    for (std::size_t i = 0; i < rows.size(); ++i) {
+        const auto aid = aidOf(static_cast<int>(i));
+        if (aid != wide) hold(static_cast<std::uint8_t>(aid), 7);
+        if (aid != wide) app->feeder()->requestValueForAID(aid);
+        from.updateAIDWithAV(aid, AV::forAID(aid, rows[i].stored));
+    }
+    const auto document = *JSONValue(*from.document());
+    ProfileEditor into{"Into", vehicle, app->feeder()};
+    into.take(document);
+    for (std::size_t i = 0; i < rows.size(); ++i) {
+        const auto aid = aidOf(static_cast<int>(i));
+        EXPECT_EQ(document["settingsMap"][std::to_string(aid)].textValue(), rows[i].text) << i;
+        const auto imported = into.settingValues().at(aid);
+        const auto expected = AV::forAID(aid, rows[i].imported);
+        EXPECT_TRUE(std::ranges::equal(imported.bytes(), expected.bytes())) << i;
+    }
+    // Two that read the same and differ in the fields behind the text.
+    EXPECT_EQ(differencesOf({{wide, AV::forAID(wide, Bytes{6, 1, 2, 44, 1, 3})}},
+                            {{wide, AV::forAID(wide, Bytes{6, 1, 9, 44, 1, 3})}}, vehicle)
+                  .size(),
+              1U);
+    // What is not stored is left out.
+    EXPECT_EQ(JSONValue(*ProfileEditor("Nothing", vehicle, app->feeder()).document())
+                  ->dictionary()
+                  ->find("settingsMap")
+                  ->dictionary()
+                  ->size(),
+              0U);
 }
 
 TEST(EqualizerSlider, SettersPushTheOthers) {

@@ -22,6 +22,7 @@ namespace torv {
 namespace {
 
 constexpr auto program = "xdg-email";
+constexpr auto mailInterface = "org.freedesktop.portal.Email";
 constexpr std::chrono::hours kept{24};
 
 bool hasProgram() {
@@ -39,14 +40,20 @@ void removeOldOnes(const std::filesystem::path& outbox) {
 }  // namespace
 
 bool DesktopMailComposer::canSendMail() const {
-    return DesktopPortal::isThere() || hasProgram();
+    return hasPortal() || hasProgram();
+}
+
+bool DesktopMailComposer::hasPortal() const {
+    if (!DesktopPortal::isThere()) return false;
+    if (!m_portalMails) m_portalMails = DesktopPortal::hasInterface(mailInterface);
+    return m_portalMails.value_or(false);
 }
 
 void DesktopMailComposer::compose(const Mail& mail, Failed failed) {
     const auto byProgram = [this, mail, failed] {
         if (!composeByProgram(mail)) failed();
     };
-    if (!DesktopPortal::isThere()) return byProgram();
+    if (!hasPortal()) return byProgram();
     qDBusRegisterMetaType<QList<QDBusUnixFileDescriptor>>();
     // The portal wants a file that has a name, and looks it up behind the descriptor.
     const auto path = keepAttachment(mail.attachment);
@@ -55,7 +62,7 @@ void DesktopMailComposer::compose(const Mail& mail, Failed failed) {
     const QList<QDBusUnixFileDescriptor> attachments{QDBusUnixFileDescriptor{file}};  // which keeps a copy
     if (file >= 0) ::close(file);
     if (!attachments.first().isValid()) return byProgram();
-    auto call = DesktopPortal::method("org.freedesktop.portal.Email", "ComposeEmail");
+    auto call = DesktopPortal::method(mailInterface, "ComposeEmail");
     call << QString{};  // the parent window: none that the portal knows
     DesktopPortal::ask(call,
                        {{QStringLiteral("subject"), QString::fromStdString(mail.subject)},

@@ -18,10 +18,12 @@ public:
     void compose(const Mail& mail, Failed failed) override;
 
 private:
+    [[nodiscard]] bool hasPortal() const;
     [[nodiscard]] std::optional<std::filesystem::path> keepAttachment(const Document& document) const;
     [[nodiscard]] bool composeByProgram(const Mail& mail) const;
 
     const std::filesystem::path m_outbox;
+    mutable std::optional<bool> m_portalMails;  // what the desktop's portal has answered; it is asked once
 };
 
 }  // namespace torv

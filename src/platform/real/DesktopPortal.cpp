@@ -3,6 +3,7 @@
 #include <QCoreApplication>
 #include <QDBusConnection>
 #include <QDBusConnectionInterface>
+#include <QDBusError>
 #include <QDBusObjectPath>
 #include <QDBusPendingCallWatcher>
 #include <QDBusPendingReply>
@@ -28,6 +29,16 @@ bool DesktopPortal::isThere() {
     if (bus.interface()->isServiceRegistered(service)) return true;
     const QDBusReply<QStringList> names = bus.interface()->activatableServiceNames();
     return names.isValid() && names.value().contains(service);
+}
+
+std::optional<bool> DesktopPortal::hasInterface(const char* interface) {
+    constexpr int answerTime = 1'000;  // milliseconds
+    auto call = method("org.freedesktop.DBus.Properties", "Get");
+    call << QString::fromLatin1(interface) << QStringLiteral("version");
+    const auto reply = QDBusConnection::sessionBus().call(call, QDBus::Block, answerTime);
+    if (reply.type() == QDBusMessage::ReplyMessage) return true;
+    const bool isLate = QDBusError{reply}.type() == QDBusError::NoReply;
+    return isLate ? std::nullopt : std::optional{false};
 }
 
 QDBusMessage DesktopPortal::method(const char* interface, const char* name) {

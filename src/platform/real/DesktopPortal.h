@@ -24,6 +24,9 @@ public:
 
     /// Whether somebody would answer; asks the bus alone.
     [[nodiscard]] static bool isThere();
+    /// Whether it has this part, as not every desktop's has; asks it, and waits a second at most. Nothing
+    /// where it does not answer in that time.
+    [[nodiscard]] static std::optional<bool> hasInterface(const char* interface);
     /// `call` has all arguments but the last one, the options.
     static void ask(QDBusMessage call, QVariantMap options, Done done);
     [[nodiscard]] static QDBusMessage method(const char* interface, const char* name);

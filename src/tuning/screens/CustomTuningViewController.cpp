@@ -9,6 +9,7 @@
 #include "screens/NavigationController.h"
 #include "tuning/ProfileList.h"
 #include "tuning/ProfileValues.h"
+#include "tuning/screens/DamagedListAlert.h"
 #include "tuning/screens/PassReportViewController.h"
 #include "tuning/screens/ProfileEditViewController.h"
 #include "tuning/screens/ProfileNameViewController.h"
@@ -17,7 +18,6 @@ namespace torv {
 namespace {
 
 constexpr int yesButton = 1;
-constexpr int beginAnewButton = 2;
 
 }  // namespace
 
@@ -51,13 +51,14 @@ void CustomTuningViewController::viewWillAppear() {
 }
 
 void CustomTuningViewController::viewDidAppear() {
-    if (!m_importTrouble.isEmpty()) {
-        auto alert =
-            std::make_shared<AlertView>("The file can't be imported", m_importTrouble, QStringList{"OK"});
-        alert->setDismissedHandler([this, self = weak_from_this()](int) {
-            if (self.lock()) back();
+    if (const auto trouble = std::exchange(m_importTrouble, {})) {
+        auto alert = std::make_shared<AlertView>(
+            "The file can't be imported", QString::fromStdString(trouble->sentence), QStringList{"OK"});
+        alert->setDismissedHandler([this, self = weak_from_this(), stays = trouble->wasRead](int) {
+            if (!self.lock()) return;
+            if (!stays) return back();
+            if (!ProfileList::damagedFile().empty()) askAboutDamagedList();
         });
-        m_importTrouble.clear();
         return showAlert(std::move(alert));
     }
     if (!ProfileList::damagedFile().empty()) return askAboutDamagedList();
@@ -80,23 +81,11 @@ void CustomTuningViewController::fillList() {
 }
 
 void CustomTuningViewController::askAboutDamagedList() {
-    auto alert = std::make_shared<AlertView>(
-        "The list of profiles could not be read",
-        QStringLiteral(
-            "It stays as it is in %1. A new list can be made of the profiles whose values are stored.")
-            .arg(QString::fromStdString(ProfileList::damagedFile().string())),
-        QStringList{"Not now", "Try again", "New list"});
-    alert->setDismissedHandler([this, self = weak_from_this()](int index) {
-        if (!self.lock() || index < yesButton) return;
-        if (index == beginAnewButton && !ProfileList::beginAnew()) {
-            return showAlert(std::make_shared<AlertView>(
-                "No new list", "The old list can't be moved out of the way.", QStringList{"OK"}));
-        }
-        if (index == yesButton) defaults().removeObjectForKey(damagedListKey);
+    torv::askAboutDamagedList(*this, [this, weak = weak_from_this()] {
+        if (!weak.lock()) return;
         fillList();
         beginImport();
     });
-    showAlert(std::move(alert));
 }
 
 std::shared_ptr<TableViewCell> CustomTuningViewController::cellForRowAtIndexPath(IndexPath path) {
@@ -136,6 +125,7 @@ void CustomTuningViewController::updateSettings(const std::string& name) {
         m_push.run([&name](Activation& activation, const auto& progress, const auto& cancelled) {
             return activation.push(name, progress, cancelled);
         });
+    if (Platform::current().runLoop().isQuitting()) return;  // the pass has not come to its own end
     if (m_push.takeCancel()) return updateSettings(std::string{defaultProfileName});
     Activation::setActive(name);
     reloadData();

@@ -25,8 +25,11 @@ public:
     [[nodiscard]] const std::optional<Value>& importVehicleInfo() const { return m_importVehicleInfo; }
     /// Before the view loads.
     void setImportVehicleInfo(std::optional<Value> document) { m_importVehicleInfo = std::move(document); }
-    /// Why the launch file is no tuning profile: the screen says so at once, and closes.
-    void setImportTrouble(const QString& sentence) { m_importTrouble = sentence; }
+    /// Why a launch file is none: said at once. Of a file that could not be read the screen then closes; with
+    /// one that holds no document it stays, as a list without a way to close it; kept as it is.
+    void setImportTrouble(std::optional<iTorvAppDelegate::ImportTrouble> trouble) {
+        m_importTrouble = std::move(trouble);
+    }
 
     void viewDidLoad() override;
     void viewWillAppear() override;
@@ -62,7 +65,7 @@ private:
     std::vector<std::string> m_profileList;  // the module's own values, then the profiles
     bool m_connected = false;
     std::optional<Value> m_importVehicleInfo;
-    QString m_importTrouble;
+    std::optional<iTorvAppDelegate::ImportTrouble> m_importTrouble;
     NotificationCenter::Observation m_pushed;
 };
 

@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "control/PassReportAlert.h"
 #include "platform/StoredKeys.h"
 #include "screens/NavigationController.h"
 
@@ -41,8 +42,8 @@ void PassReportViewController::tryAgain() {
         if (m_report.isReset) return activation.push(std::string{defaultProfileName}, progress, cancelled);
         return activation.pushAgain(m_report.wanted, progress, cancelled);
     });
-    if (m_push.takeCancel()) return;  // a cancelled try tells nothing of the values that it did not reach
-    m_report = std::move(report);
+    static_cast<void>(m_push.takeCancel());
+    m_report = m_report.after(std::move(report));
     if (m_report.rows.empty()) setRightBarButton(nullptr);
     reloadData();
 }
@@ -50,13 +51,12 @@ void PassReportViewController::tryAgain() {
 void showPassReport(ViewController& screen, const std::shared_ptr<iTorvAppDelegate>& application,
                     const QString& profile, const PassReport& report) {
     if (report.isClean()) return;
-    auto* const stack = screen.navigationController();
-    if (!report.rows.empty() && stack && stack->topViewController() == &screen) {
-        return stack->pushViewControllerAnimated(
-            std::make_shared<PassReportViewController>(application, profile, report), true);
-    }
-    screen.showAlert(
-        std::make_shared<AlertView>(profile, QString::fromStdString(report.summary()), QStringList{"OK"}));
+    const auto list = [application, profile](const PassReport& told) {
+        return std::make_shared<PassReportViewController>(application, profile, told);
+    };
+    if (report.rows.empty() || !screen.isOnTop())
+        return screen.showAlert(passReportAlert(screen, profile, report, list));
+    screen.navigationController()->pushViewControllerAnimated(list(report), true);
 }
 
 }  // namespace torv

@@ -3,6 +3,7 @@
 #include <limits>
 #include <utility>
 
+#include "platform/Platform.h"
 #include "screens/DocumentExport.h"
 #include "screens/NavigationController.h"
 #include "screens/TypedNumber.h"
@@ -10,6 +11,7 @@
 #include "tuning/ProfileValues.h"
 #include "tuning/screens/ExactValue.h"
 #include "tuning/screens/ProfileDifferencesViewController.h"
+#include "vehicles/StoreTrouble.h"
 #include "vehicles/VehicleDataSource.h"
 
 namespace torv {
@@ -159,6 +161,13 @@ void ProfileEditViewController::didRequestSaveValuesForEqualizer(EqualizerViewCo
 }
 
 void ProfileEditViewController::save() {
+    // Without its values a name would be a profile that sends nothing.
+    if (!defaults().synchronize()) {
+        const auto sentence = sentenceFor(StoreTrouble::unwritable);
+        return showAlert(std::make_shared<AlertView>(
+            "Not saved", QString::fromUtf8(sentence.data(), static_cast<qsizetype>(sentence.size())),
+            QStringList{"OK"}));
+    }
     m_database->add(m_editor.name());
     auto* const stack = navigationController();
     if (!stack) return;
@@ -205,7 +214,7 @@ std::optional<ProfileDictionary> ProfileEditViewController::valuesOfModule() {
     const auto pass = m_application->beginPass();
     ProfileDictionary values;
     for (const auto& item : m_editor.vehicle().tuningItems()) {
-        if (!m_application->connected() || !m_application->feeder()->requestValueForAID(item.aid)) {
+        if (!m_application->connected() || !readBack(*m_application->feeder(), item.aid)) {
             showAlert(std::make_shared<AlertView>("No answer", "The module does not tell its values now.",
                                                   QStringList{"OK"}));
             return std::nullopt;
