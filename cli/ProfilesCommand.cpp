@@ -161,12 +161,15 @@ int activate(Handset& handset, const std::string& name, bool json) {
     return success;
 }
 
-int exportTo(Handset& handset, const std::string& name, const std::filesystem::path& file) {
+int exportTo(Handset& handset, const std::string& name, const std::filesystem::path& file, bool json) {
     if (!isListed(name)) return badArguments;
     const auto document = ProfileEditor{name, handset.vehicle(), handset.sharedFeeder()}.document();
     if (!document) return noAnswer;
     WholeFile written{file};
-    if (written.write(*document) && written.finish()) return success;
+    if (written.write(*document) && written.finish()) {
+        if (json) printObject({{"name", name}, {"file", file.string()}});
+        return success;
+    }
     complain(file.string() + " can't be written");
     return noAnswer;
 }
@@ -207,14 +210,17 @@ int importFrom(Handset& handset, const Arguments& arguments) {
     ProfileList{}.add(name);
     const auto oddity = oddityOf(*document, handset.vehicle());
     if (!oddity.empty()) complain(oddity);
+    if (arguments.json) printObject({{"name", name}, {"imported", true}});
     return success;
 }
 
-int remove(const std::string& name) {
+int remove(const std::string& name, bool json) {
     if (!isListed(name)) return badArguments;
     ProfileList{}.remove(name);
     ProfileValues::remove(name);
-    return isKept() ? success : noAnswer;
+    if (!isKept()) return noAnswer;
+    if (json) printObject({{"name", name}, {"deleted", true}});
+    return success;
 }
 
 }  // namespace
@@ -226,9 +232,9 @@ int profiles(Handset& handset, const Arguments& arguments) {
     if (words[0] == "show") return show(handset.vehicle(), words[1], arguments.json);
     if (words[0] == "diff") return compare(handset, arguments);
     if (words[0] == "activate") return activate(handset, words[1], arguments.json);
-    if (words[0] == "export") return exportTo(handset, words[1], words[2]);
+    if (words[0] == "export") return exportTo(handset, words[1], words[2], arguments.json);
     if (words[0] == "import") return importFrom(handset, arguments);
-    return remove(words[1]);
+    return remove(words[1], arguments.json);
 }
 
 }  // namespace itorvctl

@@ -6,6 +6,7 @@
 #include "settings/DriveTrainInfo.h"
 #include "settings/SensorWarnings.h"
 #include "support/TextNumbers.h"
+#include "vehicles/StoreTrouble.h"
 #include "vehicles/VehicleDataSource.h"
 
 namespace itorvctl {
@@ -94,14 +95,17 @@ int list(Handset& handset, DeviceSettings& settings, bool json) {
 
 /// "on" and "off" turn the switch, the text of an option chooses it, and a number is the value. False, after
 /// a complaint, for what is none of these.
-bool change(DeviceSettings& settings, const TorvAttribute& setting, const std::string& value) {
+bool change(DeviceSettings& settings, const TorvAttribute& setting, const std::string& value,
+            bool isStoreSound) {
     if (!isChangeable(setting)) {
         complain(nameOf(setting) + " can only be read");
         return false;
     }
     // The rest of the record would be invented, and a new vehicle would never get its other lowest values.
     if (!settings.isStored(setting)) {
-        complain("nothing is stored of " + nameOf(setting) + " yet; start itorv once with the module");
+        complain(isStoreSound
+                     ? "nothing is stored of " + nameOf(setting) + " yet; start itorv once with the module"
+                     : "what is stored of " + nameOf(setting) + " is not known");
         return false;
     }
     if (setting.toggable && (isSame(value, "on") || isSame(value, "off"))) {
@@ -142,11 +146,13 @@ int settings(Handset& handset, const Arguments& arguments) {
     const bool lists = arguments.words.empty();
     const auto row = lists ? std::nullopt : named(settings.settings(), arguments.words[1], "setting");
     if (!lists && !row) return badArguments;
+    const auto trouble = sentenceFor(storeTrouble(handset.vehicle()));
+    if (!trouble.empty()) complain(std::string{trouble});
     if (!handset.connect()) return notConnected(handset);
     handset.limitTime();
     if (lists) return list(handset, settings, arguments.json);
     const auto& setting = settings.settings()[*row];
-    if (!change(settings, setting, arguments.words[2])) return badArguments;
+    if (!change(settings, setting, arguments.words[2], trouble.empty())) return badArguments;
     if (!isKept()) return noAnswer;
     const auto text = textOf(settings, setting, settings.formattedValueForSetting(setting));
     if (arguments.json) {

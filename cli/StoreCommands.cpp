@@ -7,7 +7,10 @@
 #include "Commands.h"
 #include "JSON/ValueArchive.h"
 #include "platform/Platform.h"
+#include "platform/StoredKeys.h"
 #include "support/TextNumbers.h"
+#include "tuning/ProfileValues.h"
+#include "vehicles/SettingValueStore.h"
 #include "vehicles/VehicleDataSource.h"
 
 namespace itorvctl {
@@ -97,9 +100,11 @@ int update(const std::string& name, bool json) {
         return noAnswer;
     }
     // The current vehicle is stored beside the list.
-    if (vehicle->isEqual(VehicleDataSource::currentVehicle())) VehicleDataSource::setCurrentVehicle(*vehicle);
+    const bool isCurrent = vehicle->isEqual(VehicleDataSource::currentVehicle());
+    if (isCurrent) VehicleDataSource::setCurrentVehicle(*vehicle);
     if (!isKept()) return noAnswer;
     print("stored", *vehicle, json);
+    if (isCurrent) complain(seenAtNextStart);
     return success;
 }
 
@@ -111,6 +116,24 @@ Value valueFromText(const std::string& text) {
     return Number::fromInteger(number);
 }
 
+/// What a running itorv has read at its start, and not again at each connect.
+bool isReadAtStart(const std::string& key) {
+    return key == currentVehicleKey || key == turboSettingKey || key == stockTireSizeKey ||
+           key.starts_with(sensorsKeyPrefix) || key.ends_with(placementKeySuffix);
+}
+
+/// Looks into what entries hold, as itorv would: what can't be read is set aside by that.
+void readThrough(UserDefaults& store) {
+    static_cast<void>(VehicleDataSource::currentVehicle());
+    static_cast<void>(VehicleDataSource::storedVehicles());
+    for (const auto& key : store.keys()) {
+        if (!key.starts_with(settingsKeyPrefix) || !originOfUnreadable(key).empty()) continue;
+        Vehicle vehicle;
+        vehicle.setName(key.substr(settingsKeyPrefix.size()));
+        static_cast<void>(SettingValueStore::load(vehicle));
+    }
+}
+
 /// What the list of keys does not show, a line each.
 int tellTrouble(const UserDefaults& store, const std::vector<std::string>& keys) {
     if (!store.isWhole() && !store.isKept()) {
@@ -119,6 +142,9 @@ int tellTrouble(const UserDefaults& store, const std::vector<std::string>& keys)
     }
     if (!store.isWhole()) complain("the store was damaged once, and entries may be missing");
     if (!store.isKept()) complain("the store can't be written; changes would be lost");
+    const auto profile = store.objectForKey(activeProfileKey).textValue().value_or("");
+    if (!store.objectForKey(profile).isNull() && !ProfileValues::load(profile))
+        complain("what is stored under \"" + profile + "\", the active tuning profile, can't be read");
     for (const auto& key : keys) {
         const std::string origin{originOfUnreadable(key)};
         if (origin.empty()) continue;
@@ -146,6 +172,7 @@ int vehicles(const Arguments& arguments) {
 int defaults(const Arguments& arguments) {
     auto& store = Platform::current().userDefaults();
     if (arguments.words.empty()) {
+        readThrough(store);
         const auto keys = store.keys();
         for (const auto& key : keys)
             std::puts(key.c_str());
@@ -154,7 +181,9 @@ int defaults(const Arguments& arguments) {
     const auto& key = arguments.words[1];
     if (arguments.words[0] == "set") {
         store.setObjectForKey(valueFromText(arguments.words[2]), key);
-        return isKept() ? success : noAnswer;
+        if (!isKept()) return noAnswer;
+        if (isReadAtStart(key)) complain(seenAtNextStart);
+        return success;
     }
     const auto keys = store.keys();
     const auto value = store.objectForKey(key);

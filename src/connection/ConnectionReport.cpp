@@ -34,6 +34,7 @@ ConnectionLine interfaceLine(const ConnectionFacts& facts) {
     line.advice = "Switch on this device's Wi-Fi and join the module's network.";
     if (!facts.route) return line;
     line = {.subject = "Interface", .state = facts.route->interface, .verdict = Verdict::good};
+    if (facts.route->interface == "lo") line.state += ", this device itself";
     if (!facts.wireless) return line;
     line.state += ", in the Wi-Fi \"" + facts.wireless->name + "\", signal " +
                   std::to_string(facts.wireless->strength) + " %";
@@ -84,8 +85,8 @@ ConnectionLine routeLine(const ConnectionFacts& facts) {
             line.advice = "That way leads into another network. Join the module's own.";
         }
     } else if (facts.defaultRoute && facts.defaultRoute->interface != facts.route->interface) {
-        line.state +=
-            "; the internet is reached by " + facts.defaultRoute->interface + ", and that is as it should be";
+        line.advice =
+            "The internet is reached by " + facts.defaultRoute->interface + ", and that is as it should be.";
     }
     return line;
 }

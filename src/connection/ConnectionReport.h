@@ -33,8 +33,8 @@ struct ConnectionFacts {
                                               const NetworkInterfaces& interfaces,
                                               RunLoop::Clock::time_point now);
 
-/// One line of the report: what is true now, whether that is as it should be, and where it is not, what to
-/// do.
+/// One line of the report: what is true now, whether that is as it should be, and what to do, or what not to
+/// worry about.
 struct ConnectionLine {
     enum class Verdict { good, bad, open };  ///< open: the lines above must be good first
     std::string subject;

@@ -334,6 +334,26 @@ TEST_F(ProgramsWithModule, SettingsAndWarningsChangeAsOnTheirScreens) {
     EXPECT_EQ(ctl({"warnings", "Boost", "off"}).code, 0);
     EXPECT_EQ(ctl({"warnings", "Boost", "off"}).output, "Boost                     off  33 PSI\n");
     EXPECT_EQ(ctl({"warnings", "Boost", "999"}).code, 2);
+
+    const auto defaults = [&](const QStringList& arguments) {
+        return run("itorvctl", QStringList{"defaults"} + arguments, home.path()).error;
+    };
+    EXPECT_NE(defaults({"set", "Diesel Pickup 6.7L_4_KEY", "8"}).find("from its next start on"), std::string::npos);
+    EXPECT_EQ(defaults({"set", "Tow", "no profile"}), "");
+    EXPECT_EQ(defaults({"set", "savedprofile", "Tow"}), "");
+    EXPECT_EQ(defaults({}),
+              "itorvctl: what is stored under \"Tow\", the active tuning profile, can't be read\n");
+    EXPECT_TRUE(ctl({"settings"}).error.starts_with("itorvctl: The values of the active tuning profile"));
+    for (const auto* key : {"SETTINGS_Diesel Pickup 6.7L", "SETTINGS_Another", "vehicles", "current_vehicle"})
+        EXPECT_LE(defaults({"set", key, "damaged"}).size(), 100U);
+    const auto told = defaults({});
+    for (const auto* key : {"SETTINGS_Diesel Pickup 6.7L", "SETTINGS_Another", "vehicles", "current_vehicle"})
+        EXPECT_NE(told.find("stored under \"" + std::string{key} + "\" can't be read"), std::string::npos)
+            << told;
+    const auto refused = ctl({"settings", "set", "152", "on"});
+    EXPECT_EQ(refused.code, 2);
+    EXPECT_TRUE(refused.error.starts_with("itorvctl: The chosen vehicle can't be read.")) << refused.error;
+    EXPECT_NE(refused.error.find("is not known"), std::string::npos);
 }
 
 TEST_F(ProgramsWithModule, BesideAnotherHandsetItLeavesTheModuleToThat) {

@@ -64,11 +64,13 @@ TEST_F(TuningPrograms, ProfilesAreMadePushedComparedAndHandedOn) {
     const auto first = QString::fromStdString(list.substr(found + 2, list.find('\n', found) - found - 2));
     EXPECT_EQ(profiles({"diff", first, "Tow", "--json"}).output.substr(0, 22), R"({"aid":42,"name":"Fuel)");
     const auto copy = home.filePath("copy.json");
-    EXPECT_EQ(profiles({"export", "Tow", copy}).code, 0);
-    EXPECT_EQ(profiles({"import", copy, "Tow 2"}).code, 0);
+    EXPECT_EQ(profiles({"export", "Tow", copy, "--json"}).output,
+              R"({"name":"Tow","file":")" + copy.toStdString() + "\"}\n");
+    EXPECT_EQ(profiles({"import", copy, "Tow 2", "--json"}).output,
+              "{\"name\":\"Tow 2\",\"imported\":true}\n");
     EXPECT_EQ(profiles({"diff", "Tow", "Tow 2"}).output, "");
     EXPECT_EQ(profiles({"show", "Tow 2"}).output.substr(0, 36), "Fueling 800                   120 %\n");
-    EXPECT_EQ(profiles({"delete", "Tow"}).code, 0);
+    EXPECT_EQ(profiles({"delete", "Tow", "--json"}).output, "{\"name\":\"Tow\",\"deleted\":true}\n");
     EXPECT_EQ(profiles({"activate", "Tow"}).code, 2);
 }
 

@@ -2,10 +2,12 @@
 
 #include <atomic>
 #include <chrono>
+#include <cstdint>
 #include <filesystem>
 #include <functional>
 #include <iterator>
 #include <memory>
+#include <string>
 #include <thread>
 #include <vector>
 
@@ -13,6 +15,7 @@
 #include "platform/real/OnScreenKeyboard.h"
 #include "platform/real/QtRunLoop.h"
 #include "platform/real/ThreadWorkQueue.h"
+#include "platform/real/WaylandGlobals.h"
 
 namespace {
 
@@ -138,6 +141,48 @@ TEST(OnScreenKeyboard, IsForATouchScreenWithoutAKeyboard) {
     EXPECT_FALSE(lacksKeyboard(pad + buttons));
     EXPECT_FALSE(lacksKeyboard(""));
     EXPECT_FALSE(lacksKeyboard("B: PROP=\n\nB: KEY="));
+    using Globals = std::vector<std::string>;
+    const struct {
+        KeyboardSurroundings surroundings;
+        bool needed;
+    } rows[]{
+        {{false, false, {}, touch}, true},
+        {{true, false, {}, touch}, false},
+        {{false, false, {}, touch + keys}, false},
+        {{false, true, {}, touch}, false},  // nobody knows
+        {{false, true, Globals{"wl_seat", "zwp_text_input_manager_v3"}, touch}, true},
+        {{false, true, Globals{"wl_seat", "zwp_text_input_manager_v3"}, touch + keys}, false},
+        {{true, true, Globals{}, touch}, false},
+        {{false, true, Globals{"zwp_text_input_manager_v3", "zwp_text_input_manager_v1"}, touch}, false},
+        {{false, true, Globals{"zwp_text_input_manager_v2"}, touch}, false},
+    };
+    for (const auto& row : rows)
+        EXPECT_EQ(needsOwnKeyboard(row.surroundings), row.needed) << &row - rows;
+}
+
+TEST(WaylandGlobals, AreReadUpToTheAnswerOfTheCallback) {
+    const auto word = [](std::uint32_t value) {
+        return std::string{reinterpret_cast<const char*>(&value), sizeof value};
+    };
+    const auto global = [&](const std::string& name, std::uint32_t said) {
+        auto text = name;
+        text.resize((name.size() + 4) / 4 * 4);
+        const auto size = static_cast<std::uint32_t>(20 + text.size());
+        return word(2) + word(size << 16U) + word(7) + word(said) + text + word(1);
+    };
+    const auto sound = [&](const std::string& name) {
+        return global(name, static_cast<std::uint32_t>(name.size()) + 1);
+    };
+    const auto done = word(3) + word(12U << 16U) + word(0);
+    const auto other = word(1) + word((12U << 16U) | 1U) + word(3);
+    const auto whole = sound("wl_seat") + other + sound("wl_compositor") + done;
+    EXPECT_EQ(waylandGlobalsFrom(whole), (std::vector<std::string>{"wl_seat", "wl_compositor"}));
+    for (std::size_t size = 0; size < whole.size(); ++size)
+        EXPECT_FALSE(waylandGlobalsFrom(whole.substr(0, size))) << size;
+    for (const std::uint32_t said : {0U, 99U, ~0U})
+        EXPECT_FALSE(waylandGlobalsFrom(global("wl_seat", said) + done)) << said;
+    EXPECT_FALSE(waylandGlobalsFrom(word(2) + word(4U << 16U) + done));
+    EXPECT_FALSE(waylandGlobals("/no/such/socket"));
 }
 
 }  // namespace

@@ -41,8 +41,9 @@ public:
     Compositor& operator=(const Compositor&) = delete;
 
     bool isUp() {
-        return waitUntil(m_weston, [&] { return QFile::exists(folder.filePath(socket())); });
+        return waitUntil(m_weston, [&] { return QFile::exists(socketFile()); });
     }
+    [[nodiscard]] QString socketFile() const { return folder.filePath(socket()); }
     /// For programs that are to be shown.
     [[nodiscard]] QProcessEnvironment environment() const {
         auto variables = QProcessEnvironment::systemEnvironment();

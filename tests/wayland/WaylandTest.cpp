@@ -3,6 +3,7 @@
 
 #include <QCoreApplication>
 #include <QTransform>
+#include <algorithm>
 #include <cmath>
 #include <functional>
 #include <numeric>
@@ -11,6 +12,7 @@
 #include "bench/Bench.h"
 #include "platform/StoredKeys.h"
 #include "platform/real/SqliteUserDefaults.h"
+#include "platform/real/WaylandGlobals.h"
 
 namespace {
 
@@ -123,6 +125,9 @@ TEST(WaylandKeyboard, ComesAndGoesWithAFieldsFocus) {
     const QSize size{720, 1440};
     fakes::Compositor compositor{size, 1, "desktop-shell.so"};
     ASSERT_TRUE(compositor.isUp());
+    const auto globals = torv::waylandGlobals(compositor.socketFile().toStdString());
+    ASSERT_TRUE(globals);
+    EXPECT_EQ(std::ranges::count(*globals, "zwp_text_input_manager_v1"), 1);
     QProcess window;
     window.setProcessEnvironment(compositor.environment());
     window.start(QCoreApplication::applicationDirPath() + "/wayland_textfield", QStringList{});

@@ -6,8 +6,10 @@
 #include <array>
 #include <cstdint>
 #include <cstdlib>
+#include <filesystem>
 #include <string>
 
+#include "platform/real/WaylandGlobals.h"
 #include "support/FileContents.h"
 
 namespace torv {
@@ -42,18 +44,34 @@ bool lacksKeyboard(std::string_view devices) {
     return touches;
 }
 
+bool needsOwnKeyboard(const KeyboardSurroundings& surroundings) {
+    // Those that Qt 6.4 binds, by which a compositor's keyboard comes with a field.
+    constexpr std::array spoken{"zwp_text_input_manager_v1", "zwp_text_input_manager_v2",
+                                "qt_text_input_method_manager_v1"};
+    if (surroundings.inputMethodChosen || !lacksKeyboard(surroundings.devices)) return false;
+    if (!surroundings.wayland) return true;
+    const auto& globals = surroundings.globals;
+    return globals && std::find_first_of(globals->begin(), globals->end(), spoken.begin(), spoken.end()) ==
+                          globals->end();
+}
+
 void chooseOnScreenKeyboard() {
-    // Under Wayland the compositor has its own keyboard.
-    const std::array chosen{"QT_IM_MODULE", "XMODIFIERS", "WAYLAND_DISPLAY"};
-    if (std::any_of(chosen.begin(), chosen.end(),
-                    [](const char* name) { return qEnvironmentVariableIsSet(name); }))
-        return;
     const auto plugin = QLibraryInfo::path(QLibraryInfo::PluginsPath) +
                         QStringLiteral("/platforminputcontexts/libqtvirtualkeyboardplugin.so");
     std::string error;
-    const auto devices = contentsOfFile("/proc/bus/input/devices", error);
-    if (devices && lacksKeyboard(*devices) && QFile::exists(plugin))
-        qputenv("QT_IM_MODULE", "qtvirtualkeyboard");
+    const auto display = qEnvironmentVariable("WAYLAND_DISPLAY");
+    const auto platform = qEnvironmentVariable("QT_QPA_PLATFORM");
+    KeyboardSurroundings surroundings{
+        .inputMethodChosen =
+            qEnvironmentVariableIsSet("QT_IM_MODULE") || qEnvironmentVariableIsSet("XMODIFIERS"),
+        .wayland = !display.isEmpty() && (platform.isEmpty() || platform.startsWith(u"wayland")),
+        .globals = {},
+        .devices = contentsOfFile("/proc/bus/input/devices", error).value_or(std::string{})};
+    if (surroundings.wayland && lacksKeyboard(surroundings.devices)) {
+        const std::filesystem::path folder{qEnvironmentVariable("XDG_RUNTIME_DIR").toStdString()};
+        surroundings.globals = waylandGlobals(folder / display.toStdString());
+    }
+    if (needsOwnKeyboard(surroundings) && QFile::exists(plugin)) qputenv("QT_IM_MODULE", "qtvirtualkeyboard");
 }
 
 }  // namespace torv

@@ -266,6 +266,7 @@ bool SqliteUserDefaults::rescue(bool whole) {
                 " entries came over into a new one, and the old one is kept as " + aside.string());
         return read({SQLITE_OPEN_READWRITE, "", openStatements});
     }
+    m_error = why;
     std::error_code ignored;
     std::string error;
     std::filesystem::remove(fresh, ignored);  // the damaged one stays, and what it tells is known
