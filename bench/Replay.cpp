@@ -43,7 +43,9 @@ std::optional<Replay> Replay::load(const std::filesystem::path& file, double spe
         error = file.string() + " was made by a newer version of iTorv";
         return std::nullopt;
     }
-    if (result == SQLITE_OK && numberOf(opened, "PRAGMA application_id") == mark) {
+    const bool isRecording = result == SQLITE_OK && numberOf(opened, "PRAGMA application_id") == mark;
+    const bool isDamaged = isRecording || sqlite3_errcode(opened) == SQLITE_CORRUPT;
+    if (isRecording) {
         sqlite3_prepare_v2(opened, "SELECT aid, time, bytes FROM samples ORDER BY time", -1, &prepared,
                            nullptr);
     }
@@ -63,7 +65,12 @@ std::optional<Replay> Replay::load(const std::filesystem::path& file, double spe
              {known, wireBytes(known, {bytes, bytes ? size : 0})}});
     }
     if (step == SQLITE_DONE && !replay.m_samples.empty()) return replay;
-    error = file.string() + (step == SQLITE_DONE ? " has no values" : " is no recording");
+    if (step == SQLITE_DONE) {
+        error = file.string() + " has no values";
+    } else {
+        error = file.string() +
+                (isDamaged ? " can't be read: " + std::string{sqlite3_errmsg(opened)} : " is no recording");
+    }
     return std::nullopt;
 }
 

@@ -136,9 +136,10 @@ RecordingReader::Values::Values(sqlite3* database, AID aid)
 }
 
 std::optional<RecordedValue> RecordingReader::Values::next() {
-    while (m_error.empty()) {
+    while (!m_ended && m_error.empty()) {
         const int step = m_rows ? sqlite3_step(m_rows.get()) : SQLITE_ERROR;
-        if (step == SQLITE_DONE) return std::nullopt;
+        m_ended = step == SQLITE_DONE;
+        if (m_ended) break;
         if (step != SQLITE_ROW) {
             m_error = sqlite3_errmsg(m_database);
             break;

@@ -45,6 +45,7 @@ public:
         AID m_aid;
         sqlite::Statement m_rows;
         std::int64_t m_last = 0;  // time; in a damaged file they may fall
+        bool m_ended = false;     // SQLite would begin anew
         std::string m_error;
     };
     [[nodiscard]] Values valuesOf(AID aid) const { return {m_database.get(), aid}; }

@@ -279,7 +279,8 @@ TEST_F(RecordingTest, ExportsByteForByte) {
         return RecordedValue{aid, time, WallTime{time}, shown, AV{}};
     };
     const std::vector values{value(10, 1, 13.2), value(8, 1, 4),      value(8, 1, 5),
-                             value(10, 7, 14),   value(9, 9, -0.125), value(9, 12, std::nullopt)};
+                             value(10, 7, 14),   value(9, 9, -0.125), value(9, 12, std::nullopt),
+                             value(8, 20, 6)};
     const std::vector<RecordedEvent> events{{2ms, WallTime{2ms}, "link is lost"}};
     EXPECT_EQ(writer->append(values, events), std::nullopt);
     writer->end();
@@ -290,11 +291,11 @@ TEST_F(RecordingTest, ExportsByteForByte) {
     EXPECT_EQ(text(file, RecordingFormat::Kind::oneTimeAxis),
               "time,\"Boost, \"\"hot\"\" (PSI)\",Load (none),Spare (V)\r\n" + stamp(1) + ",13.2,4,\r\n" +
                   stamp(1) + ",,5,\r\n" + stamp(7) + ",14,,\r\n" + stamp(9) + ",,,-0.125\r\n" + stamp(12) +
-                  ",,,\r\n");
+                  ",,,\r\n" + stamp(20) + ",,6,\r\n");
     const auto local = [](int ms) { return logTimeText(WallTime{std::chrono::milliseconds{ms}}); };
-    EXPECT_EQ(text(file, RecordingFormat::Kind::dataLog), "Timestamp,Boost, \"hot\",Timestamp,Load\n" +
-                                                              local(1) + ",13," + local(1) + ",4\n" +
-                                                              local(7) + ",14," + local(1) + ",5\n");
+    EXPECT_EQ(text(file, RecordingFormat::Kind::dataLog),
+              "Timestamp,Boost, \"hot\",Timestamp,Load\n" + local(1) + ",13," + local(1) + ",4\n" + local(7) +
+                  ",14," + local(1) + ",5\n,," + local(20) + ",6\n");
     EXPECT_EQ(text(file, RecordingFormat::Kind::jsonLines).substr(0, 94),
               "{\"time\":\"" + stamp(1) +
                   "\",\"aid\":10,\"name\":\"Boost, \\\"hot\\\"\",\"value\":13.2,\"unit\":\"PSI\"}");
