@@ -34,8 +34,8 @@ private:
     PassReport m_report;
 };
 
-/// Does nothing after a pass that went well. With values that were not taken a screen of its own comes over this
-/// one, where that is still on top of its stack; else an alert says it in one sentence, and leads there.
+/// Does nothing after a pass that went well. With values that were not taken a screen of its own comes over
+/// this one, where that is still on top of its stack; else an alert says it in one sentence, and leads there.
 void showPassReport(ViewController& screen, const std::shared_ptr<iTorvAppDelegate>& application,
                     const QString& profile, const PassReport& report);
 
