@@ -158,10 +158,11 @@ bool tell(const std::vector<ConnectionLine>& lines, const std::vector<LinkInspec
                          {"remark", rule.isRemark}});
             continue;
         }
-        std::printf("%s %s: %s; %llu times%s%s%s%s\n", rule.isRemark ? "remark " : "finding", rule.name,
-                    rule.sentence, static_cast<unsigned long long>(finding.count),
-                    finding.detail.empty() ? "" : "; first: ", finding.detail.c_str(),
-                    finding.frame.empty() ? "" : "; frame ", hexadecimalText(finding.frame).c_str());
+        auto text = std::string{rule.isRemark ? "remark  " : "finding "} + rule.name + ": " + rule.sentence;
+        text += finding.count == 1 ? "; once" : "; " + std::to_string(finding.count) + " times, first";
+        if (!finding.detail.empty()) text += ": " + finding.detail;
+        if (!finding.frame.empty()) text += "; frame " + hexadecimalText(finding.frame);
+        std::puts(text.c_str());
     }
     if (json) {
         printObject({{"passed", passed}});
