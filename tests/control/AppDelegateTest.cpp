@@ -254,6 +254,7 @@ TEST_F(AppDelegateTest, AFileURLIsKeptForTheImport) {
 }
 
 TEST_F(AppDelegateTest, AWarningIsHeardWithItsFirstValueAndNotAgainWithinTenSeconds) {
+    launch(truck("Truck", {}));
     const struct {
         AID aid;
         bool warning;

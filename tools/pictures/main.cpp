@@ -116,6 +116,9 @@ int main(int argc, char** argv) {
     save("loading");
     stack->dismissModalViewControllerAnimated(true);
     const Screens screens{app.control};
+    screens.presentConnection(*app.stage);
+    save("connection");
+    app.stage->top()->dismissModalViewControllerAnimated(true);
     const auto menu = std::make_shared<NavigationController>(screens.mainMenu());
     app.page()->presentModalViewControllerAnimated(menu, true);
     save("menu");
