@@ -69,8 +69,10 @@ void ModuleState::adopt(const Profile& profile) {
         m_limits[item.aid] = item.encode((item.minValue + item.maxValue) / 2);
     }
     m_defaults.push_back({maxLevelAid, {levels}});
-    for (const Attribute& setting : profile.settings)
+    for (const Attribute& setting : profile.settings) {
         put(setting.aid, setting.encode(setting.initial));
+        m_limits[setting.aid] = setting.encode((setting.minValue + setting.maxValue) / 2);
+    }
     put(heartbeatAid, {1});
     reset();
     m_ring.assign(m_map.aids().begin(), m_map.aids().end());

@@ -36,8 +36,9 @@ constexpr auto description =
     "                  write it as a document, or make one of a document\n"
     "  profiles delete NAME\n"
     "  frames [FILE]   show every frame in both directions, decoded; or those of a capture\n"
-    "  check           measure the link, and hold what the module does against what is told of it: asks for\n"
-    "                  values, and writes settings and tuning items back as they are\n"
+    "  check           measure the link, and compare what the module does with docs/link.md: asks for "
+    "values,\n"
+    "                  and writes settings and tuning items back as they are\n"
     "  record FILE     record every value of every sensor until it is interrupted\n"
     "  export FILE [OUTPUT]\n"
     "                  a recording as another file, or on the standard output stream; see --format\n"
@@ -191,8 +192,9 @@ std::optional<Arguments> readArguments(const QStringList& arguments, std::string
          "Write (set) what the profile tells of and is neither a setting nor a tuning item; import "
          "(profiles) under a name that itorv uses itself; try writes (check) while the engine turns."},
         {"try-writes",
-         "Also write (check) the next value of each setting and tuning item, see that it is kept, "
-         "and write the old one again."},
+         "Also write (check) another value to each setting and tuning item, see that it is kept and sent "
+         "back, and "
+         "write the old one again. Not while the engine turns."},
         {"live", "Compare (profiles diff) with what the module holds."},
         {"new-list", "Put a list that can't be read aside (profiles list), and begin one of what is stored."},
         {"store", "Store what was written (set), so that itorv brings it back."},
@@ -241,7 +243,7 @@ std::optional<Arguments> readArguments(const QStringList& arguments, std::string
     if (row->command == Command::check && parser.isSet("force") && !parser.isSet("try-writes"))
         return refuse("check takes --force with --try-writes only");
     if (row->command == Command::frames && !result.words.empty()) {
-        for (const auto* option : {"module", "for", "capture"}) {
+        for (const auto* option : {"module", "interface", "for", "capture"}) {
             if (parser.isSet(option))
                 return refuse(std::string{"frames takes no --"} + option + " with a file");
         }

@@ -24,6 +24,9 @@ constexpr std::chrono::seconds usualLength{10};
 constexpr std::chrono::milliseconds betweenQuestions{150};
 constexpr AID heartbeatAID = 9;
 constexpr int readAttempts = 5;
+// For a changed value to be sent back: a second.
+constexpr int patience = 20;
+constexpr std::chrono::milliseconds patienceStep{50};
 
 /// Settings and tuning items: what may be written.
 std::vector<TorvAttribute> writableOf(const Vehicle& vehicle) {
@@ -75,47 +78,69 @@ std::optional<AV> readFrom(iTorvFeeder& feeder, AID aid) {
     return std::nullopt;
 }
 
-/// The highest value of the item, or the lowest where it has that; nothing for what is no plain number.
+/// Three quarters up the item's range, or one quarter where it is higher than half already; nothing for what
+/// is no plain number.
 std::optional<AV> otherValue(const TorvAttribute& item, AV present) {
-    if (!std::dynamic_pointer_cast<AVNumberFormatter>(item.formatter) || item.maxValue <= item.minValue)
+    const auto data = item.dataFromAV(present);
+    if (!data || !std::dynamic_pointer_cast<AVNumberFormatter>(item.formatter) ||
+        item.maxValue <= item.minValue)
         return std::nullopt;
-    const auto encoded = [&](double value) -> std::optional<AV> {
-        AVFormatterData data;
-        data.value = fixedText(value, item.decimaldigits);
-        const auto bytes = item.formatter->allocAVFromFormatterData(data);
-        if (!bytes) return std::nullopt;
-        return AV::forAID(item.aid, {bytes.get(), slotSize(item.aid)});
-    };
-    const auto same = [&](const std::optional<AV>& value) {
-        return value && std::ranges::equal(value->bytes(), present.bytes());
-    };
-    const auto highest = encoded(item.maxValue);
-    return same(highest) ? encoded(item.minValue) : highest;
+    const auto range = item.maxValue - item.minValue;
+    const bool high = doubleValue(data->value) > item.minValue + range / 2;
+    AVFormatterData other;
+    other.value = fixedText(item.minValue + range * (high ? 0.25 : 0.75), item.decimaldigits);
+    const auto bytes = item.formatter->allocAVFromFormatterData(other);
+    if (!bytes) return std::nullopt;
+    return AV::forAID(item.aid, {bytes.get(), slotSize(item.aid)});
 }
 
-/// False when the program ends with a value that is not put back.
-bool tryWrites(Handset& handset, LinkInspector& inspector) {
-    auto& feeder = handset.feeder();
-    for (const auto& item : writableOf(handset.vehicle())) {
-        const auto before = readFrom(feeder, item.aid);
-        const auto other = before ? otherValue(item, *before) : std::nullopt;
-        if (!other) continue;
-        const auto shown = [&](AV value) { return item.dataFromAV(value).value_or(AVFormatterData{}).value; };
-        const auto name = printable(item.name.value_or("AID " + std::to_string(item.aid)));
-        if (feeder.setValueForAID(other->bytes(), item.aid)) {
-            const auto after = readFrom(feeder, item.aid);
-            if (after && shown(*after) != shown(*other)) {
-                inspector.find(LinkRule::notKept, name + ": " + shown(*other) + " was written, and " +
-                                                      shown(*after) + " is there");
-            }
+bool engineStands(iTorvFeeder& feeder) {
+    return readFrom(feeder, engineSpeedAID) && !DtcClear::engineTurns(feeder);
+}
+
+/// Writes another value and reads it back, and puts the old one there again; false when that can't be done.
+bool tryWrite(iTorvFeeder& feeder, LinkInspector& inspector, const TorvAttribute& item) {
+    const auto before = readFrom(feeder, item.aid);
+    const auto other = before ? otherValue(item, *before) : std::nullopt;
+    if (!other) return true;
+    const auto shown = [&](AV value) { return item.dataFromAV(value).value_or(AVFormatterData{}).value; };
+    const auto name = printable(item.name.value_or("AID " + std::to_string(item.aid)));
+    const auto aid = static_cast<std::uint8_t>(item.aid);
+    const auto pushes = inspector.pushesOf(aid);
+    if (feeder.setValueForAID(other->bytes(), item.aid)) {
+        for (int i = 0; i < patience && inspector.pushesOf(aid) == pushes; ++i)
+            wait(patienceStep);
+        const auto after = readFrom(feeder, item.aid);
+        const bool kept = after && shown(*after) == shown(*other);
+        if (after && !kept) {
+            inspector.find(LinkRule::notKept,
+                           name + ": " + shown(*other) + " was written, and " + shown(*after) + " is there");
+        } else if (kept && inspector.pushesOf(aid) == pushes) {
+            inspector.find(LinkRule::notSentBack, name);
         }
-        if (feeder.setValueForAID(before->bytes(), item.aid)) continue;
-        const auto now = readFrom(feeder, item.aid);
-        if (now && shown(*now) == shown(*before)) continue;
-        complain(name + " was " + shown(*before) + " and could not be put back; write it by hand");
-        return false;
     }
-    return true;
+    if (feeder.setValueForAID(before->bytes(), item.aid)) return true;
+    const auto now = readFrom(feeder, item.aid);
+    if (now && shown(*now) == shown(*before)) return true;
+    complain(name + " was " + shown(*before) + " and could not be put back; write it by hand");
+    return false;
+}
+
+/// Nothing when all was tried, or the program is to end; else the exit code.
+std::optional<int> tryWrites(Handset& handset, LinkInspector& inspector, bool force) {
+    for (const auto& item : writableOf(handset.vehicle())) {
+        if (!force && !engineStands(handset.feeder())) {
+            complain("the engine is running, or its speed is not told; --force tries writes all the same");
+            return badArguments;
+        }
+        // An end within this would leave a value that nobody wanted.
+        handset.holdInterrupt(true);
+        const bool putBack = tryWrite(handset.feeder(), inspector, item);
+        handset.holdInterrupt(false);
+        if (!putBack) return noAnswer;
+        if (handset.interrupted()) break;
+    }
+    return std::nullopt;
 }
 
 const char* word(ConnectionLine::Verdict verdict) {
@@ -159,18 +184,21 @@ bool tell(const std::vector<ConnectionLine>& lines, const std::vector<LinkInspec
             continue;
         }
         auto text = std::string{rule.isRemark ? "remark  " : "finding "} + rule.name + ": " + rule.sentence;
-        text += finding.count == 1 ? "; once" : "; " + std::to_string(finding.count) + " times, first";
-        if (!finding.detail.empty()) text += ": " + finding.detail;
-        if (!finding.frame.empty()) text += "; frame " + hexadecimalText(finding.frame);
+        text += finding.count == 1 ? "; once" : "; " + std::to_string(finding.count) + " times";
+        if (!finding.detail.empty()) text += "; first: " + finding.detail;
+        if (!finding.frame.empty()) text += "; first frame " + hexadecimalText(finding.frame);
         std::puts(text.c_str());
     }
+    return passed;
+}
+
+void tellVerdict(bool passed, bool json) {
     if (json) {
         printObject({{"passed", passed}});
     } else {
-        std::puts(passed ? "The module holds to what is told of the link."
-                         : "The module does not hold to what is told of the link.");
+        std::puts(passed ? "The module does what docs/link.md asks for."
+                         : "The module does not do all that docs/link.md asks for.");
     }
-    return passed;
 }
 
 }  // namespace
@@ -183,24 +211,27 @@ int check(Handset& handset, const Arguments& arguments) {
     driver.addMonitor(inspector);
     driver.addMonitor(statistics);
     const bool connected = handset.connect();
-    bool putBack = true;
+    const auto wireless = std::make_shared<std::optional<WirelessNetworks::Network>>();
+    const auto& interfaces = Platform::current().networkInterfaces();
+    if (const auto route = interfaces.routeTo(driver.endpoint().host))
+        Platform::current().wirelessNetworks().ask(route->interface,
+                                                   [wireless](auto told) { *wireless = told; });
     if (connected) {
-        if (arguments.tryWrites && !arguments.force) {
-            static_cast<void>(readFrom(handset.feeder(), engineSpeedAID));
-            if (DtcClear::engineTurns(handset.feeder())) {
-                complain("the engine is running, and nothing was written; --force tries it all the same");
-                return badArguments;
-            }
+        if (arguments.tryWrites) {
+            if (const auto code = tryWrites(handset, *inspector, arguments.force)) return *code;
         }
         exercise(handset, arguments.duration.value_or(usualLength));
-        putBack = !arguments.tryWrites || tryWrites(handset, *inspector);
     }
-    const auto facts =
-        connectionFacts(driver, *statistics, Platform::current().networkInterfaces(), loop.now());
+    auto facts = connectionFacts(driver, *statistics, interfaces, loop.now());
+    facts.wireless = *wireless;
     driver.closeSockets();  // what became of this connection counts too
     const bool passed = tell(connectionReport(facts), inspector->findings(), arguments.json);
+    if (handset.interrupted()) {
+        complain("it was interrupted, and gives no verdict");
+        return noAnswer;
+    }
     if (!connected) return notConnected(handset);
-    if (!putBack) return noAnswer;
+    tellVerdict(passed, arguments.json);
     return passed ? success : findings;
 }
 

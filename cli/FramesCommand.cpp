@@ -9,7 +9,6 @@
 #include "link/x2comCodec.h"
 #include "platform/Platform.h"
 #include "support/Hexadecimal.h"
-#include "support/TextNumbers.h"
 #include "support/TimeTexts.h"
 
 namespace itorvctl {
@@ -75,27 +74,9 @@ private:
     std::vector<std::uint8_t> m_before;  // reading thread
 };
 
-AttributeNames namesOf(const CapturedPacket& packet) {
-    AttributeNames names;
-    const std::string text{packet.bytes.begin(), packet.bytes.end()};
-    for (std::size_t begin = 0; begin < text.size();) {
-        const auto end = std::min(text.find('\n', begin), text.size());
-        const auto line = text.substr(begin, end - begin);
-        const auto tab = line.find('\t');
-        const auto aid = intValue(line);
-        if (tab != std::string::npos && aid >= 0 && aid <= 254)
-            names.insert_or_assign(static_cast<std::uint8_t>(aid), line.substr(tab + 1));
-        begin = end + 1;
-    }
-    return names;
-}
-
 const char* checked(std::span<const std::uint8_t> frame) {
-    const std::size_t length = frame.empty() ? 0 : x2comFrameLength(frame.data());
-    if (length == 0) return resultNames[x2comFrameEmpty];
-    const bool good = frame.size() > length &&
-                      x2comCheckFrame(frame.data(), static_cast<std::uint8_t>(length)) == x2comFrameGood;
-    return resultNames[good ? x2comFrameGood : x2comFrameBadCrc];
+    if (frame.empty() || x2comFrameLength(frame.data()) == 0) return resultNames[x2comFrameEmpty];
+    return resultNames[beginsWithFrame(frame) ? x2comFrameGood : x2comFrameBadCrc];
 }
 
 }  // namespace
@@ -122,10 +103,10 @@ int capturedFrames(const Arguments& arguments) {
         const auto since = packet->time - begin.value_or(packet->time);
         if (!begin) begin = packet->time;
         const auto time = std::to_string(std::chrono::floor<std::chrono::milliseconds>(since).count());
+        const std::string text{packet->bytes.begin(), packet->bytes.end()};
         if (packet->kind == CapturedKind::names) {
-            names = namesOf(*packet);
+            names = namesFromText(text);
         } else if (packet->kind == CapturedKind::note) {
-            const std::string text{packet->bytes.begin(), packet->bytes.end()};
             if (arguments.json) {
                 printObject({{"ms", Number{time}},
                              {"time", isoText(std::chrono::floor<std::chrono::milliseconds>(packet->time))},
@@ -139,7 +120,10 @@ int capturedFrames(const Arguments& arguments) {
                   names, arguments.json);
         }
     }
-    if (std::fflush(stdout) != 0 || std::ferror(stdout) != 0) error = "the output could not be written";
+    if (std::fflush(stdout) != 0 || std::ferror(stdout) != 0) {
+        complain("the output could not be written");
+        return noAnswer;
+    }
     if (error.empty()) return success;
     complain(file + ": " + error);
     return begin ? noAnswer : badArguments;

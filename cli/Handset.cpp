@@ -82,6 +82,16 @@ void Handset::run() {
     }
 }
 
+void Handset::interrupt() {
+    m_interrupted = true;
+    if (!m_held) Platform::current().runLoop().quit();
+}
+
+void Handset::holdInterrupt(bool hold) {
+    m_held = hold;
+    if (!hold && m_interrupted) Platform::current().runLoop().quit();
+}
+
 void Handset::limitTime() {
     auto& loop = Platform::current().runLoop();
     loop.scheduleTimer(m_arguments.timeout, false, [&loop](Timer&) { loop.quit(); });
@@ -123,8 +133,13 @@ std::string shownValue(const Reading& reading) {
 }
 
 std::string printable(std::string text) {
-    std::replace_if(
-        text.begin(), text.end(), [](unsigned char c) { return c < ' ' || c == 0x7F; }, ' ');
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        const auto byte = [&](std::size_t at) { return static_cast<unsigned char>(text[at]); };
+        // Those of Latin-1 are two bytes, C2 80 to C2 9F.
+        const bool wide = byte(i) == 0xC2 && i + 1 < text.size() && byte(i + 1) < 0xA0;
+        if (wide) text[i + 1] = ' ';
+        if (wide || byte(i) < ' ' || byte(i) == 0x7F) text[i] = ' ';
+    }
     return text;
 }
 

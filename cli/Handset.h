@@ -31,6 +31,10 @@ public:
     [[nodiscard]] bool connect();
     /// Turns the loop until the command's time is over or the program is to end.
     void run();
+    /// Somebody wants the program to end: at once, or after what must not be left half done.
+    void interrupt();
+    void holdInterrupt(bool hold);
+    [[nodiscard]] bool interrupted() const { return m_interrupted; }
     /// Ends what waits for the module when the time is over; without it, a command whose link is lost could
     /// wait until the module is back.
     void limitTime();
@@ -44,6 +48,8 @@ private:
     const torv::Vehicle m_vehicle;
     const torv::RunLoop::Clock::time_point m_start;
     std::shared_ptr<torv::iTorvFeeder> m_feeder;
+    bool m_held = false;
+    bool m_interrupted = false;
 };
 
 /// One decoded value of one attribute, as the commands print it.

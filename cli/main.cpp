@@ -51,8 +51,6 @@ int main(int argc, char** argv) {
         return itorvctl::exportRecording(*arguments);
     if (arguments->command == itorvctl::Command::frames && !arguments->words.empty())
         return itorvctl::capturedFrames(*arguments);
-    // Only now: the commands above turn no loop, and a signal may end them at any moment.
-    const QuitSignals signals_{[&] { platform.runLoop().quit(); }};
     auto vehicle = arguments->common.profile.empty() ? std::optional{VehicleDataSource::currentVehicle()}
                                                      : vehicleFromFile(arguments->common.profile, error);
     if (!vehicle) {
@@ -62,6 +60,8 @@ int main(int argc, char** argv) {
     if (arguments->command == itorvctl::Command::warnings) return itorvctl::warnings(*vehicle, *arguments);
     if (arguments->command == itorvctl::Command::names) return itorvctl::names(*vehicle, *arguments);
     itorvctl::Handset handset{*arguments, std::move(*vehicle)};
+    // Only now: the commands above turn no loop, and a signal may end them at any moment.
+    const QuitSignals signals_{[&] { handset.interrupt(); }};
     if (!arguments->common.capture.empty() && !handset.capture(arguments->common.capture, error)) {
         itorvctl::complain(error);
         return itorvctl::badArguments;

@@ -27,9 +27,17 @@ local e = {
 }
 x2com.experts = { e.crc, e.cut }
 
--- What each AID is called; a later packet of names takes the place of an earlier one.
+-- What each AID is called: a packet of names holds from its number on, until the next one.
+local tables = {}
 local names = {}
-function x2com.init() names = {} end
+function x2com.init() tables = {} end
+local function names_at(number)
+    local last = 0
+    for begin in pairs(tables) do
+        if begin <= number and begin > last then last = begin end
+    end
+    return tables[last] or {}
+end
 
 -- SAE J1850: polynomial 0x1D, preset 0xFF, complemented.
 local function crc8(bytes, count)
@@ -103,17 +111,19 @@ function x2com.dissector(buffer, pinfo, root)
     local kind = buffer(0, 1):uint()
     tree:add(f.kind, buffer(0, 1))
     if kind == 3 then
-        if not pinfo.visited then names = {} end
+        local told = {}
         if buffer:len() > 1 then
             tree:add(f.names, buffer(1))
-            for aid, name in buffer(1):string():gmatch("(%d+)\t([^\n]*)\n") do names[tonumber(aid)] = name end
+            for aid, name in buffer(1):string():gmatch("(%d+)\t([^\n]*)\n") do told[tonumber(aid)] = name end
         end
+        tables[pinfo.number] = told
         pinfo.cols.info = "names of the vehicle's AIDs"
     elseif kind == 2 then
         local note = buffer:len() > 1 and buffer(1):string() or ""
         if buffer:len() > 1 then tree:add(f.note, buffer(1)) end
         pinfo.cols.info = note
     elseif buffer:len() > 1 then
+        names = names_at(pinfo.number)
         pinfo.cols.src = kind == 0 and "module" or "handset"
         pinfo.cols.dst = kind == 0 and "handset" or "module"
         pinfo.cols.info = frame(buffer(1):tvb(), pinfo, tree)

@@ -14,7 +14,7 @@ using namespace std::chrono_literals;
 
 constexpr auto vehicle = "Diesel Pickup 6.7L";
 constexpr int rate = 200;
-// A lost link comes now and then, each time for longer than the handset's first attempts.
+// Longer than the handset's first attempts.
 constexpr auto firstLoss = 120s;
 constexpr auto lossLasts = 12s;
 
@@ -43,6 +43,13 @@ std::optional<Demo::Kind> Demo::kindFromText(const QString& text) {
 }
 
 Demo::Demo(Kind kind) : m_module(optionsWithStores(kind, m_stores)) {}
+
+std::optional<std::string> Demo::start() {
+    // Without a place of its own it would take the user's.
+    if (!m_stores.isValid())
+        return "the demo has no place for its stores: " + m_stores.errorString().toStdString();
+    return m_module.start();
+}
 
 void Demo::prepare(UserDefaults& defaults) {
     struct Placement {

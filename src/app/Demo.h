@@ -22,7 +22,7 @@ public:
     explicit Demo(Kind kind);
 
     /// Nothing once the module listens, else why it does not, in a sentence.
-    [[nodiscard]] std::optional<std::string> start() { return m_module.start(); }
+    [[nodiscard]] std::optional<std::string> start();
     [[nodiscard]] Endpoint module() const { return {"127.0.0.1", m_module.port()}; }
     /// Sensors on the pages, as somebody would have put them there.
     static void prepare(UserDefaults& defaults);

@@ -112,7 +112,7 @@ std::optional<std::string> readArguments(const QCoreApplication& application, Op
         {"new-instance", "Start beside an itorv that runs; both then want the link and the store."},
         {"demo",
          "Show a drive of a truck that is not there; nothing of it is kept. With faults, the link is "
-         "lost now and then.",
+         "lost once, after two minutes.",
          "drive|faults"},
         {"open-profile", "Let the user choose the tuning profile document to import."},
         {"log-times", "Log how long the first frame and the first value took."},
@@ -177,13 +177,11 @@ void takeScreenshotLater(RunLoop& loop, QQuickWindow& window, const Options& opt
     });
 }
 
-const auto captureMark = QStringLiteral("Capture");
-
-void tellOfCapture(const std::string& why, const std::shared_ptr<iTorvViewController>& page, Stage* stage) {
-    logLine(why);
-    if (!page || !stage) return;
-    stage->setMark(captureMark, false);
-    page->showAlert(
+/// The mark of a capture that goes on, or why it has ended.
+void tellOfCapture(const std::string& why, iTorvViewController& page, Stage& stage) {
+    stage.setMark(QStringLiteral("Capture"), why.empty());
+    if (why.empty()) return;
+    page.showAlert(
         std::make_shared<AlertView>("Capture ended", QString::fromStdString(why), QStringList{"OK"}));
 }
 
@@ -230,6 +228,8 @@ int main(int argc, char** argv) {
     if (!options.newInstance && !demo) {
         std::string why;
         const auto claim = instance.claim(options.url.has_value(), why);
+        if (claim == SingleInstance::Claim::cameForward && !options.common.capture.empty())
+            return refuse("an itorv runs already, and captures nothing of this; end it first");
         if (claim == SingleInstance::Claim::cameForward) return 0;
         if (claim == SingleInstance::Claim::refused) return refuse(why);
     }
@@ -261,11 +261,15 @@ int main(int argc, char** argv) {
     std::unique_ptr<Stage> stage;
     std::unique_ptr<MainWindow> mainWindow;
     std::shared_ptr<CaptureWriter> capture;
+    std::string captureEnded;  // why; empty while it goes on
     if (!options.common.capture.empty()) {
         std::string error;
-        capture = CaptureWriter::begin(
-            options.common.capture,
-            [&](const std::string& why) { tellOfCapture(why, firstPage, stage.get()); }, error);
+        const auto ended = [&](const std::string& why) {
+            logLine(why);
+            captureEnded = why;
+            if (firstPage && stage) tellOfCapture(why, *firstPage, *stage);
+        };
+        capture = CaptureWriter::begin(options.common.capture, ended, error);
         if (!capture) return refuse(error);
     }
     control->applicationDidFinishLaunchingWithOptions(
@@ -277,7 +281,7 @@ int main(int argc, char** argv) {
                 firstPage = Screens{control}.firstPage();
                 stage = Screens{control}.stage(firstPage, status.get());
                 if (demo) stage->setMark(QStringLiteral("Demo"), true);
-                if (capture) stage->setMark(captureMark, true);
+                if (capture) tellOfCapture(captureEnded, *firstPage, *stage);
                 mainWindow->show(*stage);
                 whenShown();
                 Screens{control}.presentFirst(*firstPage);

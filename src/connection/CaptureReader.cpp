@@ -43,10 +43,10 @@ std::optional<CaptureReader::Block> CaptureReader::nextBlock(std::string& error)
     };
     std::array<std::uint8_t, 12> head{};
     const bool whole = read(std::span{head}.first(8));
+    if (m_stream->bad()) return refuse("the capture can't be read further");
     if (!whole && m_stream->gcount() == 0 && m_begun) return std::nullopt;
     if (!whole) return refuse(m_begun ? "the capture is cut" : "this is no capture");
-    Block block;
-    block.type = read32(head, 0);
+    Block block{.type = read32(head, 0), .body = {}};
     const bool isSection = block.type == pcapng::sectionHeader;  // alike in both byte orders
     if (!m_begun && !isSection) return refuse("this is no capture");
     std::uint32_t taken = 8;
@@ -60,8 +60,14 @@ std::optional<CaptureReader::Block> CaptureReader::nextBlock(std::string& error)
         m_interfaces.clear();
     }
     const auto length = read32(head, 4);
-    if (length < std::max(smallestBlock, taken + 4) || length > largestBlock || length % 4 != 0)
+    if (length < std::max(smallestBlock, taken + 4) || length % 4 != 0)
         return refuse("the capture is damaged");
+    if (length > largestBlock) {  // none of ours
+        m_stream->ignore(length - taken);
+        if (m_stream->gcount() != static_cast<std::streamsize>(length - taken))
+            return refuse("the capture is cut");
+        return block;
+    }
     block.body.resize(length - taken);
     if (!read(block.body)) return refuse("the capture is cut");
     if (read32(block.body, block.body.size() - 4) != length) return refuse("the capture is damaged");
@@ -101,7 +107,9 @@ std::optional<CapturedPacket> CaptureReader::packetOf(const Block& block) const 
     if (data[0] > static_cast<std::uint8_t>(CapturedKind::names)) return std::nullopt;
     const auto ticks = std::uint64_t{read32(body, 4)} << 32U | read32(body, 8);
     const auto rate = m_interfaces[interface].ticksPerSecond;
-    const auto microseconds = ticks / rate * 1'000'000 + ticks % rate * 1'000'000 / rate;
+    constexpr std::uint64_t latest = 253'402'300'799'999'999;  // the end of the year 9999
+    const auto seconds = std::min(ticks / rate, latest / 1'000'000);
+    const auto microseconds = std::min(seconds * 1'000'000 + ticks % rate * 1'000'000 / rate, latest);
     return CapturedPacket{.kind = static_cast<CapturedKind>(data[0]),
                           .time = std::chrono::sys_time<std::chrono::microseconds>{std::chrono::microseconds{
                               static_cast<std::int64_t>(microseconds)}},

@@ -76,7 +76,27 @@ std::vector<std::uint8_t> head() {
 }
 
 std::string whyNot(const std::filesystem::path& file) {
+    if (errno == 0) return file.string() + ": no room is left";
     return file.string() + ": " + std::error_code{errno, std::generic_category()}.message();
+}
+
+std::vector<std::uint8_t> packetOf(CapturedKind kind, std::span<const std::uint8_t> bytes,
+                                   std::uint64_t time) {
+    std::vector<std::uint8_t> data{static_cast<std::uint8_t>(kind)};
+    data.insert(data.end(), bytes.begin(), bytes.end());
+    Block packet{pcapng::enhancedPacket};
+    packet.add32(0);  // the one interface
+    packet.add32(static_cast<std::uint32_t>(time >> 32U));
+    packet.add32(static_cast<std::uint32_t>(time));
+    packet.add32(static_cast<std::uint32_t>(data.size()));
+    packet.add32(static_cast<std::uint32_t>(data.size()));
+    packet.add(data);
+    if (kind == CapturedKind::fromModule || kind == CapturedKind::toModule) {
+        const std::array<std::uint8_t, 4> flags{
+            static_cast<std::uint8_t>(kind == CapturedKind::toModule ? 2 : 1)};
+        packet.addOption(pcapng::optionPacketFlags, flags);
+    }
+    return packet.whole();
 }
 
 }  // namespace
@@ -89,9 +109,11 @@ std::shared_ptr<CaptureWriter> CaptureWriter::begin(const std::filesystem::path&
         return nullptr;
     }
     const auto bytes = head();
+    errno = 0;
     if (::write(opened, bytes.data(), bytes.size()) != static_cast<ssize_t>(bytes.size())) {
         error = whyNot(file);
         ::close(opened);
+        ::unlink(file.c_str());
         return nullptr;
     }
     return std::shared_ptr<CaptureWriter>(new CaptureWriter{opened, file, std::move(failed)});
@@ -105,13 +127,7 @@ CaptureWriter::~CaptureWriter() {
 }
 
 void CaptureWriter::setNames(const AttributeNames& names) {
-    std::string lines;
-    for (const auto& [aid, name] : names) {
-        lines += std::to_string(aid) + '\t';
-        for (const char c : name)
-            lines += c == '\n' || c == '\t' ? ' ' : c;
-        lines += '\n';
-    }
+    const auto lines = textOfNames(names);
     write(CapturedKind::names, {reinterpret_cast<const std::uint8_t*>(lines.data()), lines.size()});
 }
 
@@ -140,43 +156,29 @@ void CaptureWriter::note(std::string_view text) {
 }
 
 void CaptureWriter::write(CapturedKind kind, std::span<const std::uint8_t> bytes) {
-    // By the steady clock from the start on: packets stay in order when somebody sets the time.
-    const auto wall = m_wallStart + std::chrono::duration_cast<std::chrono::system_clock::duration>(
-                                        std::chrono::steady_clock::now() - m_start);
-    const auto time = static_cast<std::uint64_t>(
-        std::chrono::floor<std::chrono::microseconds>(wall).time_since_epoch().count());
-    std::vector<std::uint8_t> data{static_cast<std::uint8_t>(kind)};
-    data.insert(data.end(), bytes.begin(), bytes.end());
-    Block packet{pcapng::enhancedPacket};
-    packet.add32(0);  // the one interface
-    packet.add32(static_cast<std::uint32_t>(time >> 32U));
-    packet.add32(static_cast<std::uint32_t>(time));
-    packet.add32(static_cast<std::uint32_t>(data.size()));
-    packet.add32(static_cast<std::uint32_t>(data.size()));
-    packet.add(data);
-    if (kind == CapturedKind::fromModule || kind == CapturedKind::toModule) {
-        const std::array<std::uint8_t, 4> flags{
-            static_cast<std::uint8_t>(kind == CapturedKind::toModule ? 2 : 1)};
-        packet.addOption(pcapng::optionPacketFlags, flags);
-    }
-    put(packet.whole());
-}
-
-void CaptureWriter::put(std::span<const std::uint8_t> block) {
     std::string why;
     {
-        errno = 0;  // a write that the disk has room for half of sets none
         const std::scoped_lock lock{m_mutex};
         if (m_file < 0) return;
+        const auto block = packetOf(kind, bytes, now());
+        errno = 0;  // a write that the disk has room for half of sets none
         const auto begin = ::lseek(m_file, 0, SEEK_CUR);
         if (::write(m_file, block.data(), block.size()) == static_cast<ssize_t>(block.size())) return;
-        why = errno == 0 ? m_name.string() + ": no room is left" : whyNot(m_name);
+        why = whyNot(m_name);
         // A block that is cut would make readers doubt the rest.
         static_cast<void>(begin >= 0 && ::ftruncate(m_file, begin) == 0);
         ::close(std::exchange(m_file, -1));
     }
     Platform::current().runLoop().performOnMainThread(
         [failed = m_failed, why] { failed("The capture has ended: " + why + "."); });
+}
+
+std::uint64_t CaptureWriter::now() const {
+    // By the steady clock from the start on: packets stay in order when somebody sets the time.
+    const auto wall = m_wallStart + std::chrono::duration_cast<std::chrono::system_clock::duration>(
+                                        std::chrono::steady_clock::now() - m_start);
+    return static_cast<std::uint64_t>(
+        std::chrono::floor<std::chrono::microseconds>(wall).time_since_epoch().count());
 }
 
 }  // namespace torv

@@ -41,7 +41,7 @@ private:
 
     void note(std::string_view text);
     void write(CapturedKind kind, std::span<const std::uint8_t> bytes);
-    void put(std::span<const std::uint8_t> block);
+    [[nodiscard]] std::uint64_t now() const;  ///< microseconds since 1970
 
     const std::filesystem::path m_name;
     const Failed m_failed;

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cmath>
 
+#include "session/ConnectionOptions.h"
+
 namespace torv {
 namespace {
 
@@ -32,6 +34,8 @@ std::string tenths(double seconds) {
 ConnectionLine interfaceLine(const ConnectionFacts& facts) {
     ConnectionLine line{.subject = "Interface", .state = "none leads to the module", .verdict = Verdict::bad};
     line.advice = "Switch on this device's Wi-Fi and join the module's network.";
+    // The system may keep routes where nobody looks.
+    if (!facts.route && facts.connected) return {.subject = "Interface", .state = "not told by the system"};
     if (!facts.route) return line;
     line = {.subject = "Interface", .state = facts.route->interface, .verdict = Verdict::good};
     if (facts.route->interface == "lo") line.state += ", this device itself";
@@ -47,7 +51,7 @@ ConnectionLine interfaceLine(const ConnectionFacts& facts) {
 }
 
 ConnectionLine addressLine(const ConnectionFacts& facts) {
-    if (!facts.route) return {.subject = "Own address", .state = "none"};
+    if (!facts.route) return {.subject = "Own address", .state = "unknown"};
     if (facts.routeAddress)
         return {.subject = "Own address", .state = *facts.routeAddress, .verdict = Verdict::good};
     return {.subject = "Own address",
@@ -57,9 +61,8 @@ ConnectionLine addressLine(const ConnectionFacts& facts) {
 }
 
 ConnectionLine moduleLine(const ConnectionFacts& facts) {
-    ConnectionLine line{.subject = "Module",
-                        .state = facts.module.host + ", port " + std::to_string(facts.module.port),
-                        .verdict = Verdict::good};
+    ConnectionLine line{
+        .subject = "Module", .state = placeOfEndpoint(facts.module), .verdict = Verdict::good};
     if (facts.moduleChosen) {
         line.state += ", as it was asked for";
     } else if (!facts.ownAddress) {
@@ -71,6 +74,7 @@ ConnectionLine moduleLine(const ConnectionFacts& facts) {
 }
 
 ConnectionLine routeLine(const ConnectionFacts& facts) {
+    if (!facts.route && facts.connected) return {.subject = "Route", .state = "not told by the system"};
     if (!facts.route)
         return {.subject = "Route",
                 .state = "none",
@@ -104,7 +108,8 @@ ConnectionLine tcpLine(const ConnectionFacts& facts) {
         case Reach::unreachable:
             return bad("no way there", "Join the module's network.");
         case Reach::closed:
-            return bad("taken and closed", "Another handset may have the module. Close iTorv there.");
+            return bad("ended by the other end",
+                       "It is tried again every 3 seconds. Another handset may have the module.");
         case Reach::noAnswer:
             break;
     }
@@ -132,7 +137,11 @@ ConnectionLine framesLine(const ConnectionFacts& facts) {
                         .state = std::to_string(std::lround(figures.framesPerSecond)) +
                                  " a second, the last one " + tenths(age) + " s ago",
                         .verdict = Verdict::good};
-    if (facts.now - *figures.lastFrame <= silence) return line;
+    if (!facts.connected) {
+        line.verdict = Verdict::open;
+        line.state = counted(figures.frames, "frame", "frames") + " so far";
+    }
+    if (!facts.connected || facts.now - *figures.lastFrame <= silence) return line;
     line.verdict = Verdict::bad;
     line.advice = "The module has fallen silent. Is the ignition on?";
     return line;
@@ -158,7 +167,7 @@ ConnectionLine answersLine(const ConnectionFacts& facts) {
     if (asked == 0) return {.subject = "Answers", .state = "nothing has been asked yet"};
     ConnectionLine line{.subject = "Answers", .state = {}, .verdict = Verdict::good};
     if (figures.median)
-        line.state = "after " + std::to_string(figures.median->count()) + " ms as a rule, at worst " +
+        line.state = "usually after " + std::to_string(figures.median->count()) + " ms, at worst " +
                      std::to_string(figures.worst.value_or(*figures.median).count()) + " ms; ";
     line.state += std::to_string(figures.unanswered) + " of " + std::to_string(asked) + " did not come";
     const bool lost = static_cast<double>(figures.unanswered) > mostUnanswered * static_cast<double>(asked);
@@ -174,10 +183,10 @@ ConnectionLine attemptsLine(const ConnectionFacts& facts) {
     const auto again = figures.attempts > 0 ? figures.attempts - 1 : 0;
     ConnectionLine line{.subject = "Reconnects",
                         .state = counted(again, "attempt", "attempts") + " since the start, " +
-                                 counted(figures.sessions, "session", "sessions"),
+                                 counted(figures.sessionsLately, "session", "sessions") + " in the last hour",
                         .verdict = facts.connected ? Verdict::good : Verdict::open};
     constexpr std::uint64_t many = 3;
-    if (figures.sessions > many) {
+    if (figures.sessionsLately > many) {
         line.verdict = Verdict::bad;
         line.advice = "The connection breaks often: bring this device nearer to the module.";
     }
@@ -190,7 +199,6 @@ ConnectionFacts connectionFacts(const ZephrelaneDriver& driver, const LinkStatis
                                 const NetworkInterfaces& interfaces, RunLoop::Clock::time_point now) {
     const auto addresses = interfaces.addresses().value_or(std::vector<NetworkInterfaces::Address>{});
     ConnectionFacts facts{.decidingInterface = driver.options().interface,
-                          .ownAddress = addressOf(addresses, driver.options().interface),
                           .moduleChosen = driver.options().module.has_value(),
                           .module = driver.endpoint(),
                           .route = interfaces.routeTo(driver.endpoint().host),
@@ -199,6 +207,7 @@ ConnectionFacts connectionFacts(const ZephrelaneDriver& driver, const LinkStatis
                           .connected = driver.connected(),
                           .figures = statistics.figures(),
                           .now = now};
+    if (driver.decidingAddress() != "error") facts.ownAddress = driver.decidingAddress();
     if (facts.route) facts.routeAddress = addressOf(addresses, facts.route->interface);
     return facts;
 }

@@ -5,6 +5,7 @@
 
 #include "link/x2comCodec.h"
 #include "support/Hexadecimal.h"
+#include "support/TextNumbers.h"
 
 namespace torv {
 namespace {
@@ -37,6 +38,37 @@ AttributeNames attributeNames(const Vehicle& vehicle) {
         names.emplace(static_cast<std::uint8_t>(attribute.aid), *attribute.name);
     }
     return names;
+}
+
+std::string textOfNames(const AttributeNames& names) {
+    std::string lines;
+    for (const auto& [aid, name] : names) {
+        lines += std::to_string(aid) + '\t';
+        for (const char c : name)
+            lines += c == '\n' || c == '\t' ? ' ' : c;
+        lines += '\n';
+    }
+    return lines;
+}
+
+AttributeNames namesFromText(std::string_view text) {
+    AttributeNames names;
+    while (!text.empty()) {
+        const auto end = std::min(text.find('\n'), text.size());
+        const auto line = text.substr(0, end);
+        text.remove_prefix(std::min(end + 1, text.size()));
+        const auto tab = line.find('\t');
+        const auto aid = tab == std::string_view::npos ? -1 : intValue(std::string{line});
+        if (aid >= 0 && aid <= highestAID)
+            names.insert_or_assign(static_cast<std::uint8_t>(aid), std::string{line.substr(tab + 1)});
+    }
+    return names;
+}
+
+bool beginsWithFrame(std::span<const std::uint8_t> bytes) {
+    if (bytes.empty()) return false;
+    const auto length = x2comFrameLength(bytes.data());
+    return length > 0 && bytes.size() > length && x2comCheckFrame(bytes.data(), length) == x2comFrameGood;
 }
 
 std::string frameTypeText(std::uint8_t type) {

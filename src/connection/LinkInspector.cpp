@@ -2,11 +2,15 @@
 
 #include <algorithm>
 
+#include "connection/FrameText.h"
+#include "support/Hexadecimal.h"
+
 namespace torv {
 namespace {
 
 constexpr std::chrono::milliseconds longestSilence{600};
-constexpr std::chrono::seconds lateAtMost{1};  // what comes later answers nothing any more
+constexpr std::chrono::seconds lateAtMost{1};              // what comes later answers nothing any more
+constexpr std::chrono::milliseconds timeForSession{2900};  // an attempt has three seconds
 constexpr std::uint8_t lastType = x2comFrameResponse;
 constexpr std::uint8_t noAID = 255;
 constexpr std::uint8_t firstCountedAID = 220;
@@ -28,18 +32,10 @@ std::vector<LinkInspector::Finding> LinkInspector::findings() const {
     const std::scoped_lock lock{m_mutex};
     auto all = m_findings;
     // What is still missing now.
-    const auto add = [&all](LinkRule rule, const std::vector<std::uint8_t>& frame) {
-        const auto same = std::ranges::find(all, rule, &Finding::rule);
-        if (same == all.end()) {
-            all.push_back({rule, 1, frame});
-        } else {
-            ++same->count;
-        }
-    };
     for (const auto* channel : {&m_writes, &m_requests}) {
-        if (channel->overdue) add(channel->missing, channel->frame);
+        if (channel->overdue) add(all, channel->missing, channel->frame);
     }
-    if (m_lastChunk && m_loop.now() - *m_lastChunk > longestSilence) add(LinkRule::silence, {});
+    if (m_lastChunk && m_loop.now() - *m_lastChunk > longestSilence) add(all, LinkRule::silence, {});
     return all;
 }
 
@@ -48,17 +44,39 @@ void LinkInspector::find(LinkRule rule, std::string detail) {
     found(rule, {}, std::move(detail));
 }
 
-void LinkInspector::found(LinkRule rule, Bytes frame, std::string detail) {
-    const auto same = std::ranges::find(m_findings, rule, &Finding::rule);
-    if (same != m_findings.end()) {
+void LinkInspector::add(std::vector<Finding>& findings, LinkRule rule, Bytes frame, std::string detail) {
+    const auto same = std::ranges::find(findings, rule, &Finding::rule);
+    if (same != findings.end()) {
         ++same->count;
     } else {
-        m_findings.push_back({rule, 1, {frame.begin(), frame.end()}, std::move(detail)});
+        findings.push_back({rule, 1, {frame.begin(), frame.end()}, std::move(detail)});
     }
+}
+
+void LinkInspector::found(LinkRule rule, Bytes frame, std::string detail) {
+    add(m_findings, rule, frame, std::move(detail));
+}
+
+std::uint64_t LinkInspector::pushesOf(std::uint8_t aid) const {
+    const std::scoped_lock lock{m_mutex};
+    return m_pushes[aid];
+}
+
+std::vector<std::uint8_t> LinkInspector::aidsOf(Bytes frame) {
+    const auto type = x2comFrameType(frame.data());
+    const auto payload = frame.subspan(1, frame.size() - 2);
+    if (!holdsItems(type)) return {payload.begin(), payload.end()};
+    std::vector<std::uint8_t> aids;
+    for (std::size_t i = 0; i < payload.size();) {
+        aids.push_back(payload[i++]);
+        i += i < payload.size() ? x2comValueLength(aids.back(), payload[i]) : 0;
+    }
+    return aids;
 }
 
 void LinkInspector::attempted(const Endpoint&) {
     const std::scoped_lock lock{m_mutex};
+    m_attempted = m_loop.now();
     m_half.clear();
     m_lastChunk.reset();
     m_chunks = 0;
@@ -86,7 +104,8 @@ void LinkInspector::connectionEnded(const Endpoint&, ByteStream::Reach how, bool
     m_lastChunk.reset();
     if (how == ByteStream::Reach::refused) found(LinkRule::refusedConnection, {});
     if (how == ByteStream::Reach::closed) found(LinkRule::lostConnection, {});
-    if (how == ByteStream::Reach::open && !hadSession) found(LinkRule::noFrames, {});
+    const bool longEnough = m_attempted && m_loop.now() - *m_attempted >= timeForSession;
+    if (how == ByteStream::Reach::open && !hadSession && longEnough) found(LinkRule::noFrames, {});
 }
 
 void LinkInspector::frameSent(Bytes frame, x2comTxResult) {
@@ -97,6 +116,7 @@ void LinkInspector::frameSent(Bytes frame, x2comTxResult) {
     if (channel.overdue) giveUp(channel);
     channel.asked = m_loop.now();
     channel.frame.assign(frame.begin(), frame.end());
+    channel.aids = aidsOf(frame);
     channel.overdue = channel.answerSeen = false;
 }
 
@@ -124,6 +144,9 @@ void LinkInspector::answered(Channel& channel, Bytes frame) {
     const auto now = m_loop.now();
     if (channel.overdue && now - *channel.asked > lateAtMost) giveUp(channel);
     if (!channel.asked || channel.answerSeen) return found(channel.stray, frame);
+    const auto answers = aidsOf(frame);
+    if (std::ranges::find_first_of(answers, channel.aids) == answers.end())
+        return found(LinkRule::wrongAnswer, frame, "asked was " + hexadecimalText(channel.frame));
     if (!channel.overdue) {
         channel.answerSeen = true;
         return;
@@ -141,17 +164,12 @@ void LinkInspector::chunkReceived(Bytes chunk, x2comResult) {
     inspect(chunk);
 }
 
-bool LinkInspector::isWhole(Bytes frame) {
-    const std::size_t length = x2comFrameLength(frame.data());
-    return length > 0 && frame.size() > length &&
-           x2comCheckFrame(frame.data(), static_cast<std::uint8_t>(length)) == x2comFrameGood;
-}
-
 void LinkInspector::inspect(Bytes chunk) {
     if (!m_half.empty()) {
         auto joined = m_half;
         joined.insert(joined.end(), chunk.begin(), chunk.end());
-        const bool completes = !isWhole(chunk) && joined.size() <= x2comFrameSize && isWhole(joined);
+        const bool completes =
+            !beginsWithFrame(chunk) && joined.size() <= x2comFrameSize && beginsWithFrame(joined);
         found(completes ? LinkRule::split : LinkRule::checksum, completes ? Bytes{joined} : Bytes{m_half});
         m_half.clear();
         if (completes) return;
@@ -162,7 +180,7 @@ void LinkInspector::inspect(Bytes chunk) {
         m_half.assign(chunk.begin(), chunk.end());
         return;
     }
-    if (!isWhole(chunk)) return found(LinkRule::checksum, chunk);
+    if (!beginsWithFrame(chunk)) return found(LinkRule::checksum, chunk);
     if (chunk.size() > length + 1) found(LinkRule::joined, chunk);
     inspectFrame(chunk.first(length + 1));
 }
@@ -173,6 +191,10 @@ void LinkInspector::inspectFrame(Bytes frame) {
     if (++m_chunks <= firstChunks && type != x2comFrameWrite && !isPush) found(LinkRule::beginning, frame);
     m_chunks = std::min(m_chunks, firstChunks);
     if (type > lastType) return found(LinkRule::reservedType, frame);
+    if (isPush) {
+        for (const auto aid : aidsOf(frame))
+            ++m_pushes[aid];
+    }
     if (holdsItems(type)) inspectItems(frame);
     switch (type) {
         case x2comFrameWrite:

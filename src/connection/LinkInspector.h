@@ -30,12 +30,14 @@ enum class LinkRule : std::uint8_t {
     missingResponse,
     lateResponse,
     strayResponse,
+    wrongAnswer,
     ownWrite,
     ownRequest,
     refusedConnection,
     lostConnection,
     noFrames,
     notKept,
+    notSentBack,
 };
 
 struct LinkRuleText {
@@ -44,7 +46,7 @@ struct LinkRuleText {
     const char* sentence;  ///< what is wrong
     bool isRemark;         ///< allowed, and unusual
 };
-inline constexpr std::array<LinkRuleText, 22> linkRules{{
+inline constexpr std::array<LinkRuleText, 24> linkRules{{
     {LinkRule::checksum, "checksum", "a frame's checksum is wrong", false},
     {LinkRule::split, "split", "a frame comes in two segments", false},
     {LinkRule::joined, "joined", "more than one frame comes in a segment", false},
@@ -65,6 +67,7 @@ inline constexpr std::array<LinkRuleText, 22> linkRules{{
     {LinkRule::lateResponse, "late-response",
      "a request is answered later than 0.1 seconds, the frame behind the response included", false},
     {LinkRule::strayResponse, "stray-response", "a response comes that no request waits for", false},
+    {LinkRule::wrongAnswer, "wrong-answer", "an ack or a response is for another AID than was asked", false},
     {LinkRule::ownWrite, "own-write", "the module writes to the handset", true},
     {LinkRule::ownRequest, "own-request", "the module asks what the handset last wrote", true},
     {LinkRule::refusedConnection, "refused", "the connection is refused", false},
@@ -72,6 +75,8 @@ inline constexpr std::array<LinkRuleText, 22> linkRules{{
     {LinkRule::noFrames, "no-frames",
      "the module takes the connection and brings no session up within 3 seconds", false},
     {LinkRule::notKept, "not-kept", "a write is acknowledged, and the value is another one afterwards",
+     false},
+    {LinkRule::notSentBack, "not-sent-back", "a changed value is not sent within a second of the write's ack",
      false},
 }};
 
@@ -92,6 +97,8 @@ public:
     [[nodiscard]] std::vector<Finding> findings() const;
     /// What is found by whoever writes and reads back.
     void find(LinkRule rule, std::string detail);
+    /// How often an AID has come in a push so far.
+    [[nodiscard]] std::uint64_t pushesOf(std::uint8_t aid) const;
 
     void attempted(const Endpoint& endpoint) override;
     void sessionCameUp() override;
@@ -111,27 +118,31 @@ private:
         LinkRule stray;
         std::optional<Time> asked{};        // and not answered yet
         std::vector<std::uint8_t> frame{};  // the question
+        std::vector<std::uint8_t> aids{};   // that it asks for
         bool overdue = false;               // the handset waits no more
         bool answerSeen = false;            // before the handset stopped waiting
     };
 
+    static void add(std::vector<Finding>& findings, LinkRule rule, Bytes frame, std::string detail = {});
     void found(LinkRule rule, Bytes frame, std::string detail = {});
     void lookAtSilence(Bytes nextChunk);
     void inspect(Bytes chunk);
     void inspectFrame(Bytes frame);
     void inspectItems(Bytes frame);
+    [[nodiscard]] static std::vector<std::uint8_t> aidsOf(Bytes frame);
     void answered(Channel& channel, Bytes frame);
     void giveUp(Channel& channel);
-    [[nodiscard]] static bool isWhole(Bytes frame);
 
     const RunLoop& m_loop;
     mutable std::mutex m_mutex;
     std::vector<Finding> m_findings;
     Channel m_writes{LinkRule::missingAck, LinkRule::lateAck, LinkRule::strayAck};
     Channel m_requests{LinkRule::missingResponse, LinkRule::lateResponse, LinkRule::strayResponse};
-    std::vector<std::uint8_t> m_half;  // a chunk that is shorter than its frame
-    std::optional<Time> m_lastChunk;   // of this connection
-    int m_chunks = 0;                  // of this connection, up to 3
+    std::vector<std::uint8_t> m_half;           // a chunk that is shorter than its frame
+    std::optional<Time> m_attempted;            // this connection
+    std::array<std::uint64_t, 256> m_pushes{};  // by AID
+    std::optional<Time> m_lastChunk;            // of this connection
+    int m_chunks = 0;                           // of this connection, up to 3
 };
 
 }  // namespace torv

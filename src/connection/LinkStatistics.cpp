@@ -3,20 +3,18 @@
 #include <algorithm>
 #include <utility>
 
+#include "session/ConnectionOptions.h"
+
 namespace torv {
 namespace {
-
-std::string placeText(const Endpoint& endpoint) {
-    return endpoint.host + ", port " + std::to_string(endpoint.port);
-}
 
 std::string endText(const Endpoint& endpoint, ByteStream::Reach how, bool hadSession) {
     if (hadSession) return "The connection was lost";
     switch (how) {
         case ByteStream::Reach::unreachable:
-            return "There was no way to " + placeText(endpoint);
+            return "There was no way to " + placeOfEndpoint(endpoint);
         case ByteStream::Reach::refused:
-            return placeText(endpoint) + ", refused the connection";
+            return "Refused by " + placeOfEndpoint(endpoint);
         case ByteStream::Reach::open:
             return "The module took the connection and sent no values";
         case ByteStream::Reach::closed:
@@ -24,7 +22,7 @@ std::string endText(const Endpoint& endpoint, ByteStream::Reach how, bool hadSes
         case ByteStream::Reach::noAnswer:
             break;
     }
-    return "No answer from " + placeText(endpoint);
+    return "No answer from " + placeOfEndpoint(endpoint);
 }
 
 }  // namespace
@@ -47,8 +45,10 @@ void LinkStatistics::attempted(const Endpoint&) {
 
 void LinkStatistics::sessionCameUp() {
     const std::scoped_lock lock{m_mutex};
-    ++m_figures.sessions;
     m_figures.upSince = m_loop.now();
+    m_sessions.push_back(*m_figures.upSince);
+    while (*m_figures.upSince - m_sessions.front() > lately)
+        m_sessions.pop_front();
     note("Connected");
 }
 
@@ -60,18 +60,12 @@ void LinkStatistics::connectionEnded(const Endpoint& endpoint, ByteStream::Reach
 
 void LinkStatistics::exchangeEnded(const Exchange& exchange) {
     const std::scoped_lock lock{m_mutex};
-    if (!exchange.answered) {
-        ++m_figures.unanswered;
-        if (m_figures.upSince)
-            note(std::string{exchange.isWrite ? "A write of AID " : "A request of AID "} +
-                 std::to_string(exchange.aid) + " was not answered");
-        return;
-    }
-    ++m_figures.answered;
-    m_answers.push_back(exchange.took);
-    if (m_answers.size() > keptAnswers) m_answers.pop_front();
-    const auto took = std::chrono::ceil<std::chrono::milliseconds>(exchange.took);
-    m_figures.worst = std::max(m_figures.worst.value_or(took), took);
+    if (!m_figures.upSince) return;  // nobody was there to answer
+    m_exchanges.push_back(exchange);
+    if (m_exchanges.size() > keptExchanges) m_exchanges.pop_front();
+    if (exchange.answered) return;
+    note(std::string{exchange.isWrite ? "A write of AID " : "A request of AID "} +
+         std::to_string(exchange.aid) + " was not answered");
 }
 
 void LinkStatistics::chunkReceived(std::span<const std::uint8_t>, x2comResult resultOfTheOneBefore) {
@@ -91,12 +85,19 @@ LinkStatistics::Figures LinkStatistics::figures() const {
     auto figures = m_figures;
     const auto recent = std::ranges::count_if(m_arrivals, [&](Time time) { return now - time <= window; });
     figures.framesPerSecond = static_cast<double>(recent) / window.count();
-    if (!m_answers.empty()) {
-        std::vector<std::chrono::nanoseconds> sorted{m_answers.begin(), m_answers.end()};
-        const auto middle = sorted.begin() + static_cast<std::ptrdiff_t>(sorted.size() / 2);
-        std::nth_element(sorted.begin(), middle, sorted.end());
-        figures.median = std::chrono::ceil<std::chrono::milliseconds>(*middle);
+    std::vector<std::chrono::milliseconds> answers;
+    for (const auto& exchange : m_exchanges) {
+        if (exchange.answered) answers.push_back(std::chrono::ceil<std::chrono::milliseconds>(exchange.took));
     }
+    figures.answered = answers.size();
+    figures.unanswered = m_exchanges.size() - answers.size();
+    if (!answers.empty()) {
+        std::ranges::sort(answers);
+        figures.median = answers[answers.size() / 2];
+        figures.worst = answers.back();
+    }
+    figures.sessionsLately = static_cast<std::uint64_t>(
+        std::ranges::count_if(m_sessions, [&](Time begun) { return now - begun <= lately; }));
     return figures;
 }
 

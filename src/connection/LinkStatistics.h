@@ -31,14 +31,15 @@ public:
         std::optional<Time> lastFrame{};
         std::uint64_t frames = 0;
         std::uint64_t damaged = 0;  ///< whose checksum was wrong
+        // Of the last hundred exchanges within sessions.
         std::uint64_t answered = 0;
         std::uint64_t unanswered = 0;
-        std::optional<std::chrono::milliseconds> median{};  ///< of the last answers' times
-        std::optional<std::chrono::milliseconds> worst{};   ///< of all answers
+        std::optional<std::chrono::milliseconds> median{};
+        std::optional<std::chrono::milliseconds> worst{};
         std::uint64_t attempts = 0;
-        std::uint64_t sessions = 0;
-        std::optional<Time> upSince{};  ///< nothing while there is no session
-        std::vector<Event> events{};    ///< the latest first
+        std::uint64_t sessionsLately = 0;  ///< begun within the last hour
+        std::optional<Time> upSince{};     ///< nothing while there is no session
+        std::vector<Event> events{};       ///< the latest first
     };
 
     explicit LinkStatistics(const RunLoop& loop) : m_loop(loop) {}
@@ -53,15 +54,17 @@ public:
 
 private:
     static constexpr std::chrono::seconds window{2};
-    static constexpr std::size_t keptAnswers = 101;
+    static constexpr std::chrono::hours lately{1};
+    static constexpr std::size_t keptExchanges = 101;
 
     void note(std::string text);
 
     const RunLoop& m_loop;
     mutable std::mutex m_mutex;
     Figures m_figures;
-    std::deque<Time> m_arrivals;                     // within the window
-    std::deque<std::chrono::nanoseconds> m_answers;  // the last ones
+    std::deque<Time> m_arrivals;  // within the window
+    std::deque<Time> m_sessions;  // lately begun
+    std::deque<Exchange> m_exchanges;
 };
 
 }  // namespace torv

@@ -29,8 +29,7 @@ QString ConnectionStatus::text() const {
 
 QString ConnectionStatus::hint() const {
     if (m_connected || !m_looked) return {};
-    const auto& module = m_feeder->driver().endpoint();
-    auto place = QStringLiteral("at %1, port %2").arg(QString::fromStdString(module.host)).arg(module.port);
+    const auto place = QString::fromStdString("at " + placeOfEndpoint(m_feeder->driver().endpoint()));
     if (m_looksInVain < looksUntilAdvice) return place;
     return place + QStringLiteral(". Is the ignition on, and this device in the module's Wi-Fi?");
 }

@@ -38,4 +38,8 @@ std::string textOfEndpoint(const Endpoint& endpoint) {
     return endpoint.host + ':' + std::to_string(endpoint.port);
 }
 
+std::string placeOfEndpoint(const Endpoint& endpoint) {
+    return endpoint.host + ", port " + std::to_string(endpoint.port);
+}
+
 }  // namespace torv

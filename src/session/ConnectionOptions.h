@@ -16,7 +16,8 @@ struct ConnectionOptions {
 
 /// "HOST:PORT" with a dotted address or "localhost", and a port from 1 to 65535; nothing otherwise.
 [[nodiscard]] std::optional<Endpoint> endpointFromText(std::string_view text);
-/// "HOST:PORT".
+/// "HOST:PORT", and for people "HOST, port PORT".
 [[nodiscard]] std::string textOfEndpoint(const Endpoint& endpoint);
+[[nodiscard]] std::string placeOfEndpoint(const Endpoint& endpoint);
 
 }  // namespace torv

@@ -32,11 +32,12 @@ public:
     virtual void sessionCameUp() {}
     /// How far the attempt came; a session may have been up or not.
     virtual void connectionEnded(const Endpoint&, ByteStream::Reach, bool /*hadSession*/) {}
+    /// Not told of one that ended because the program quits.
     virtual void exchangeEnded(const Exchange&) {}
     /// Main thread, under the driver's exchange lock.
     virtual void frameSent(std::span<const std::uint8_t> /*frame*/, x2comTxResult) {}
-    /// Reading thread, no lock held. The engine decodes one chunk late: the result is that of the chunk
-    /// before this one.
+    /// Reading thread, no lock held; the last ones of a connection may be told after its end. The engine
+    /// decodes one chunk late: the result is that of the chunk before this one.
     virtual void chunkReceived(std::span<const std::uint8_t> /*chunk*/, x2comResult) {}
 };
 

@@ -85,7 +85,8 @@ std::string ZephrelaneDriver::getIPAddress() const {
 }
 
 void ZephrelaneDriver::openSockets() {
-    const bool selfAssigned = getIPAddress().starts_with("169");
+    m_decidingAddress = getIPAddress();
+    const bool selfAssigned = m_decidingAddress.starts_with("169");
     m_endpoint = m_options.module.value_or(Endpoint{selfAssigned ? "169.254.1.1" : "1.2.3.4", modulePort});
     m_hadSession = false;
     tell(&LinkMonitor::attempted, m_endpoint);
@@ -249,6 +250,7 @@ bool ZephrelaneDriver::runExchange(RequestExchange request, std::int32_t aid, st
         if (!loop.runOnce()) break;
     }
     const bool answered = done;
+    if (!answered && loop.isQuitting()) return false;  // which says nothing of the module
     tell(&LinkMonitor::exchangeEnded,
          LinkMonitor::Exchange{&done == &m_writeDone, aid, loop.now() - begun, answered});
     return answered;

@@ -92,6 +92,8 @@ public:
     [[nodiscard]] const Endpoint& endpoint() const { return m_endpoint; }
 
     [[nodiscard]] const ConnectionOptions& options() const { return m_options; }
+    /// What `getIPAddress` gave when the module was last looked for. Main thread.
+    [[nodiscard]] const std::string& decidingAddress() const { return m_decidingAddress; }
     /// The dotted address of the interface that decides, or "error".
     [[nodiscard]] std::string getIPAddress() const;
     void openSockets();
@@ -147,6 +149,7 @@ private:
     std::shared_ptr<ByteStream> m_stream;  // null while closed
     bool m_hadSession = false;             // this stream
     Endpoint m_endpoint;
+    std::string m_decidingAddress = "error";
     ByteStream::Reach m_lastReach = ByteStream::Reach::noAnswer;  // of the attempt before this one
     ReconnectChain m_chain;
     Heartbeat m_heartbeat;

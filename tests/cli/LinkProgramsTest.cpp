@@ -27,11 +27,12 @@ TEST_F(ProgramsWithModule, CheckGivesAVerdictAndPutsBackWhatItTried) {
         return run("itorvctl", QStringList{"check", "--json", "--for", "2", "--module", address} + more);
     };
     auto result = check({});
-    auto findings = objects(result.output, "finding");
-    // A machine that is busy may take two frames for one.
-    for (const auto* rule : {"joined", "checksum", "split", "late-ack", "late-response"})
-        findings.erase(rule);
-    EXPECT_TRUE(findings.empty()) << result.output;
+    // On a busy machine the handset may take two frames for one.
+    for (int again = 0; again < 4 && result.code != 0; ++again)
+        result = check({});
+    EXPECT_EQ(result.code, 0) << result.output;
+    EXPECT_TRUE(objects(result.output, "finding").empty()) << result.output;
+    EXPECT_TRUE(objects(result.output, "passed").contains("true"));
     EXPECT_EQ(objects(result.output, "subject").size(), 10U);
     EXPECT_EQ(objects(result.output, "subject")["Module"]["verdict"].toString(), "ok");
 
@@ -44,10 +45,12 @@ TEST_F(ProgramsWithModule, CheckGivesAVerdictAndPutsBackWhatItTried) {
     module->setWriteFault(43, bench::WriteFault::refuse);
     result = check({"--try-writes", "--force"});
     EXPECT_EQ(result.code, 5) << result.error;
-    findings = objects(result.output, "finding");
+    auto findings = objects(result.output, "finding");
     ASSERT_TRUE(findings.contains("not-kept")) << result.output;
     EXPECT_EQ(findings["not-kept"]["count"].toInt(), 2) << result.output;
-    EXPECT_TRUE(findings.contains("missing-ack")) << result.output;
+    ASSERT_TRUE(findings.contains("missing-ack")) << result.output;
+    EXPECT_EQ(findings["missing-ack"]["frame"].toString().left(4), "032b") << "a write of AID 43";
+    EXPECT_FALSE(findings.contains("not-sent-back")) << result.output;
     EXPECT_TRUE(objects(result.output, "passed").contains("false"));
     EXPECT_EQ(module->value(95), before);
 
@@ -57,6 +60,8 @@ TEST_F(ProgramsWithModule, CheckGivesAVerdictAndPutsBackWhatItTried) {
     EXPECT_NE(result.output.find("no  Connection    refused. "), std::string::npos) << result.output;
     EXPECT_NE(result.output.find("finding refused: the connection is refused"), std::string::npos)
         << result.output;
+    EXPECT_EQ(result.output.find("docs/link.md"), std::string::npos)
+        << "no verdict on a module that is not there";
 }
 
 TEST_F(ProgramsWithModule, ACaptureIsReadBackWithTheNamesOfTheVehicle) {

@@ -1,5 +1,8 @@
 #include "connection/screens/ConnectionViewController.h"
 
+#include <array>
+#include <utility>
+
 #include "platform/Platform.h"
 
 namespace torv {
@@ -27,8 +30,13 @@ ConnectionViewController::ConnectionViewController(std::shared_ptr<iTorvAppDeleg
     connect(&m_display, &DisplayChoices::changed, this, [this] { look(); });
 }
 
+ConnectionViewController::~ConnectionViewController() {
+    if (m_timer) m_timer->invalidate();
+}
+
 void ConnectionViewController::viewDidLoad() {
     setTitle(QStringLiteral("Connection"));
+    m_hasSettings = Platform::current().wirelessNetworks().canOpenSettings();
     setLeftBarButton(std::make_unique<BarButtonItem>(QStringLiteral("Close"),
                                                      [this] { dismissModalViewControllerAnimated(true); }));
     setRightBarButton(std::make_unique<BarButtonItem>(QStringLiteral("Brightness"),
@@ -39,6 +47,7 @@ void ConnectionViewController::viewDidLoad() {
 void ConnectionViewController::viewWillAppear() {
     look();
     TableViewController::viewWillAppear();
+    if (m_timer) m_timer->invalidate();
     m_timer = Platform::current().runLoop().scheduleTimer(lookInterval, true,
                                                           [this, self = weak_from_this()](Timer&) {
                                                               if (const auto alive = self.lock()) look();
@@ -55,14 +64,7 @@ void ConnectionViewController::look() {
     auto facts = connectionFacts(m_application->feeder()->driver(), m_application->statistics(),
                                  platform.networkInterfaces(), platform.runLoop().now());
     const auto interface = facts.route ? facts.route->interface : std::string {};
-    if (interface != m_askedOf) m_wireless.reset();
-    m_askedOf = interface;
-    if (!interface.empty()) {
-        platform.wirelessNetworks().ask(interface, [self = weak_from_this(), interface](auto network) {
-            const auto alive = std::dynamic_pointer_cast<ConnectionViewController>(self.lock());
-            if (alive && alive->m_askedOf == interface) alive->m_wireless = std::move(network);
-        });
-    }
+    askOfWireless(interface);
     facts.wireless = m_wireless;
     m_lines = connectionReport(facts);
     const bool same = m_events.size() == facts.figures.events.size();
@@ -84,10 +86,23 @@ void ConnectionViewController::look() {
     }
 }
 
+/// One question at a time; the answer is shown with the next look.
+void ConnectionViewController::askOfWireless(const std::string& interface) {
+    if (std::exchange(m_askedOf, interface) != interface) m_wireless.reset();
+    if (interface.empty() || m_asking) return;
+    m_asking = true;
+    Platform::current().wirelessNetworks().ask(interface, [self = weak_from_this(), interface](auto network) {
+        const auto alive = std::dynamic_pointer_cast<ConnectionViewController>(self.lock());
+        if (!alive) return;
+        alive->m_asking = false;
+        if (alive->m_askedOf == interface) alive->m_wireless = std::move(network);
+    });
+}
+
 int ConnectionViewController::numberOfRowsInSection(int section) {
     if (section == report) return static_cast<int>(m_lines.size());
     if (section == events) return static_cast<int>(m_events.size());
-    return Platform::current().wirelessNetworks().canOpenSettings() ? 4 : 3;
+    return m_hasSettings ? 4 : 3;
 }
 
 QString ConnectionViewController::titleForHeaderInSection(int section) {

@@ -20,6 +20,7 @@ class ConnectionViewController final : public torv::TableViewController, public 
 public:
     /// `display` outlives it.
     ConnectionViewController(std::shared_ptr<iTorvAppDelegate> application, DisplayChoices& display);
+    ~ConnectionViewController() override;
 
     void viewDidLoad() override;
     void viewWillAppear() override;
@@ -40,6 +41,7 @@ private:
     enum DisplayRow { brightness, contrast, sound, wirelessSettings };
 
     void look();
+    void askOfWireless(const std::string& interface);
     void fill(TableViewCell& cell, const ConnectionLine& line) const;
     void fill(TableViewCell& cell, const LinkStatistics::Event& event) const;
     void fillDisplay(TableViewCell& cell, int row) const;
@@ -48,6 +50,8 @@ private:
     DisplayChoices& m_display;
     std::optional<WirelessNetworks::Network> m_wireless;
     std::string m_askedOf;  // the interface that `m_wireless` is of
+    bool m_asking = false;
+    bool m_hasSettings = false;
     std::vector<ConnectionLine> m_lines;
     std::vector<LinkStatistics::Event> m_events;
     std::shared_ptr<Timer> m_timer;

@@ -13,6 +13,11 @@ void CanberraTone::Destroy::operator()(ca_context* context) const {
 }
 
 void CanberraTone::play() {
+    if (!m_queue) m_queue = std::make_unique<ThreadWorkQueue>("warning tone");
+    m_queue->post([this] { playNow(); });
+}
+
+void CanberraTone::playNow() {
     if (!m_context) {
         ca_context* made = nullptr;
         if (ca_context_create(&made) != CA_SUCCESS) return;

@@ -1,5 +1,7 @@
 #include "platform/real/DesktopFileChooser.h"
 
+#include <QDBusConnection>
+#include <QDBusServiceWatcher>
 #include <QEventLoop>
 #include <QStringList>
 #include <QUrl>
@@ -15,6 +17,13 @@ DesktopFileChooser::Outcome DesktopFileChooser::choose(const QString& title) {
     call << QString{} << title;
     QEventLoop loop;
     Outcome outcome;
+    const QDBusServiceWatcher watcher{QStringLiteral("org.freedesktop.portal.Desktop"),
+                                      QDBusConnection::sessionBus(),
+                                      QDBusServiceWatcher::WatchForUnregistration};
+    QObject::connect(&watcher, &QDBusServiceWatcher::serviceUnregistered, &loop, [&] {
+        outcome.error = "the desktop's file chooser has gone";
+        loop.quit();
+    });
     DesktopPortal::ask(call, {}, [&](const DesktopPortal::Answer& answer) {
         loop.quit();
         if (!answer.asked) {
@@ -25,6 +34,7 @@ DesktopFileChooser::Outcome DesktopFileChooser::choose(const QString& title) {
             answer.results.value_or(QVariantMap{}).value(QStringLiteral("uris")).toStringList();
         const QUrl place{places.value(0)};
         if (place.isLocalFile()) outcome.file = place.toLocalFile();
+        if (!place.isLocalFile() && !answer.cancelled) outcome.error = "that is no file of this device";
     });
     loop.exec();
     return outcome;

@@ -13,7 +13,7 @@ Row {
     spacing: 6 * u
     Accessible.role: Accessible.Button
     Accessible.name: status.text
-    Accessible.description: "What is known of the connection"
+    Accessible.description: "Opens the page about the connection"
     Accessible.onPressAction: touched()
 
     Rectangle {
