@@ -1,5 +1,6 @@
 // A tuning profile is made, edited, pushed and found again, by keys in the real window.
 #include <QQuickItem>
+#include <fstream>
 
 #include "Journey.h"
 #include "tuning/ProfileValues.h"
@@ -39,7 +40,7 @@ TEST_F(TuningJourneyTest, MadeEditedPushedAndFoundAfterARestart) {
     const auto bar = app->view()->height() / u - (equalizer.scaleFrame().height() + 73 + 51);
     const auto& knob = *equalizer.knobs()[0];
     const auto at = [&](double y) {
-        return QPoint{static_cast<int>((32 + 30) * u), static_cast<int>((bar + 32 + 30 + y) * u)};
+        return QPoint{static_cast<int>((30 + 30) * u), static_cast<int>((bar + 32 + 30 + y) * u)};
     };
     QTest::mousePress(app->view(), Qt::LeftButton, {}, at(knob.handleCenter()));
     QTest::mouseMove(app->view(), at(knob.handleCenter() - 20));
@@ -77,6 +78,20 @@ TEST_F(TuningJourneyTest, MadeEditedPushedAndFoundAfterARestart) {
     app->runFor(300ms);
     openMenuRow(3, "Custom Tuning");
     EXPECT_NE(table().cellAt({0, 2})->image(), "");
+}
+
+/// What a second start with a file does, once the first one has ended.
+TEST_F(TuningJourneyTest, AFileBecomesAProfileThatIsListed) {
+    const auto file = home.filePath("tow.itorv.json").toStdString();
+    std::ofstream{file} << R"({"profileName": "Tow", "settingsMap": {"42": "120"}})";
+    start({}, "file://" + file);
+    ASSERT_TRUE(waitForTitle("Profile Name"));
+    table().rightBarButton()->touch();
+    ASSERT_TRUE(waitForTitle("Tow"));
+    table().rightBarButton()->touch();
+    ASSERT_TRUE(waitForTitle("Custom Tuning"));
+    EXPECT_EQ(table().cellAt({0, table().numberOfRowsInSection(0) - 1})->text(), "Tow");
+    EXPECT_EQ(firstByte("Tow", 42), 120);
 }
 
 }  // namespace

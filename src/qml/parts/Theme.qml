@@ -20,6 +20,8 @@ QtObject {
     readonly property list<color> curves: ["#feae16", "#4fc3f7", "#f3f4f5", "#e57fb8", "#53c26b", "#9d8cff"]
 
     readonly property string digits: segments.name
+    // Digits of segments fill the size of their font; so much of it makes them as high as capitals of that size.
+    readonly property real digitSize: 0.8
     readonly property FontLoader segments: FontLoader { source: "qrc:/fonts/DSEG7Classic-Bold.ttf" }
 
     readonly property int touch: 44  // points that a finger can hit

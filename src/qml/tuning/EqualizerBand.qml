@@ -43,7 +43,6 @@ Item {
         y: Math.round(band.knob.scaleFrame.y * band.u)
         u: band.u
         ticks: band.knob.ticks
-        opacity: 0.45
     }
     Item {
         id: slider
@@ -135,7 +134,7 @@ Item {
             color: band.knob.outOfRange ? Theme.alarm : Theme.accent
             font.family: Theme.digits
             font.bold: true
-            font.pixelSize: Math.max(Math.round(12 * band.u), 1)
+            font.pixelSize: Math.max(Math.round(18 * Theme.digitSize * band.u), 1)
             fontSizeMode: Text.HorizontalFit
             minimumPixelSize: 1
         }

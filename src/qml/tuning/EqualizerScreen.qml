@@ -23,8 +23,9 @@ FocusScope {
         frame: Qt.rect(0, 0, equalizer.width, equalizer.height)
         name: "picture/BG_BASE.png"
     }
+    // Words keep the plain face: the digits' font has no letters that could be read.
     Text {
-        y: Math.round(36 * equalizer.u)
+        y: Math.round(32 * equalizer.u)
         width: Math.round(30 * equalizer.u)
         horizontalAlignment: Text.AlignHCenter
         textFormat: Text.PlainText
@@ -32,12 +33,12 @@ FocusScope {
         color: Theme.text
         fontSizeMode: Text.HorizontalFit
         minimumPixelSize: 1
-        font.pixelSize: Math.max(Math.round(14 * equalizer.u), 1)
+        font.pixelSize: Math.max(Math.round(18 * equalizer.u), 1)
     }
+    // From 10 and 18 wide; the digits may take what is free to the left, so that all numbers are of one size.
     Text {
-        x: Math.round(4 * equalizer.u)
         y: Math.round(58 * equalizer.u)
-        width: Math.round(24 * equalizer.u)
+        width: Math.round(28 * equalizer.u)
         horizontalAlignment: Text.AlignRight
         textFormat: Text.PlainText
         text: equalizer.screen.maximum
@@ -45,19 +46,14 @@ FocusScope {
         fontSizeMode: Text.HorizontalFit
         minimumPixelSize: 1
         font.family: Theme.digits
-        font.pixelSize: Math.max(Math.round(9 * equalizer.u), 1)
+        font.pixelSize: Math.max(Math.round(12 * Theme.digitSize * equalizer.u), 1)
     }
     EqualizerTicks {
         x: Math.round(equalizer.screen.scaleFrame.x * equalizer.u)
         y: Math.round(equalizer.screen.scaleFrame.y * equalizer.u)
         u: equalizer.u
+        room: equalizer.screen.scaleFrame.x
         ticks: equalizer.screen.ticks
-    }
-    Rectangle {
-        x: Math.round(30 * equalizer.u)
-        width: Math.max(Math.round(2 * equalizer.u), 1)
-        height: parent.height
-        color: "#ffffff"
     }
     ListView {
         id: strip
@@ -65,7 +61,7 @@ FocusScope {
         property bool keysUsed: false
 
         anchors.fill: parent
-        anchors.leftMargin: Math.round(32 * equalizer.u)
+        anchors.leftMargin: Math.round(30 * equalizer.u)
         anchors.topMargin: Math.round(32 * equalizer.u)
         orientation: ListView.Horizontal
         rightMargin: Math.round(16 * equalizer.u)
@@ -102,5 +98,12 @@ FocusScope {
             else if (event.key === Qt.Key_Return || event.key === Qt.Key_Enter) knob.knob.touchValue();
             else event.accepted = false;
         }
+    }
+    Rectangle {
+        // Over the first two points of the strip.
+        x: Math.round(30 * equalizer.u)
+        width: Math.max(Math.round(2 * equalizer.u), 1)
+        height: parent.height
+        color: "#ffffff"
     }
 }

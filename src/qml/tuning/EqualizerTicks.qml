@@ -8,6 +8,7 @@ Item {
     id: scale
 
     property real u: 1
+    property real room: 0  // points to the left of it that numbers may take
     property list<equalizerTick> ticks
 
     Repeater {
@@ -25,9 +26,9 @@ Item {
             color: modelData.highlighted ? "#00ff00" : "#ffffff"
 
             Text {
-                x: Math.round((tick.modelData.labelFrame.x - tick.modelData.frame.x) * scale.u)
+                x: Math.round((tick.modelData.labelFrame.x - tick.modelData.frame.x - scale.room) * scale.u)
                 y: Math.round((tick.modelData.labelFrame.y - tick.modelData.frame.y) * scale.u)
-                width: Math.round(tick.modelData.labelFrame.width * scale.u)
+                width: Math.round((tick.modelData.labelFrame.width + scale.room) * scale.u)
                 height: Math.round(tick.modelData.labelFrame.height * scale.u)
                 visible: text !== ""
                 horizontalAlignment: Text.AlignRight
@@ -38,7 +39,7 @@ Item {
                 fontSizeMode: Text.HorizontalFit
                 minimumPixelSize: 1
                 font.family: Theme.digits
-                font.pixelSize: Math.max(Math.round(9 * scale.u), 1)
+                font.pixelSize: Math.max(Math.round(12 * Theme.digitSize * scale.u), 1)
             }
         }
     }
