@@ -12,6 +12,7 @@
 #include "dashboards/TorqueLockView.h"
 #include "dashboards/View.h"
 #include "dashboards/WarningView.h"
+#include "session/ValueAger.h"
 #include "vehicles/Vehicle.h"
 
 namespace torv {
