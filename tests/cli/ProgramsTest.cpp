@@ -337,7 +337,8 @@ TEST_F(ProgramsWithModule, SettingsAndWarningsChangeAsOnTheirScreens) {
     const auto defaults = [&](const QStringList& arguments) {
         return run("itorvctl", QStringList{"defaults"} + arguments, home.path()).error;
     };
-    EXPECT_NE(defaults({"set", "Diesel Pickup 6.7L_4_KEY", "8"}).find("from its next start on"), std::string::npos);
+    EXPECT_NE(defaults({"set", "Diesel Pickup 6.7L_4_KEY", "8"}).find("from its next start on"),
+              std::string::npos);
     EXPECT_EQ(defaults({"set", "Tow", "no profile"}), "");
     EXPECT_EQ(defaults({"set", "savedprofile", "Tow"}), "");
     EXPECT_EQ(defaults({}),
