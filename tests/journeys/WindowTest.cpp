@@ -1,9 +1,12 @@
 // The real window on the offscreen platform, with the bench behind it.
 #include <gtest/gtest.h>
 
+#include <QAccessible>
 #include <QImage>
 #include <QQuickItem>
+#include <algorithm>
 #include <array>
+#include <cmath>
 
 #include "fakes/Application.h"
 #include "qml/KeyboardShift.h"
@@ -22,6 +25,15 @@ QQuickItem* itemWithText(QQuickItem* root, const QString& text) {
     if (root->isVisible() && root->property("text") == text) return root;
     for (auto* child : root->childItems()) {
         if (auto* found = itemWithText(child, text)) return found;
+    }
+    return nullptr;
+}
+
+/// The first one that is seen.
+QQuickItem* itemWith(QQuickItem* root, const char* property) {
+    if (root->isVisible() && root->property(property).isValid()) return root;
+    for (auto* child : root->childItems()) {
+        if (auto* found = itemWith(child, property)) return found;
     }
     return nullptr;
 }
@@ -73,6 +85,55 @@ TEST(WindowTurn, OnlyAFullScreenTurnsByItselfAndUprightScreensNever) {
     }
     for (const auto* text : {"", "Auto", "auto ", "90", "leftright", "\xC3\xA4"})
         EXPECT_FALSE(turnFromText(text)) << text;
+}
+
+TEST_F(WindowTest, AnUprightWindowHasTheStageInItsMiddleAndAWideOneTheLiveListAsAColumn) {
+    ASSERT_TRUE(app->waitUntilReady());
+    const auto middleOf = [&](const char* property) {
+        const auto* const item = itemWith(app->view()->contentItem(), property);
+        return item ? item->mapRectToScene({0, 0, item->width(), item->height()}) : QRectF{};
+    };
+    for (const auto& size : {QSize{720, 1000}, QSize{1600, 640}}) {
+        app->view()->resize(size);
+        const QPointF middle{size.width() / 2.0, size.height() / 2.0};
+        ASSERT_TRUE(app->waitUntil([&] {
+            const auto dial = middleOf("place");  // the main one, which is the first
+            const double u = dial.width() / 392;
+            return std::abs(u - std::min(size.width() / 480.0, size.height() / 320.0)) < 0.05 &&
+                   std::abs(dial.center().x() - middle.x()) <= 2 &&
+                   std::abs(dial.top() - (middle.y() - 160 * u)) <= 2;
+        })) << size.width();
+        const auto picture = app->view()->grabWindow();
+        for (const auto corner : {QPoint{2, 2}, QPoint{size.width() - 3, size.height() - 3}})
+            EXPECT_NE(picture.pixelColor(corner), QColor(Qt::black)) << "the background reaches all edges";
+    }
+    const auto menu = std::make_shared<NavigationController>(Screens{app->control}.mainMenu());
+    app->page()->presentModalViewControllerAnimated(menu, false);
+    dynamic_cast<TableViewController&>(*menu->topViewController()).touchRow(0, 5);
+    ASSERT_TRUE(app->waitUntil([&] {
+        const auto list = middleOf("contentY");
+        return menu->depth() == 2 && list.width() < 700 && std::abs(list.center().x() - 800) <= 2;
+    }));
+}
+
+/// Of all that assistive programs are told.
+QStringList accessibleNames(QAccessibleInterface* root) {
+    QStringList names{root->text(QAccessible::Name)};
+    for (int i = 0; i < root->childCount(); ++i)
+        names += accessibleNames(root->child(i));
+    return names;
+}
+
+TEST_F(WindowTest, PagesSensorsAndWarningsHaveNamesForThoseWhoDoNotSeeThem) {
+    ASSERT_TRUE(app->waitUntilReady());
+    module.setValue(12, {5});  // oil pressure, below its limit
+    QTest::keyClick(app->view(), Qt::Key_Space);
+    ASSERT_TRUE(app->waitUntil([&] {
+        const auto names = accessibleNames(QAccessible::queryAccessibleInterface(app->view()));
+        return names.contains("Page 1 of 3") && names.contains("Oil Pressure, warning") &&
+               names.contains("Close the strip of sensors") && names.contains("Menu") &&
+               names.contains("Engine Speed");
+    })) << accessibleNames(QAccessible::queryAccessibleInterface(app->view())).join("; ").toStdString();
 }
 
 TEST_F(WindowTest, TheGearLeadsToTheMenuAndTheLiveListAndCloseBack) {

@@ -99,6 +99,11 @@ TEST_F(TuningScreensTest, RowsAndActivation) {
     EXPECT_EQ(list->cellAt({0, 1})->accessory(), TableViewCell::Accessory::Detail);
     EXPECT_FALSE(list->canDeleteRowAtIndexPath({0, 0}));
     EXPECT_EQ(activate(1, 0), "Tow|Are you sure you want to activate the profile Tow");
+    {
+        const auto pass = app->beginPass();
+        activate(1);
+        EXPECT_TRUE(answer(0).starts_with("One moment|"));
+    }
     EXPECT_TRUE(writes.empty());
     activate(1);
     EXPECT_EQ(written(), (std::vector<int>{31, 42}));
@@ -250,6 +255,12 @@ TEST_F(TuningScreensTest, WhatWasNotTakenIsListedAndTriedAgain) {
     EXPECT_EQ(report.cellAt({0, 1})->text(), "Fueling 800");
     EXPECT_EQ(report.cellAt({0, 1})->detailText(), "wanted 110 RPM, found 60 RPM");
     writes.clear();
+    {
+        const auto pass = app->beginPass();
+        press(report.rightBarButton());
+        EXPECT_TRUE(answer(0).starts_with("One moment|"));
+        EXPECT_TRUE(writes.empty());
+    }
     onFrame = [&](const bench::Frame& frame) {
         if (frame.type == 0 && frame.payload[0] == 42) report.progress()->touchCancel();
     };
@@ -352,6 +363,13 @@ TEST_F(TuningScreensTest, NamingSavingAndEditing) {
     press(qobject_cast<BarButtonItem*>(top<ProfileEditViewController>().toolbarItems()[1].value<QObject*>()));
     EXPECT_EQ(answer(0), "Not saved|disk full");
     EXPECT_TRUE(platform.files.documents.at(0).fileName.ends_with(".itorv.json"));
+    press(qobject_cast<BarButtonItem*>(top<ProfileEditViewController>().toolbarItems()[0].value<QObject*>()));
+    {
+        const auto pass = app->beginPass();
+        top<TablePickerViewController>().touchRow(0, 0);  // the module
+        platform.loop.runWork();
+        EXPECT_TRUE(answer(0).starts_with("One moment|"));
+    }
     press(qobject_cast<BarButtonItem*>(top<ProfileEditViewController>().toolbarItems()[0].value<QObject*>()));
     top<TablePickerViewController>().touchRow(0, 1);
     platform.loop.runWork();

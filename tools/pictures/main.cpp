@@ -1,5 +1,7 @@
 // Takes the documentation's pictures: the dashboards in their states, on a module on the bench.
 //   itorv-pictures FOLDER [WIDTHxHEIGHT]
+// Without a size they are taken in four, each in a folder of its own, for one's own eyes.
+#include <QDir>
 #include <QGuiApplication>
 #include <QImage>
 #include <QTemporaryDir>
@@ -11,6 +13,7 @@
 #include "fakes/Application.h"
 #include "screens/NavigationController.h"
 #include "support/Number.h"
+#include "vehicles/UntakenSettings.h"
 
 namespace {
 
@@ -39,24 +42,17 @@ void prepare(UserDefaults& defaults) {
     }
 }
 
-}  // namespace
-
-int main(int argc, char** argv) {
-    qputenv("QT_QPA_PLATFORM", "offscreen");
-    qputenv("QT_QUICK_BACKEND", "software");
+/// What the program ends with.
+int take(const QString& folder, QSize size) {
     const QTemporaryDir home;
     qputenv("XDG_DATA_HOME", home.path().toUtf8());
-    const QGuiApplication application{argc, argv};
-    if (argc < 2 || argv[1][0] == '-')
-        return std::fprintf(stderr, "itorv-pictures FOLDER [WIDTHxHEIGHT]\n"), 2;
-    const auto size = argc > 2 ? QString::fromLocal8Bit(argv[2]).split(u'x') : QStringList{"1136", "640"};
     const std::filesystem::path profile = ITORV_RESOURCE_DIR "/vehicle.json";
     bench::Bench module{{.rate = 200, .profile = profile}};
     if (const auto error = module.start()) return std::fprintf(stderr, "%s\n", error->c_str()), 1;
-    fakes::Application app{module, profile, prepare, QSize{size.value(0).toInt(), size.value(1).toInt()}};
+    fakes::Application app{module, profile, prepare, size};
     const auto save = [&](const char* name) {
         app.runFor(1500ms);
-        const auto file = QString::fromLocal8Bit(argv[1]) + "/" + name + ".png";
+        const auto file = folder + "/" + name + ".png";
         if (!app.view()->grabWindow().save(file))
             std::fprintf(stderr, "%s can't be saved\n", qPrintable(file));
     };
@@ -100,6 +96,13 @@ int main(int argc, char** argv) {
     const auto stack = std::make_shared<NavigationController>(gallery);
     app.page()->presentModalViewControllerAnimated(stack, true);
     save("table");
+    const auto few = gallery->names;
+    for (int i = 0; i < 30; ++i)
+        gallery->names.push_back(QStringLiteral("Profile %1").arg(i));
+    gallery->reloadData();
+    save("table-search");
+    gallery->names = few;
+    gallery->reloadData();
     gallery->setEditing(true);
     gallery->touchDeleteMark(pictures::Gallery::deletable, 1);
     for (int i = 0; i < 11; ++i)
@@ -138,7 +141,9 @@ int main(int argc, char** argv) {
     save("settings");
     settings->touchRow(0, 0);
     save("drive-train");
-    touch(dynamic_cast<TableViewController*>(menu->topViewController()), 0, "drive-train-picker");
+    auto* const train = dynamic_cast<TableViewController*>(menu->topViewController());
+    touch(train, 0, "drive-train-picker");
+    touch(train, 2, "tire-size");
     menu->touchBack();
     app.runFor(600ms);
     touch(settings, 9, "typed-value");
@@ -148,8 +153,14 @@ int main(int argc, char** argv) {
     app.runFor(600ms);
     menu->touchBack();
     app.runFor(600ms);
-    open(2);
+    touch(open(2), 0, "typed-limit");
     save("sensor-warnings");
+    menu->touchBack();
+    app.runFor(600ms);
+    UntakenSettings::note(app.control->currentVehicle(), app.control->currentVehicle().settings()[2].aid,
+                          false);
+    open(1);
+    save("settings-not-taken");
     menu->touchBack();
     app.runFor(600ms);
     open(0);
@@ -256,5 +267,26 @@ int main(int argc, char** argv) {
     module.stop();
     app.runFor(4s);
     save("link-lost");
+    return 0;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    qputenv("QT_QUICK_BACKEND", "software");
+    const QGuiApplication application{argc, argv};
+    if (argc < 2 || argv[1][0] == '-')
+        return std::fprintf(stderr, "itorv-pictures FOLDER [WIDTHxHEIGHT]\n"), 2;
+    const auto folder = QString::fromLocal8Bit(argv[1]);
+    const auto sizeOf = [](const QString& text) {
+        return QSize{text.section(u'x', 0, 0).toInt(), text.section(u'x', 1, 1).toInt()};
+    };
+    if (argc > 2) return take(folder, sizeOf(QString::fromLocal8Bit(argv[2])));
+    for (const auto* size : {"568x320", "1024x768", "1920x1080", "640x1136"}) {
+        const auto own = folder + "/" + size;
+        if (!QDir{}.mkpath(own)) return std::fprintf(stderr, "%s can't be made\n", qPrintable(own)), 1;
+        if (const int failed = take(own, sizeOf(size))) return failed;
+    }
     return 0;
 }

@@ -33,7 +33,7 @@ Item {
 
     Accessible.role: Accessible.ListItem
     Accessible.name: cell.text
-    Accessible.description: [cell.detailText, cell.alarming && !cell.dimmed ? "warning" : "", cell.note].filter(words => words !== "").join(", ")
+    Accessible.description: cell.detailText + (cell.alarming && !cell.dimmed ? ", warning" : "") + (cell.note !== "" ? ", " + cell.note : "")
     Accessible.onPressAction: touched()
 
     // Rounded where a section begins and ends.
