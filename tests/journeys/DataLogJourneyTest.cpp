@@ -1,4 +1,4 @@
-// From the menu to the curves of a recorded drive in the real window, by keys, mouse and wheel.
+// From the menu to the curves of a recorded drive in the real window, by keys, mouse, wheel and two fingers.
 #include <QImage>
 #include <QPainter>
 #include <set>
@@ -74,6 +74,15 @@ TEST_F(DataLogJourneyTest, FromTheMenuToACurve) {
     QCoreApplication::sendEvent(app->view(), &wheel);
     ASSERT_TRUE(app->waitUntil([&] { return graph->visible().span().length() < whole.length(); }));
     EXPECT_NEAR(graph->visible().span().length(), whole.length() * 0.8, 1e-6);
+    // Twice as far apart, half as much is seen.
+    const auto before = graph->visible().span().length();
+    auto hand = QTest::touchEvent(app->view(), QTest::createTouchDevice(), false);
+    hand.press(1, app->pixel({240, 150})).commit();
+    hand.stationary(1).press(2, app->pixel({320, 150})).commit();
+    hand.move(1, app->pixel({200, 150})).move(2, app->pixel({360, 150})).commit();
+    ASSERT_TRUE(app->waitUntil([&] { return graph->visible().span().length() < before; }));
+    EXPECT_NEAR(graph->visible().span().length(), before / 2, before / 50);
+    hand.release(1, app->pixel({200, 150})).release(2, app->pixel({360, 150})).commit();
     key(Qt::Key_Escape);
     ASSERT_TRUE(app->waitUntil([&] { return stack()->depth() == 3; }));
 }
