@@ -99,6 +99,11 @@ TEST_F(DataLogScreensTest, ShowsExportsAndClears) {
     EXPECT_EQ(detail(0), "Min:2.0PSI   Max:2.0PSI");
     EXPECT_EQ(detail(1), "Max:0PSI");
     EXPECT_EQ(detail(2), "Min:7.00PSI");
+    tool(2);
+    const auto legend = top<GraphViewController>()->legend();
+    ASSERT_EQ(legend.size(), 3);  // the one that nobody lists among them
+    EXPECT_EQ(legend[0].name + ": " + legend[0].summary, "S8: 2.0 – 3.2   ø 2.6");
+    stack->popToRootViewControllerAnimated(false);
     tool(3);
     const auto text = saved();
     EXPECT_EQ(text.substr(0, text.find('\n')), "Timestamp,S8,Timestamp,S10,Timestamp,S12");
@@ -239,6 +244,27 @@ TEST_F(DataLogScreensTest, AGraphFollowsTheFingersAndTellsItsNumbers) {
     choice->didSelectRowAtIndexPath({0, 4});
     EXPECT_EQ(before->curves().back().colour, 0);  // which had become free
     EXPECT_EQ(before->legend()[2].name, "S12");
+}
+
+TEST_F(DataLogScreensTest, AGraphHasRoomForSixSensors) {
+    const GraphSensor sensor{RecordedSensor{}, [](std::string&) {
+                                 CurveSeries series;
+                                 series.append(0, 1);
+                                 return series;
+                             }};
+    const auto graph =
+        std::make_shared<GraphViewController>("Seven", std::vector<GraphSensor>(7, sensor), WallTime{}, 1);
+    stack->pushViewControllerAnimated(graph, false);
+    touch(graph->rightBarButtons(), 1);
+    auto* const choice = top<GraphSensorsViewController>();
+    for (int row = 3; row < 7; ++row)
+        choice->didSelectRowAtIndexPath({0, row});
+    EXPECT_EQ(graph->curves().size(), 6U);
+    ASSERT_NE(stack->alert(), nullptr);
+    EXPECT_EQ(stack->alert()->title(), "Six sensors at the most");
+    choice->didSelectRowAtIndexPath({0, 0});
+    choice->didSelectRowAtIndexPath({0, 6});
+    EXPECT_TRUE(graph->isShown(6));
 }
 
 }  // namespace

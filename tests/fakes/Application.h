@@ -120,6 +120,11 @@ public:
         release(to);
         return waitUntil([&] { return !page() || page()->touchingViewObject() == nullptr; });
     }
+    [[nodiscard]] QPoint pixel(QPointF point) const {
+        const QSizeF size = view()->size();
+        const double u = std::min(size.width() / torv::stageWidth, size.height() / torv::pageHeight);
+        return (point * u + QPointF{0, (size.height() - torv::pageHeight * u) / 2}).toPoint();
+    }
 
     torv::RealPlatform platform;
     std::shared_ptr<torv::iTorvAppDelegate> control;
@@ -131,12 +136,6 @@ public:
 private:
     torv::NotificationCenter::Observation m_replay;
     int m_replays = 0;
-
-    [[nodiscard]] QPoint pixel(QPointF point) const {
-        const QSizeF size = view()->size();
-        const double u = std::min(size.width() / torv::stageWidth, size.height() / torv::pageHeight);
-        return (point * u + QPointF{0, (size.height() - torv::pageHeight * u) / 2}).toPoint();
-    }
 };
 
 }  // namespace fakes

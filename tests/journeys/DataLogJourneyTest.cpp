@@ -1,10 +1,12 @@
-// From the menu to the curves of a recorded drive in the real window, by keys, mouse and wheel.
+// From the menu to the curves of a recorded drive in the real window, by keys, mouse, wheel and two fingers.
 #include <QImage>
+#include <QPainter>
 #include <set>
 
 #include "Journey.h"
 #include "datalog/screens/DataLogViewController.h"
 #include "datalog/screens/GraphViewController.h"
+#include "qml/GraphItem.h"
 
 namespace journeys {
 namespace {
@@ -65,8 +67,56 @@ TEST_F(DataLogJourneyTest, FromTheMenuToACurve) {
     EXPECT_FALSE(graph->time().isEmpty());
     key(Qt::Key_Home);
     EXPECT_NEAR(graph->visible().span().length(), whole.length(), 1e-6);
+
+    const QPointF place = app->pixel({200, 150});
+    QWheelEvent wheel{
+        place, app->view()->mapToGlobal(place), {}, {0, 120}, Qt::NoButton, {}, Qt::NoScrollPhase, false};
+    QCoreApplication::sendEvent(app->view(), &wheel);
+    ASSERT_TRUE(app->waitUntil([&] { return graph->visible().span().length() < whole.length(); }));
+    EXPECT_NEAR(graph->visible().span().length(), whole.length() * 0.8, 1e-6);
+    // Twice as far apart, half as much is seen.
+    const auto before = graph->visible().span().length();
+    auto hand = QTest::touchEvent(app->view(), QTest::createTouchDevice(), false);
+    hand.press(1, app->pixel({240, 150})).commit();
+    hand.stationary(1).press(2, app->pixel({320, 150})).commit();
+    hand.move(1, app->pixel({200, 150})).move(2, app->pixel({360, 150})).commit();
+    ASSERT_TRUE(app->waitUntil([&] { return graph->visible().span().length() < before; }));
+    EXPECT_NEAR(graph->visible().span().length(), before / 2, before / 50);
+    hand.release(1, app->pixel({200, 150})).release(2, app->pixel({360, 150})).commit();
     key(Qt::Key_Escape);
     ASSERT_TRUE(app->waitUntil([&] { return stack()->depth() == 3; }));
+}
+
+TEST(GraphItem, AWarningLimitIsALine) {
+    for (const int rule : {1, 101}) {  // on and off
+        RecordedSensor sensor;
+        sensor.warningRule = rule;
+        sensor.warningValue = 80;
+        GraphViewController graph{"One",
+                                  {{sensor,
+                                    [](std::string&) {
+                                        CurveSeries series;
+                                        series.append(0, 0);
+                                        series.append(1, 100);
+                                        return series;
+                                    }}},
+                                  WallTime{},
+                                  1};
+        graph.setShown(0, true);
+        GraphItem item;
+        item.setGraph(&graph);
+        item.setProperty("colours", QVariant::fromValue(QList<QColor>{Qt::red}));
+        item.setSize(graph.plotFrame().united({0, 0, 568, 276}).size());
+        QImage image{item.size().toSize(), QImage::Format_RGB32};
+        QPainter painter{&image};
+        item.paint(&painter);
+        const auto plot = graph.plotFrame();
+        const double y = plot.bottom() - graph.curves()[0].axis.placeOf(80) * plot.height();
+        int red = 0;
+        for (int x = 0; x < image.width(); ++x)
+            red += image.pixelColor(x, static_cast<int>(y)) == QColor{Qt::red} ? 1 : 0;
+        EXPECT_EQ(red > plot.width() / 3, rule == 1) << red;
+    }
 }
 
 }  // namespace
