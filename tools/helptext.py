@@ -68,9 +68,9 @@ class HelpText:
                     yield names, value[1] if value else ""
 
     def commands(self):
-        """The words of each command, such as ["profiles", "show", "NAME"]."""
+        """The words of each command, such as ["profiles", "show", "NAME"]; of its options the list of options tells."""
         for block in self.blocks:
             if block.heading == "Commands":
                 for item in block.parts:
                     for term in item.terms:
-                        yield term.split()
+                        yield re.sub(r"\[-[^]]*\]", "", term).split()
