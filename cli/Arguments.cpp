@@ -267,6 +267,8 @@ std::optional<Arguments> readArguments(const QStringList& arguments, std::string
     if (parser.isSet("for")) {
         result.duration = seconds(parser.value("for"));
         if (!result.duration) return refuse("--for takes a number of seconds");
+        if (row->command == Command::check && *result.duration < std::chrono::seconds{1})
+            return refuse("check takes at least a second");
     }
     if (parser.isSet("flags")) {
         const auto flags = wholeNumber(parser.value("flags"), 0, 31);

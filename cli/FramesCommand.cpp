@@ -10,6 +10,7 @@
 #include "platform/Platform.h"
 #include "support/Hexadecimal.h"
 #include "support/TimeTexts.h"
+#include "support/Utf8.h"
 
 namespace itorvctl {
 
@@ -103,7 +104,8 @@ int capturedFrames(const Arguments& arguments) {
         const auto since = packet->time - begin.value_or(packet->time);
         if (!begin) begin = packet->time;
         const auto time = std::to_string(std::chrono::floor<std::chrono::milliseconds>(since).count());
-        const std::string text{packet->bytes.begin(), packet->bytes.end()};
+        std::string text{packet->bytes.begin(), packet->bytes.end()};
+        if (!isUtf8(text)) text = hexadecimalText(packet->bytes);
         if (packet->kind == CapturedKind::names) {
             names = namesFromText(text);
         } else if (packet->kind == CapturedKind::note) {

@@ -98,11 +98,10 @@ void CaptureReader::beginInterface(const Block& block) {
 
 std::optional<CapturedPacket> CaptureReader::packetOf(const Block& block) const {
     const std::span body{block.body};
-    if (body.size() < packetHead) return std::nullopt;
     const auto interface = read32(body, 0);
     const std::size_t length = read32(body, 12);
     if (interface >= m_interfaces.size() || !m_interfaces[interface].isLink) return std::nullopt;
-    if (length == 0 || length > body.size() - packetHead) return std::nullopt;
+    if (length == 0) return std::nullopt;
     const auto data = body.subspan(packetHead, length);
     if (data[0] > static_cast<std::uint8_t>(CapturedKind::names)) return std::nullopt;
     const auto ticks = std::uint64_t{read32(body, 4)} << 32U | read32(body, 8);
@@ -127,6 +126,10 @@ std::optional<CapturedPacket> CaptureReader::next(std::string& error) {
             beginInterface(*block);
         }
         if (block->type != pcapng::enhancedPacket) continue;
+        if (block->body.size() < packetHead || read32(block->body, 12) > block->body.size() - packetHead) {
+            error = "the capture is damaged";
+            return std::nullopt;
+        }
         if (auto packet = packetOf(*block)) return packet;
     }
     return std::nullopt;

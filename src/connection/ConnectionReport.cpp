@@ -64,7 +64,7 @@ ConnectionLine moduleLine(const ConnectionFacts& facts) {
     ConnectionLine line{
         .subject = "Module", .state = placeOfEndpoint(facts.module), .verdict = Verdict::good};
     if (facts.moduleChosen) {
-        line.state += ", as it was asked for";
+        line.state += ", as chosen at the start";
     } else if (!facts.ownAddress) {
         line.state += ", because there is no address on " + facts.decidingInterface;
     } else {
@@ -123,6 +123,11 @@ ConnectionLine sessionLine(const ConnectionFacts& facts) {
         return {.subject = "Session", .state = "up for " + lengthText(length), .verdict = Verdict::good};
     }
     if (facts.reach != Reach::open) return {.subject = "Session", .state = "none"};
+    if (facts.figures.framesPerSecond > 0)
+        return {.subject = "Session",
+                .state = "none: frames come, and none is whole",
+                .verdict = Verdict::bad,
+                .advice = "Bring this device nearer to the module. Does its profile fit the module?"};
     return {.subject = "Session",
             .state = "the module is silent",
             .verdict = Verdict::bad,
@@ -157,7 +162,7 @@ ConnectionLine checksumLine(const ConnectionFacts& facts) {
     if (static_cast<double>(figures.damaged) <= mostDamaged * static_cast<double>(figures.frames))
         return line;
     line.verdict = Verdict::bad;
-    line.advice = "Bring this device nearer to the module, and other devices out of its network.";
+    line.advice = "Frames come joined or cut: the signal is weak, or this device has too much to do.";
     return line;
 }
 

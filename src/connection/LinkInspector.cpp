@@ -9,6 +9,7 @@ namespace torv {
 namespace {
 
 constexpr std::chrono::milliseconds longestSilence{600};
+constexpr std::chrono::microseconds shortestPause{1500};   // a module leaves two milliseconds
 constexpr std::chrono::seconds lateAtMost{1};              // what comes later answers nothing any more
 constexpr std::chrono::milliseconds timeForSession{2900};  // an attempt has three seconds
 constexpr std::uint8_t lastType = x2comFrameResponse;
@@ -35,6 +36,7 @@ std::vector<LinkInspector::Finding> LinkInspector::findings() const {
     for (const auto* channel : {&m_writes, &m_requests}) {
         if (channel->overdue) add(all, channel->missing, channel->frame);
     }
+    if (m_inRead) add(all, m_inRead->rule, m_inRead->frame);
     if (m_lastChunk && m_loop.now() - *m_lastChunk > longestSilence) add(all, LinkRule::silence, {});
     return all;
 }
@@ -160,8 +162,22 @@ void LinkInspector::chunkReceived(Bytes chunk, x2comResult) {
     const auto now = m_loop.now();
     const std::scoped_lock lock{m_mutex};
     lookAtSilence(chunk);
+    m_hurried = m_lastChunk && now - *m_lastChunk < shortestPause;
+    settleRead();
     m_lastChunk = now;
     inspect(chunk);
+}
+
+void LinkInspector::foundInRead(LinkRule rule, Bytes frame) {
+    settleRead();
+    m_inRead = Finding{rule, 1, {frame.begin(), frame.end()}};
+    if (m_hurried) settleRead();
+}
+
+void LinkInspector::settleRead() {
+    if (!m_inRead) return;
+    found(m_hurried ? LinkRule::ownLag : m_inRead->rule, m_inRead->frame);
+    m_inRead.reset();
 }
 
 void LinkInspector::inspect(Bytes chunk) {
@@ -170,7 +186,8 @@ void LinkInspector::inspect(Bytes chunk) {
         joined.insert(joined.end(), chunk.begin(), chunk.end());
         const bool completes =
             !beginsWithFrame(chunk) && joined.size() <= x2comFrameSize && beginsWithFrame(joined);
-        found(completes ? LinkRule::split : LinkRule::checksum, completes ? Bytes{joined} : Bytes{m_half});
+        foundInRead(completes ? LinkRule::split : LinkRule::checksum,
+                    completes ? Bytes{joined} : Bytes{m_half});
         m_half.clear();
         if (completes) return;
     }
@@ -180,8 +197,8 @@ void LinkInspector::inspect(Bytes chunk) {
         m_half.assign(chunk.begin(), chunk.end());
         return;
     }
-    if (!beginsWithFrame(chunk)) return found(LinkRule::checksum, chunk);
-    if (chunk.size() > length + 1) found(LinkRule::joined, chunk);
+    if (!beginsWithFrame(chunk)) return foundInRead(LinkRule::checksum, chunk);
+    if (chunk.size() > length + 1) foundInRead(LinkRule::joined, chunk);
     inspectFrame(chunk.first(length + 1));
 }
 

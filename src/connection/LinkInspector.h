@@ -38,6 +38,7 @@ enum class LinkRule : std::uint8_t {
     noFrames,
     notKept,
     notSentBack,
+    ownLag,
 };
 
 struct LinkRuleText {
@@ -46,7 +47,7 @@ struct LinkRuleText {
     const char* sentence;  ///< what is wrong
     bool isRemark;         ///< allowed, and unusual
 };
-inline constexpr std::array<LinkRuleText, 24> linkRules{{
+inline constexpr std::array<LinkRuleText, 25> linkRules{{
     {LinkRule::checksum, "checksum", "a frame's checksum is wrong", false},
     {LinkRule::split, "split", "a frame comes in two segments", false},
     {LinkRule::joined, "joined", "more than one frame comes in a segment", false},
@@ -78,10 +79,12 @@ inline constexpr std::array<LinkRuleText, 24> linkRules{{
      false},
     {LinkRule::notSentBack, "not-sent-back", "a changed value is not sent within a second of the write's ack",
      false},
+    {LinkRule::ownLag, "own-lag", "this machine was too slow to take one frame at a time", true},
 }};
 
-/// Holds all that comes over the link against docs/link.md. A read of the handset counts as a segment: on a
-/// handset that falls behind two segments can come in one read. Findings may be asked for on any thread.
+/// Holds all that comes over the link against docs/link.md. A read of the handset counts as a segment. A
+/// handset that falls behind cuts segments anywhere, and then reads several in a row without a pause: what is
+/// odd beside such a read counts as its own lag. Findings may be asked for on any thread.
 class LinkInspector final : public LinkMonitor {
 public:
     struct Finding {
@@ -127,6 +130,8 @@ private:
     void found(LinkRule rule, Bytes frame, std::string detail = {});
     void lookAtSilence(Bytes nextChunk);
     void inspect(Bytes chunk);
+    void foundInRead(LinkRule rule, Bytes frame);
+    void settleRead();
     void inspectFrame(Bytes frame);
     void inspectItems(Bytes frame);
     [[nodiscard]] static std::vector<std::uint8_t> aidsOf(Bytes frame);
@@ -138,6 +143,8 @@ private:
     std::vector<Finding> m_findings;
     Channel m_writes{LinkRule::missingAck, LinkRule::lateAck, LinkRule::strayAck};
     Channel m_requests{LinkRule::missingResponse, LinkRule::lateResponse, LinkRule::strayResponse};
+    std::optional<Finding> m_inRead;            // of the last read, unless it was the handset's own lag
+    bool m_hurried = false;                     // the last read came right behind the one before it
     std::vector<std::uint8_t> m_half;           // a chunk that is shorter than its frame
     std::optional<Time> m_attempted;            // this connection
     std::array<std::uint64_t, 256> m_pushes{};  // by AID

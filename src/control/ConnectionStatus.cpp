@@ -10,6 +10,7 @@ namespace torv {
 namespace {
 
 constexpr std::chrono::milliseconds lookInterval{500};
+constexpr std::chrono::seconds silence{3};
 constexpr int looksUntilAdvice = 20;  // ten seconds
 
 }  // namespace
@@ -23,11 +24,12 @@ ConnectionStatus::~ConnectionStatus() {
 }
 
 QString ConnectionStatus::text() const {
-    if (m_connected) return QStringLiteral("Connected");
+    if (m_connected) return m_silent ? QStringLiteral("No new values") : QStringLiteral("Connected");
     return m_wasConnected ? QStringLiteral("Connection lost") : QStringLiteral("Looking for the module");
 }
 
 QString ConnectionStatus::hint() const {
+    if (m_connected && m_silent) return QStringLiteral("The module is silent. Is the ignition on?");
     if (m_connected || !m_looked) return {};
     const auto place = QString::fromStdString("at " + placeOfEndpoint(m_feeder->driver().endpoint()));
     if (m_looksInVain < looksUntilAdvice) return place;
@@ -35,10 +37,14 @@ QString ConnectionStatus::hint() const {
 }
 
 void ConnectionStatus::look() {
-    const bool connected = m_feeder->driver().connected();
+    const auto& driver = m_feeder->driver();
+    const bool connected = driver.connected();
+    const auto last = driver.lastBytes();
+    const bool silent = last && Platform::current().runLoop().now() - *last > silence;
     m_looksInVain = connected ? 0 : std::min(m_looksInVain + 1, looksUntilAdvice + 1);
     const bool advice = m_looksInVain == looksUntilAdvice;
-    if (std::exchange(m_looked, true) && connected == m_connected && !advice) return;
+    const bool silentIsNew = std::exchange(m_silent, silent) != silent;
+    if (std::exchange(m_looked, true) && connected == m_connected && !advice && !silentIsNew) return;
     // A screen that nobody touches may go dark only when there is nothing to see.
     if (connected != m_connected) Platform::current().setIdleTimerDisabled(connected);
     m_connected = connected;

@@ -17,8 +17,9 @@ public:
     explicit ConnectionStatus(std::shared_ptr<iTorvFeeder> feeder);
     ~ConnectionStatus() override;
 
-    [[nodiscard]] bool connected() const override { return m_connected; }
-    [[nodiscard]] bool missing() const override { return m_looked && !m_connected; }
+    /// With a module that speaks.
+    [[nodiscard]] bool connected() const override { return m_connected && !m_silent; }
+    [[nodiscard]] bool missing() const override { return m_looked && !connected(); }
     [[nodiscard]] QString text() const override;
     [[nodiscard]] QString hint() const override;
 
@@ -29,6 +30,7 @@ private:
     std::shared_ptr<Timer> m_timer;
     bool m_looked = false;
     bool m_connected = false;
+    bool m_silent = false;  // no bytes for longer than a value stays live
     bool m_wasConnected = false;
     int m_looksInVain = 0;  // in a row
 };

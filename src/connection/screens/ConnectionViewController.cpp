@@ -1,5 +1,6 @@
 #include "connection/screens/ConnectionViewController.h"
 
+#include <algorithm>
 #include <array>
 #include <utility>
 
@@ -20,6 +21,18 @@ QString picture(ConnectionLine::Verdict verdict) {
             break;
     }
     return QStringLiteral("LINK_OPEN.png");
+}
+
+std::string textOf(const ConnectionLine& line) {
+    return line.advice.empty() ? line.state : line.state + ". " + line.advice;
+}
+
+// Points, with the subject above.
+constexpr double heightOfOneLine = 48;
+constexpr double heightOfTwoLines = 64;
+constexpr std::size_t lettersOfOneLine = 66;  // on the narrowest stage
+bool isLong(const ConnectionLine& line) {
+    return textOf(line).size() > lettersOfOneLine;
 }
 
 }  // namespace
@@ -66,8 +79,10 @@ void ConnectionViewController::look() {
     const auto interface = facts.route ? facts.route->interface : std::string {};
     askOfWireless(interface);
     facts.wireless = m_wireless;
-    m_lines = connectionReport(facts);
-    const bool same = m_events.size() == facts.figures.events.size();
+    auto lines = connectionReport(facts);
+    const bool same = m_events.size() == facts.figures.events.size() &&
+                      std::ranges::equal(m_lines, lines, {}, &isLong, &isLong);
+    m_lines = std::move(lines);
     m_events = std::move(facts.figures.events);
     if (!same) return reloadData();
     for (int section = report; section <= device; ++section) {
@@ -111,14 +126,14 @@ QString ConnectionViewController::titleForHeaderInSection(int section) {
 }
 
 double ConnectionViewController::heightForRowAtIndexPath(IndexPath path) {
-    constexpr double withAdvice = 54;
-    return path.section == report ? withAdvice : usualRowHeight;
+    if (path.section != report) return usualRowHeight;
+    return isLong(m_lines[static_cast<std::size_t>(path.row)]) ? heightOfTwoLines : heightOfOneLine;
 }
 
 void ConnectionViewController::fill(TableViewCell& cell, const ConnectionLine& line) const {
     cell.setImage(picture(line.verdict));
-    cell.setText(QString::fromStdString(line.subject + ": " + line.state));
-    cell.setDetailText(QString::fromStdString(line.advice));
+    cell.setText(QString::fromStdString(line.subject));
+    cell.setDetailText(QString::fromStdString(textOf(line)));
     cell.setDimmed(line.verdict == ConnectionLine::Verdict::open);
 }
 

@@ -138,7 +138,8 @@ Item {
             width: body.subtitle ? title.room : Math.max(title.room - title.width - 12 * body.u, 0)
             horizontalAlignment: body.subtitle ? Text.AlignLeft : Text.AlignRight
             elide: Text.ElideRight
-            maximumLineCount: 1
+            wrapMode: maximumLineCount > 1 ? Text.Wrap : Text.NoWrap
+            maximumLineCount: body.subtitle && body.height > 60 * body.u ? 2 : 1
             textFormat: Text.PlainText
             text: (body.cell.alarming && !body.cell.dimmed ? "⚠ " : "") + body.cell.detailText
             color: body.cell.dimmed ? Theme.faint : body.cell.alarming ? Theme.alarm : body.subtitle ? Theme.faint : Theme.accent
