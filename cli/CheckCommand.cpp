@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <array>
 #include <chrono>
 #include <cstdio>
 #include <memory>
@@ -155,6 +156,15 @@ const char* word(ConnectionLine::Verdict verdict) {
     return "-";
 }
 
+/// Answers that are missing may have been in the reads that this machine was too slow for.
+bool mayBeOwn(const LinkInspector::Finding& finding, const std::vector<LinkInspector::Finding>& all) {
+    constexpr std::array answers{LinkRule::missingAck, LinkRule::lateAck, LinkRule::missingResponse,
+                                 LinkRule::lateResponse};
+    const auto lag = std::ranges::find(all, LinkRule::ownLag, &LinkInspector::Finding::rule);
+    return lag != all.end() && finding.count <= lag->count &&
+           std::ranges::find(answers, finding.rule) != answers.end();
+}
+
 /// True when nothing is wrong.
 bool tell(const std::vector<ConnectionLine>& lines, const std::vector<LinkInspector::Finding>& findings,
           bool json) {
@@ -173,17 +183,18 @@ bool tell(const std::vector<ConnectionLine>& lines, const std::vector<LinkInspec
     bool passed = true;
     for (const auto& finding : findings) {
         const auto& rule = *std::ranges::find(linkRules, finding.rule, &LinkRuleText::rule);
-        passed = passed && rule.isRemark;
+        const bool isRemark = rule.isRemark || mayBeOwn(finding, findings);
+        passed = passed && isRemark;
         if (json) {
             printObject({{"finding", rule.name},
                          {"text", rule.sentence},
                          {"count", Number::fromInteger(static_cast<std::int64_t>(finding.count))},
                          {"frame", hexadecimalText(finding.frame)},
                          {"detail", finding.detail},
-                         {"remark", rule.isRemark}});
+                         {"remark", isRemark}});
             continue;
         }
-        auto text = std::string{rule.isRemark ? "remark  " : "finding "} + rule.name + ": " + rule.sentence;
+        auto text = std::string{isRemark ? "remark  " : "finding "} + rule.name + ": " + rule.sentence;
         text += finding.count == 1 ? "; once" : "; " + std::to_string(finding.count) + " times";
         if (!finding.detail.empty()) text += "; first: " + finding.detail;
         if (!finding.frame.empty()) text += "; first frame " + hexadecimalText(finding.frame);

@@ -192,7 +192,7 @@ void LinkInspector::inspect(Bytes chunk) {
         if (completes) return;
     }
     const std::size_t length = x2comFrameLength(chunk.data());
-    if (length == 0) return found(LinkRule::noLength, chunk);
+    if (length == 0) return foundInRead(LinkRule::noLength, chunk);
     if (chunk.size() <= length) {
         m_half.assign(chunk.begin(), chunk.end());
         return;

@@ -28,9 +28,8 @@ TEST_F(ProgramsWithModule, CheckGivesAVerdictAndPutsBackWhatItTried) {
     };
     auto result = check({});
     EXPECT_EQ(result.code, 0) << result.output;
-    auto remarks = objects(result.output, "finding");
-    remarks.erase("own-lag");  // this machine may be busy
-    EXPECT_TRUE(remarks.empty()) << result.output;
+    for (const auto& [rule, finding] : objects(result.output, "finding"))
+        EXPECT_TRUE(finding["remark"].toBool()) << result.output;  // this machine may be busy
     EXPECT_TRUE(objects(result.output, "passed").contains("true"));
     EXPECT_EQ(objects(result.output, "subject").size(), 10U);
     EXPECT_EQ(objects(result.output, "subject")["Module"]["verdict"].toString(), "ok");

@@ -296,6 +296,7 @@ TEST_F(AppDelegateTest, TheStatusTellsWhereTheModuleIsLookedForAndKeepsTheScreen
     platform.loop.runFor(1s);
     EXPECT_EQ(status.text() + status.hint(), "Connected");
     EXPECT_TRUE(platform.idleTimerDisabled);
+    platform.stream().onWrite = nullptr;  // no answers either
     platform.loop.runFor(4s);
     EXPECT_EQ(status.text(), "No new values");
     EXPECT_TRUE(status.missing());
