@@ -9,6 +9,7 @@
 #include "diagnostics/screens/GroupsViewController.h"
 #include "platform/Platform.h"
 #include "platform/StoredKeys.h"
+#include "screens/NavigationController.h"
 #include "settings/screens/SensorsViewController.h"
 #include "settings/screens/SettingsViewController.h"
 #include "tuning/screens/CustomTuningViewController.h"
