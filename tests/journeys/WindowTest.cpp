@@ -127,6 +127,8 @@ QStringList accessibleNames(QAccessibleInterface* root) {
 TEST_F(WindowTest, PagesSensorsAndWarningsHaveNamesForThoseWhoDoNotSeeThem) {
     ASSERT_TRUE(app->waitUntilReady());
     module.setValue(12, {5});  // oil pressure, below its limit
+    // Before the strip is open: then values come once a second, and whose they are is chance.
+    ASSERT_TRUE(app->waitUntil([&] { return app->page()->pageView().indicatorViewTag(12)->inWarning(); }));
     QTest::keyClick(app->view(), Qt::Key_Space);
     ASSERT_TRUE(app->waitUntil([&] {
         const auto names = accessibleNames(QAccessible::queryAccessibleInterface(app->view()));
