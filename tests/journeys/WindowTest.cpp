@@ -207,6 +207,16 @@ TEST_F(WindowTest, TheStateOfTheLinkIsTold) {
     module.stop();
     ASSERT_TRUE(app->waitUntil([&] { return !app->status->connected(); }));
     EXPECT_EQ(app->status->text(), "Connection lost");
+    // A touch on it explains it, and leads back; the brightness has a key everywhere.
+    app->tap({60, 315});
+    ASSERT_TRUE(app->waitUntil([&] {
+        const auto* const stack = dynamic_cast<NavigationController*>(app->stage->top());
+        return stack && stack->topViewController()->title() == "Connection";
+    }));
+    QTest::keyClick(app->view(), Qt::Key_N);
+    EXPECT_TRUE(app->waitUntil([&] { return app->stage->display()->shade() > 0; }));
+    QTest::keyClick(app->view(), Qt::Key_Escape);
+    ASSERT_TRUE(app->waitUntil([&] { return app->page() != nullptr; }));
     ASSERT_EQ(module.start().value_or(""), "");
     EXPECT_TRUE(app->waitUntil([&] { return app->status->connected(); }));
 }
