@@ -156,10 +156,10 @@ const char* word(ConnectionLine::Verdict verdict) {
     return "-";
 }
 
-/// Answers that are missing may have been in the reads that this machine was too slow for.
+/// Answers and pushes that are missing may have been in the reads that this machine was too slow for.
 bool mayBeOwn(const LinkInspector::Finding& finding, const std::vector<LinkInspector::Finding>& all) {
     constexpr std::array answers{LinkRule::missingAck, LinkRule::lateAck, LinkRule::missingResponse,
-                                 LinkRule::lateResponse};
+                                 LinkRule::lateResponse, LinkRule::notSentBack};
     const auto lag = std::ranges::find(all, LinkRule::ownLag, &LinkInspector::Finding::rule);
     return lag != all.end() && finding.count <= lag->count &&
            std::ranges::find(answers, finding.rule) != answers.end();

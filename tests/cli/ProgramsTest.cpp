@@ -436,7 +436,7 @@ TEST_F(ProgramsWithModule, TheWindowTakesItsPictureAndEnds) {
     const QTemporaryDir folder;
     const auto file = folder.filePath("picture.png");
     const auto result = run("itorv", {"--offscreen", "--log-times", "--size", "640x360", "--screenshot", file,
-                                      "--after", "1.5", "--module", address});
+                                      "--after", "4", "--module", address});
     EXPECT_EQ(result.code, 0);
     const auto frame = result.error.find("first frame after ");
     EXPECT_LT(frame, result.error.find("first value after ")) << result.error;
