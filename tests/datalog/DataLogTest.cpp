@@ -1,9 +1,6 @@
 #include <gtest/gtest.h>
 
-#include <memory>
-
 #include "datalog/DataLog.h"
-#include "datalog/DataLogCsv.h"
 
 namespace {
 
@@ -57,36 +54,6 @@ TEST(DataLog, TheGateFollowsWhatItFindsBeforeEachSample) {
     log = {};
     record(8, 1);
     EXPECT_FALSE(log.minimum(8));
-}
-
-TEST(DataLogCsv, LinesUpUnequalSeriesByNumber) {
-    const auto column = [](const char* name, std::int64_t digits, const std::vector<double>& values) {
-        auto next = std::make_shared<std::size_t>(0);
-        return DataLogColumn{name, digits, [=]() -> std::optional<LoggedSample> {
-                                 if (*next == values.size()) return std::nullopt;
-                                 const auto value = values[(*next)++];
-                                 return LoggedSample{value,
-                                                     wallTime(std::chrono::system_clock::from_time_t(0)) +
-                                                         std::chrono::milliseconds{*next}};
-                             }};
-    };
-    std::string text;
-    const auto sink = [&text](std::string_view piece) {
-        text += piece;
-        return true;
-    };
-    const auto stamp = [](int milliseconds) {
-        return logTimeText(WallTime{std::chrono::milliseconds{milliseconds}});
-    };
-    const std::vector columns{column("Boost", 1, {1.25, 2}), column("A, b", 0, {}), column("RPM", 0, {800})};
-    EXPECT_TRUE(writeDataLogCsv(columns, sink));
-    EXPECT_EQ(text, "Timestamp,Boost,Timestamp,A, b,Timestamp,RPM\n" + stamp(1) + ",1.2,,," + stamp(1) +
-                        ",800\n" + stamp(2) + ",2.0,,,,\n");
-    text.clear();
-    EXPECT_TRUE(writeDataLogCsv({}, sink));
-    EXPECT_EQ(text, "");
-    const std::vector refused{column("RPM", 0, {800})};
-    EXPECT_FALSE(writeDataLogCsv(refused, [](std::string_view) { return false; }));
 }
 
 }  // namespace
