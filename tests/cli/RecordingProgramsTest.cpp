@@ -1,5 +1,5 @@
-// Recordings from a terminal: they outlast kills, come back on the bench bit for bit, leave no half files,
-// and other programs read them.
+// Recordings from a terminal: they outlast kills, come back on the bench bit for bit, and leave no half
+// files.
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
