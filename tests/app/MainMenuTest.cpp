@@ -34,14 +34,9 @@ struct MainMenuTest : testing::Test {
 
 TEST_F(MainMenuTest, TheLastRowIsForVehiclesWithTroubleCodesAndTheFirstNamesTheVehicle) {
     use("Truck", "YES");
-    const QStringList expected{"Vehicle Setup", "Settings",     "Sensor Warnings",
-                               "Custom Tuning", "Data Logging", "Diagnostics",
-                               "DTC's"};
     ASSERT_EQ(menu->numberOfRowsInSection(0), 7);
-    for (int row = 0; row < 7; ++row) {
-        EXPECT_EQ(menu->cellAt({0, row})->text(), expected[row]);
-        EXPECT_EQ(menu->cellAt({0, row})->detailText(), row == 0 ? "Truck" : "");
-    }
+    EXPECT_EQ(menu->cellAt({0, 6})->text(), "DTC's");
+    EXPECT_EQ(menu->cellAt({0, 0})->detailText(), "Truck");
     for (const auto& no : {Vehicle::Text{"yes"}, Vehicle::Text{}}) {
         use("Van", no);  // while another screen was over the menu
         EXPECT_EQ(menu->numberOfRowsInSection(0), 6);

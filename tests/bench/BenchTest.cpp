@@ -5,10 +5,9 @@
 #include <unistd.h>
 
 #include <functional>
-#include <tuple>
 
 #include "bench/Bench.h"
-#include "bench/ModuleState.h"
+#include "bench/FrameCodec.h"
 #include "bench/WriteFault.h"
 
 namespace bench {
@@ -77,47 +76,6 @@ Frame writeFrame(const Item& item) {
     return frame;
 }
 
-const struct {
-    Frame frame;
-    Bytes wire;
-} frameRows[] = {
-    {{4, {9}}, {0x42, 0x09, 0x39}},
-    {{0, {5, 3}}, {0x03, 0x05, 0x03, 0x3B}},
-    {{1, {100, 0x12, 0x34}}, {0x14, 0x64, 0x12, 0x34, 0x76}},
-    {{0, {220, 3, 0xAA, 0xBB}}, {0x05, 0xDC, 0x03, 0xAA, 0xBB, 0xC8}},
-    {{1, {224, 13, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12}},
-     {0x1F, 0xE0, 0x0D, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 0x6C}},
-};
-
-TEST(Codec, KnownFrames) {
-    const std::string digits = "123456789";
-    EXPECT_EQ(crc8(Bytes(digits.begin(), digits.end())), 0x4B);
-    for (const auto& row : frameRows) {
-        EXPECT_EQ(encode(row.frame), row.wire);
-        EXPECT_EQ(decode(row.wire), row.frame);
-    }
-}
-
-TEST(TroubleCodes, ReportBytes) {
-    const std::tuple<std::vector<std::string>, Bytes, Bytes> rows[] = {
-        {{"P0123", "U0158", "C0ABC"}, {13, 0, 3, 0x01, 0x23, 0xC1, 0x58, 0x4A, 0xBC, 0, 0, 0, 0}, {1}},
-        {{}, {13, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0}, {1}},
-        {{"P0001", "P0002", "P0003", "P0004", "P0005", "U0123", "P0420"},
-         {13, 0, 7, 0, 1, 0, 2, 0, 3, 0, 4, 0, 5},
-         {5, 0xC1, 0x23, 0x04, 0x20}}};
-    for (const auto& [codes, first, second] : rows) {
-        ModuleState state;
-        state.setTroubleCodes(codes);
-        EXPECT_TRUE(state.write({27, {0x55}}));
-        EXPECT_EQ(state.value(224), first);
-        EXPECT_EQ(state.value(225), second);
-        EXPECT_TRUE(state.write({25, {0x55}}));
-        EXPECT_EQ(state.value(26), Bytes{1});
-        EXPECT_TRUE(state.write({27, {0x55}}));
-        EXPECT_EQ(state.value(224)[2], 0);
-    }
-}
-
 TEST_F(BenchTest, SpeaksFirstOneFrameAtATime) {
     Client client(module.port());
     int alone = 0;
@@ -165,72 +123,13 @@ TEST_F(BenchTest, ResetBringsTuningBack) {
     EXPECT_EQ(module.value(42), before);
 }
 
-/// A chunk of this kind among the next 20, which may each be more than a frame.
-bool seesChunk(Client& client, bool (*wanted)(const Bytes&)) {
-    for (int chunk = 0; chunk < 20; ++chunk) {
-        const std::optional<Bytes> bytes = client.read(2000ms, 64);
-        if (bytes && wanted(*bytes)) return true;
-    }
-    return false;
-}
-/// The stream falls silent for 700 ms, or ends.
-bool stops(Client& client, bool ends) {
-    auto chunk = client.read(700ms);
-    while (chunk && !chunk->empty())
-        chunk = client.read(700ms);
-    return chunk.has_value() == ends;
-}
-bool isAcknowledged(Client& client) {
-    client.send(writeFrame({42, {60}}));
-    return client.await(FrameType::ack).has_value();
-}
-bool isDamaged(const Bytes& bytes) {
-    return bytes.size() > 8 && !decode(bytes);
-}
-bool isCut(const Bytes& bytes) {
-    return bytes.size() < 12 && !decode(bytes);
-}
-bool isJoined(const Bytes& bytes) {
-    return decode(bytes) && bytes.size() > (bytes[0] & 15U) + 1U;
-}
-
-const std::pair<Fault, bool (*)(Client&)> faultRows[] = {
-    {Fault::dropAck, [](Client& c) { return !isAcknowledged(c); }},
-    {Fault::corrupt, [](Client& c) { return seesChunk(c, isDamaged); }},
-    {Fault::split, [](Client& c) { return seesChunk(c, isCut); }},
-    {Fault::join, [](Client& c) { return seesChunk(c, isJoined); }},
-    {Fault::silent, [](Client& c) { return stops(c, false); }},
-    {Fault::close, [](Client& c) { return stops(c, true); }},
-};
-
-TEST_F(BenchTest, EachFaultShowsOnTheWireAndCanBeCleared) {
-    for (const auto& [fault, seen] : faultRows) {
-        SCOPED_TRACE(faultNames[static_cast<std::size_t>(fault)].name);
-        module.setFault(fault, {.probability = 1});
-        {
-            Client client(module.port());
-            EXPECT_TRUE(seen(client));
-        }
-        module.clearFaults();
-        Client client(module.port());
-        EXPECT_TRUE(isAcknowledged(client));
-    }
-}
-
 TEST(WriteFaults, ByTheirText) {
     using Parsed = std::optional<std::pair<std::uint8_t, WriteFault>>;
-    for (const auto& [text, parsed] :
-         std::vector<std::pair<const char*, Parsed>>{{"stuck:42", {{42, WriteFault::stuck}}},
-                                                     {"clamp:0", {{0, WriteFault::clamp}}},
-                                                     {"refuse:254", {{254, WriteFault::refuse}}},
-                                                     {"stuck:255", {}},
-                                                     {"stuck:-1", {}},
-                                                     {"stuck:4.5", {}},
-                                                     {"stuck:", {}},
-                                                     {"stuck", {}},
-                                                     {"Stuck:42", {}},
-                                                     {"close@10", {}}})
-        EXPECT_EQ(parseWriteFault(text), parsed) << text;
+    EXPECT_EQ(parseWriteFault("stuck:42"), (Parsed{{42, WriteFault::stuck}}));
+    EXPECT_EQ(parseWriteFault("clamp:0"), (Parsed{{0, WriteFault::clamp}}));
+    EXPECT_EQ(parseWriteFault("refuse:254"), (Parsed{{254, WriteFault::refuse}}));
+    for (const auto* bad : {"stuck:255", "stuck:-1", "stuck:4.5", "stuck:", "stuck", "Stuck:42", "close@10"})
+        EXPECT_EQ(parseWriteFault(bad), Parsed{}) << bad;
 }
 
 }  // namespace

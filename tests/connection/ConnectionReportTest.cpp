@@ -45,31 +45,19 @@ TEST(ConnectionReport, EachLineTellsWhatToDo) {
          "has 169.254.7.7"},
         {"as asked", [](auto& f) { f.moduleChosen = true; }, "Module", Verdict::good,
          "as chosen at the start"},
-        {"no network",
-         [](auto& f) {
-             f.route.reset();
-             f.connected = false;
-         },
-         "Interface", Verdict::bad, "join the module's network"},
+        {"no network", [](auto& f) { f.route.reset(), f.connected = false; }, "Interface", Verdict::bad,
+         "join the module's network"},
         {"routes that nobody tells",
-         [](auto& f) {
-             f.route.reset();
-             f.routeAddress.reset();
-             f.connected = true;
-         },
-         "Route", Verdict::open, "not told"},
+         [](auto& f) { f.route.reset(), f.routeAddress.reset(), f.connected = true; }, "Route", Verdict::open,
+         "not told"},
         {"no address", [](auto& f) { f.routeAddress.reset(); }, "Own address", Verdict::bad, "join it again"},
         {"weak",
          [](auto& f) {
              f.wireless = WirelessNetworks::Network{"iTorv 7", 12};
          },
          "Interface", Verdict::bad, "\"iTorv 7\", signal 12 %"},
-        {"elsewhere",
-         [](auto& f) {
-             f.route->gateway = "10.0.0.1";
-             f.connected = false;
-         },
-         "Route", Verdict::bad, "through 10.0.0.1"},
+        {"elsewhere", [](auto& f) { f.route->gateway = "10.0.0.1", f.connected = false; }, "Route",
+         Verdict::bad, "through 10.0.0.1"},
         {"other network",
          [](auto& f) {
              f.defaultRoute = NetworkInterfaces::Route{"eth0", "10.0.0.1"};
@@ -78,12 +66,8 @@ TEST(ConnectionReport, EachLineTellsWhatToDo) {
         {"refused", [](auto& f) { f.reach = Reach::refused; }, "Connection", Verdict::bad, "refused"},
         {"another has it", [](auto& f) { f.reach = Reach::closed; }, "Connection", Verdict::bad,
          "Another handset"},
-        {"mute",
-         [](auto& f) {
-             f.connected = false;
-             f.figures.framesPerSecond = 0;
-         },
-         "Session", Verdict::bad, "the module is silent"},
+        {"mute", [](auto& f) { f.connected = false, f.figures.framesPerSecond = 0; }, "Session", Verdict::bad,
+         "the module is silent"},
         {"stopped", [](auto& f) { f.figures.lastFrame = f.now - 4s; }, "Frames", Verdict::bad,
          "the last one 4.0 s ago"},
         {"damaged", [](auto& f) { f.figures.damaged = 11; }, "Checksums", Verdict::bad,
@@ -92,12 +76,8 @@ TEST(ConnectionReport, EachLineTellsWhatToDo) {
          "2 of 12 did not come"},
         {"late answers", [](auto& f) { f.figures.median = 100ms; }, "Answers", Verdict::bad,
          "usually after 100 ms"},
-        {"breaks",
-         [](auto& f) {
-             f.figures.sessionsLately = 4;
-             f.figures.attempts = 5;
-         },
-         "Reconnects", Verdict::bad, "4 attempts since the start, 4 sessions in"},
+        {"breaks", [](auto& f) { f.figures.sessionsLately = 4, f.figures.attempts = 5; }, "Reconnects",
+         Verdict::bad, "4 attempts since the start, 4 sessions in"},
     };
     for (const auto& row : cases) {
         SCOPED_TRACE(row.name);

@@ -174,30 +174,6 @@ TEST_F(AppDelegateTest, WhatCanNotBeReadIsNotWrittenOver) {
     }
 }
 
-TEST_F(AppDelegateTest, FailuresBuildOneAlertThatNobodySees) {
-    launch(truck("Truck", {}));
-    platform.loop.runFor(20s);
-    EXPECT_EQ(app->disconnectedWarning(), nullptr);
-    app->setConnectionErrorMessageAllowed(false);
-    platform.loop.runFor(2s);
-    EXPECT_EQ(app->disconnectedWarning(), nullptr);
-    app->setConnectionErrorMessageAllowed(true);
-    platform.loop.runFor(3s);
-    const auto first = app->disconnectedWarning();
-    ASSERT_NE(first, nullptr);
-    EXPECT_EQ(first->title(), "Connection Error");
-    EXPECT_TRUE(first->message().endsWith("connect to the iVolte network. Then re-launch this app"));
-    platform.loop.runFor(9s);
-    EXPECT_EQ(app->disconnectedWarning(), first);
-    connect();
-    EXPECT_TRUE(app->connected());
-    EXPECT_FALSE(app->connectionErrorMessageShown());
-    EXPECT_EQ(app->disconnectedWarning(), nullptr);
-    app->iTorvFeederDidFailToConnect(*app->feeder());
-    EXPECT_FALSE(app->connected());
-    EXPECT_NE(app->disconnectedWarning(), first);
-}
-
 TEST_F(AppDelegateTest, ObserversHearOfAChangeWhileNothingIsFed) {
     launch(truck("Truck", {}));
     Observer kept;
@@ -271,15 +247,6 @@ TEST_F(AppDelegateTest, AWarningIsHeardWithItsFirstValueAndNotAgainWithinTenSeco
         EXPECT_EQ(platform.tone.played, played) << aid;
         platform.defaults.setObjectForKey(true, warningSoundKey);
     }
-}
-
-TEST_F(AppDelegateTest, AMemoryWarningClearsTheLog) {
-    launch(truck("Truck", {}));
-    app->applicationDidReceiveMemoryWarning();
-    EXPECT_FALSE(app->dataLoggingDict());
-    app->dataLoggingDict().emplace().record(78, 600, {});
-    app->applicationDidReceiveMemoryWarning();
-    EXPECT_TRUE(app->dataLoggingDict()->empty());
 }
 
 TEST_F(AppDelegateTest, TheStatusTellsWhereTheModuleIsLookedForAndKeepsTheScreenOnWhileThereIsOne) {

@@ -221,17 +221,4 @@ TEST_F(ReplayTest, ATouchOnCancelThatComesTooLateFindsNothing) {
     EXPECT_EQ(platform.defaults.objectForKey("savedprofile").textValue(), "Tow");
 }
 
-TEST_F(ReplayTest, AfterFiveSecondsTheOverlayMayGoIntoTheBackground) {
-    ProgressHUD hud{nullptr};
-    hud.touchBackground();
-    platform.loop.runFor(4900ms);
-    EXPECT_FALSE(hud.backgroundOffered() || hud.inBackground());
-    platform.loop.runFor(200ms);
-    EXPECT_TRUE(hud.backgroundOffered());
-    hud.touchBackground();
-    platform.loop.runWork();
-    EXPECT_TRUE(hud.inBackground());
-    EXPECT_FALSE(hud.backgroundOffered());
-}
-
 }  // namespace

@@ -5,7 +5,6 @@
 #include <limits>
 
 #include "Dashboard.h"
-#include "dashboards/IndicatorViewFactory.h"
 
 namespace {
 
@@ -192,6 +191,7 @@ TEST_F(PageTest, AChangeOfVehicleCarriesItsSensorsOver) {
 TEST_F(PageTest, TilesWarnByTheirNameAndFollowAChangeOfVehicle) {
     launch(truck("Truck", {sensor(8), sensor(9, "0", "100", 1, 50)}));
     open<LastViewController>();
+    app->refreshWarningSensors();  // a page without lamps
     drop(9, 0);
     drop(8, 1);
     receive(9, {60});
@@ -206,26 +206,6 @@ TEST_F(PageTest, TilesWarnByTheirNameAndFollowAChangeOfVehicle) {
     platform.defaults.setObjectForKey(true, "turbosetting");
     open();
     EXPECT_EQ(page->controls()->turbo(), "picture/1_SIDE_GLOW.png");
-}
-
-TEST_F(PageTest, AChangeOfWarningsBuildsTheGaugesAnew) {
-    launch(truck("Truck", {sensor(8, "0", "100", 1, 50), sensor(9)}));
-    open();
-    page->pageView().setExpandedAnimate(true, true);
-    platform.loop.runFor(500ms);
-    receive(8, {40});
-    auto changed = app->currentVehicle().sensors()[0];
-    changed.warningValue = 30;
-    app->currentVehicle().updateSensor(changed);
-    app->refreshWarningSensors();
-    EXPECT_EQ(page->indicatorView(8)->priority(), 1);
-    page->pageView().setExpandedAnimate(false, true);
-    receive(8, {40});
-    EXPECT_TRUE(place(0).gauge()->inWarning());
-    EXPECT_EQ(stored("Truck_0_KEY"), 8);
-    EXPECT_EQ(page->aidCounting(), (std::map<AID, int>{{8, 1}}));
-    open<LastViewController>();
-    app->refreshWarningSensors();  // a page without lamps
 }
 
 TEST_F(PageTest, APowerStepWaitsForAPassAndAnEmptyPageSaysHowItIsFilled) {
@@ -290,38 +270,6 @@ TEST_F(PageTest, ThePowerLevelStepsFromWhatTheModuleReported) {
         if (row.written) expected.push_back(fakes::frame({0x03, 4, *row.written}));
         EXPECT_EQ(writes, expected) << static_cast<int>(row.level);
     }
-}
-
-TEST_F(PageTest, TheFirstRunAsksForTheVehicleOnce) {
-    launch(truck("Truck", {sensor(8)}));
-    int asked = 0;
-    const DashboardScreens screens{.mainMenu = {}, .carSetup = [&]() -> std::shared_ptr<ViewController> {
-                                       ++asked;
-                                       return nullptr;
-                                   }};
-    for (const bool isFirst : {true, false}) {
-        if (!isFirst) platform.defaults.setObjectForKey(Value{true}, "FIRST_RUN_KEY");
-        const auto first = std::make_shared<iTorvViewController>(app, screens);
-        const Stage stage{first, nullptr};
-        first->viewDidAppear();
-        EXPECT_EQ(asked, 1);
-    }
-}
-
-TEST_F(PageTest, IconsAndUnitsFallBackEachByItself) {
-    launch(truck("Truck",
-                 {sensor(8), sensor(250, "0", "9", 0, 0, "furlong"), sensor(9, "0", "9", 0, 0, "PERC")}));
-    open();
-    EXPECT_EQ(page->indicatorView(8)->icon(), "picture/8_LIST.png");
-    EXPECT_EQ(page->indicatorView(8)->unitFrame(), QRectF(35, 24, 16, 9));
-    EXPECT_EQ(page->indicatorView(250)->icon(), "picture/00_LIST.png");
-    EXPECT_TRUE(page->indicatorView(250)->unitFrame().isEmpty());
-    EXPECT_TRUE(page->indicatorView(250)->unit().endsWith("/FURLONG"));
-    EXPECT_TRUE(page->indicatorView(9)->unit().endsWith("/%25"));
-    EXPECT_EQ(page->indicatorView(9)->unitFrame().width(), 9);
-    EXPECT_EQ(
-        IndicatorViewFactory::iconImageForAIDStringWarningStringDefaultImage(8, "NONE", "", "no such file"),
-        Image{});
 }
 
 TEST_F(PageTest, OldValuesDimWhateverThePickerAndTheDragDo) {

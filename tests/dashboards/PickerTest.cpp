@@ -9,20 +9,9 @@ namespace {
 using namespace torv;
 using namespace std::chrono_literals;
 
-TEST(StripLayout, MarginsPagesAndThePageThatIsShown) {
-    const auto five = StripLayout::make(440, 90, 4, 5);
-    EXPECT_EQ(five.margin, 10);
-    EXPECT_EQ(five.x(0), 10);
-    EXPECT_EQ(five.x(4), 450);
-    EXPECT_EQ(five.pages, 2);
-    EXPECT_EQ(StripLayout::make(440, 90, 4, 8).pages, 2);
-    EXPECT_EQ(StripLayout::make(440, 90, 4, 300).pages, 75);
-    EXPECT_EQ(StripLayout::make(440, 90, 4, 0).pages, 0);
-    for (const auto& [offset, page] : {std::pair{0.0, 0}, {219.0, 0}, {220.0, 1}, {661.0, 2}})
-        EXPECT_EQ(StripLayout::pageAt(offset, 440), page) << offset;
-    const auto dots = dotRow(3, {11, 11}, 5, {240, 26});
-    EXPECT_EQ(dots[0].x(), 98.5);
-    EXPECT_EQ(dots[2].right(), 141.5);
+TEST(StripLayout, PagesAndDotsForAnyNumberOfSensors) {
+    for (const auto& [sensors, pages] : {std::pair{0, 0}, {5, 2}, {8, 2}, {300, 75}})
+        EXPECT_EQ(StripLayout::make(440, 90, 4, sensors).pages, pages) << sensors;
     EXPECT_LE(dotRow(75, {11, 11}, 5, {240, 26}).last().right(), 240);
 }
 
@@ -361,24 +350,6 @@ TEST_F(PickerTest, AWindowOfAnotherSizeMovesEverything) {
     move({16, 180});
     release({16, 180});
     EXPECT_EQ(dashboard.stored("Truck_4_KEY"), 11);
-}
-
-TEST_F(PickerTest, TheAlertShowsOnlyOnAClosedAndStandingPicker) {
-    const auto alert = [&] { return picker().image() == "picture/BG_SELECTOR_ALERT.png"; };
-    picker().setWarning(true);
-    EXPECT_TRUE(alert());
-    picker().setExpandedAnimate(true, true);
-    EXPECT_FALSE(alert());
-    loop.runFor(500ms);
-    picker().setWarning(true);
-    EXPECT_FALSE(alert());
-    picker().setExpandedAnimate(false, true);
-    picker().setWarning(true);
-    EXPECT_FALSE(alert());
-    loop.runFor(500ms);
-    EXPECT_TRUE(alert());
-    picker().setWarning(false);
-    EXPECT_FALSE(alert());
 }
 
 TEST_F(PickerTest, WhileItIsOpenOneBatchASecondComesThrough) {

@@ -1,30 +1,17 @@
 #include <gtest/gtest.h>
 
-#include <memory>
-
 #include "datalog/DataLog.h"
-#include "datalog/DataLogCsv.h"
 
 namespace {
 
 using namespace torv;
 using namespace std::chrono_literals;
 
-TEST(DataLog, MinimumsWaitForTheEngineAndTheRingForgetsTheOldest) {
+TEST(DataLog, TheRingForgetsTheOldest) {
     DataLog log;
     const DataLog::Clock::time_point now{};
-    log.record(8, 5, now);
-    log.record(8, 3, now);
-    EXPECT_FALSE(log.minimum(8));
-    EXPECT_EQ(log.maximum(8), 3);  // the latest, for want of a minimum
-    log.record(78, 501, now);
-    log.record(8, 4, now);
-    EXPECT_EQ(log.minimum(8), 4);
-    log.record(8, 9, now);
     log.record(8, 6, now + 1500ms);
-    EXPECT_EQ(log.minimum(8), 4);
-    EXPECT_EQ(log.maximum(8), 9);
-    EXPECT_EQ(log.sample(8, 4).time, now + 1500ms);
+    EXPECT_EQ(log.sample(8, 0).time, now + 1500ms);
     for (int i = 0; i < 10000; ++i)
         log.record(8, static_cast<float>(i), now);
     EXPECT_EQ(log.sampleCount(8), 10000U);
@@ -57,36 +44,6 @@ TEST(DataLog, TheGateFollowsWhatItFindsBeforeEachSample) {
     log = {};
     record(8, 1);
     EXPECT_FALSE(log.minimum(8));
-}
-
-TEST(DataLogCsv, LinesUpUnequalSeriesByNumber) {
-    const auto column = [](const char* name, std::int64_t digits, const std::vector<double>& values) {
-        auto next = std::make_shared<std::size_t>(0);
-        return DataLogColumn{name, digits, [=]() -> std::optional<LoggedSample> {
-                                 if (*next == values.size()) return std::nullopt;
-                                 const auto value = values[(*next)++];
-                                 return LoggedSample{value,
-                                                     wallTime(std::chrono::system_clock::from_time_t(0)) +
-                                                         std::chrono::milliseconds{*next}};
-                             }};
-    };
-    std::string text;
-    const auto sink = [&text](std::string_view piece) {
-        text += piece;
-        return true;
-    };
-    const auto stamp = [](int milliseconds) {
-        return logTimeText(WallTime{std::chrono::milliseconds{milliseconds}});
-    };
-    const std::vector columns{column("Boost", 1, {1.25, 2}), column("A, b", 0, {}), column("RPM", 0, {800})};
-    EXPECT_TRUE(writeDataLogCsv(columns, sink));
-    EXPECT_EQ(text, "Timestamp,Boost,Timestamp,A, b,Timestamp,RPM\n" + stamp(1) + ",1.2,,," + stamp(1) +
-                        ",800\n" + stamp(2) + ",2.0,,,,\n");
-    text.clear();
-    EXPECT_TRUE(writeDataLogCsv({}, sink));
-    EXPECT_EQ(text, "");
-    const std::vector refused{column("RPM", 0, {800})};
-    EXPECT_FALSE(writeDataLogCsv(refused, [](std::string_view) { return false; }));
 }
 
 }  // namespace

@@ -120,18 +120,4 @@ TEST_F(GroupsTest, ValuesComeHalfASecondLaterInTheLayoutOfTheirUnit) {
     EXPECT_TRUE(cell->dimmed());  // the module has fallen silent
 }
 
-TEST_F(GroupsTest, CellsAreUsedAgainAndGoWithTheirScreen) {
-    auto screen = show({sensor(110, "one", "A_0"), sensor(111, "two", "A_1")});
-    const auto* before = screen->cellAt({0, 0});
-    screen->reloadData();
-    EXPECT_EQ(screen->cellAt({0, 0}), before);
-    receive(110, {9});
-    platform.loop.runFor(500ms);
-    EXPECT_EQ(screen->cellAt({0, 0})->detailText(), "9 PSI");
-    QPointer<QObject> cell{screen->cellAt({0, 0})};
-    screen.reset();
-    platform.loop.runFor(1000ms);
-    EXPECT_TRUE(cell.isNull());
-}
-
 }  // namespace

@@ -47,7 +47,7 @@ public:
         return static_cast<std::ptrdiff_t>(bytes.size());
     }
     [[nodiscard]] bool canAcceptBytes() override { return !closed && accepts; }
-    [[nodiscard]] Reach reach() const override { return reached; }
+    [[nodiscard]] Reach reach() const override { return Reach::open; }
 
     void feed(Bytes chunk) {
         m_chunks.push_back(std::move(chunk));
@@ -65,7 +65,6 @@ public:
     bool accepts = true;
     bool closed = false;
     int failingWrites = 0;
-    Reach reached = Reach::open;
     std::vector<Bytes> sent;
     std::function<void(const Bytes&)> onWrite;
 

@@ -2,11 +2,10 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
-#include <QTemporaryDir>
 #include <fstream>
 
+#include "Journey.h"
 #include "dashboards/LastViewController.h"
-#include "fakes/Application.h"
 
 namespace {
 
@@ -17,21 +16,10 @@ constexpr AID railPressure = 82;
 constexpr AID oilPressure = 12;
 constexpr std::uint8_t powerLevel = 4;
 
-class JourneyTest : public testing::Test {
+class JourneyTest : public journeys::Journey {
 protected:
-    JourneyTest() {
-        qputenv("XDG_DATA_HOME", home.path().toUtf8());
-        EXPECT_EQ(module.start().value_or(""), "");
-        start();
-    }
+    JourneyTest() { start(); }
 
-    void start() {
-        app.reset();
-        app = std::make_unique<fakes::Application>(module, profile);
-        ASSERT_NE(app->view(), nullptr);
-        ASSERT_TRUE(app->waitUntilReady());
-    }
-    void key(int code) { QTest::keyClick(app->view(), static_cast<Qt::Key>(code)); }
     void openPicker() {
         key(Qt::Key_Space);
         ASSERT_TRUE(app->waitUntil(
@@ -45,11 +33,6 @@ protected:
         std::ifstream{"/proc/self/statm"} >> size >> resident;
         return resident * static_cast<std::size_t>(::sysconf(_SC_PAGESIZE));
     }
-
-    const QTemporaryDir home;
-    const std::filesystem::path profile = std::filesystem::path{ITORV_RESOURCE_DIR} / "vehicle.json";
-    bench::Bench module{{.rate = 200, .profile = profile}};
-    std::unique_ptr<fakes::Application> app;
 };
 
 TEST_F(JourneyTest, ADraggedSensorIsFoundAgainAfterARestartAndClearedByItsButton) {

@@ -83,15 +83,17 @@ TEST_F(TuningJourneyTest, MadeEditedPushedAndFoundAfterARestart) {
 /// What a second start with a file does, once the first one has ended.
 TEST_F(TuningJourneyTest, AFileBecomesAProfileThatIsListed) {
     const auto file = home.filePath("tow.itorv.json").toStdString();
-    std::ofstream{file} << R"({"profileName": "Tow", "settingsMap": {"42": "120"}})";
+    std::ofstream{file} << R"({"profileName": "Tow", "vehicleName": "Van", "settingsMap": {"42": "120"}})";
     start({}, "file://" + file);
     ASSERT_TRUE(waitForTitle("Profile Name"));
     table().rightBarButton()->touch();
+    pressAlert("Please look this profile through", 0);
     ASSERT_TRUE(waitForTitle("Tow"));
     table().rightBarButton()->touch();
     ASSERT_TRUE(waitForTitle("Custom Tuning"));
     EXPECT_EQ(table().cellAt({0, table().numberOfRowsInSection(0) - 1})->text(), "Tow");
     EXPECT_EQ(firstByte("Tow", 42), 120);
+    EXPECT_EQ(module.value(42), bench::Bytes{100}) << "nothing goes to the module before the activation";
 }
 
 }  // namespace

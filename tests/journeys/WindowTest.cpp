@@ -8,11 +8,9 @@
 #include <array>
 #include <cmath>
 
-#include "fakes/Application.h"
+#include "Journey.h"
 #include "qml/KeyboardShift.h"
 #include "qml/PictureProvider.h"
-#include "screens/NavigationController.h"
-#include "screens/TableViewController.h"
 #include "tools/pictures/Gallery.h"
 #include "vehicles/SettingValueStore.h"
 
@@ -38,15 +36,10 @@ QQuickItem* itemWith(QQuickItem* root, const char* property) {
     return nullptr;
 }
 
-class WindowTest : public testing::Test {
+class WindowTest : public journeys::Journey {
 protected:
-    WindowTest() {
-        qputenv("XDG_DATA_HOME", (testing::TempDir() + "itorv-window").c_str());
-        EXPECT_EQ(module.start().value_or(""), "");
-        app = std::make_unique<fakes::Application>(module, profile);
-    }
+    WindowTest() { app = std::make_unique<fakes::Application>(module, profile); }
 
-    const std::filesystem::path profile = std::filesystem::path{ITORV_RESOURCE_DIR} / "vehicle.json";
     [[nodiscard]] QQuickItem* shown(const QString& text) const {
         return itemWithText(app->view()->contentItem(), text);
     }
@@ -54,9 +47,6 @@ protected:
         QTest::mouseClick(app->view(), Qt::LeftButton, {},
                           item.mapToScene({item.width() / 2, item.height() / 2}).toPoint());
     }
-
-    bench::Bench module{{.rate = 200, .profile = profile}};
-    std::unique_ptr<fakes::Application> app;
 };
 
 TEST(KeyboardShift, GoesUpJustSoFarThatTheFieldIsSeen) {
@@ -138,33 +128,10 @@ TEST_F(WindowTest, PagesSensorsAndWarningsHaveNamesForThoseWhoDoNotSeeThem) {
     })) << accessibleNames(QAccessible::queryAccessibleInterface(app->view())).join("; ").toStdString();
 }
 
-TEST_F(WindowTest, TheGearLeadsToTheMenuAndTheLiveListAndCloseBack) {
-    ASSERT_NE(app->view(), nullptr);
-    ASSERT_TRUE(app->waitUntilReady());
-    app->tap({32, 32});
-    ASSERT_TRUE(app->waitUntil([&] { return app->stage->top() != app->first.get(); }));
-    auto* const menu = qobject_cast<NavigationController*>(app->stage->top());
-    ASSERT_NE(menu, nullptr);
-    EXPECT_EQ(menu->topViewController()->title(), "Main Menu");
-    qobject_cast<TableViewController*>(menu->topViewController())->touchRow(0, 5);
-    ASSERT_TRUE(app->waitUntil([&] { return menu->depth() == 2; }));
-    auto* const list = qobject_cast<TableViewController*>(menu->topViewController());
-    ASSERT_NE(list, nullptr);
-    auto* const cell = list->cellAt({0, 0});
-    ASSERT_TRUE(app->waitUntil([&] { return shown(cell->text()); }));
-    ASSERT_TRUE(
-        app->waitUntil([&] { return cell->detailText().endsWith("RPM") && cell->detailText() != "0 RPM"; }));
-    menu->touchBack();
-    ASSERT_TRUE(app->waitUntil([&] { return menu->depth() == 1; }));
-    menu->topViewController()->leftBarButton()->touch();
-    EXPECT_TRUE(app->waitUntil([&] { return app->stage->top() == app->first.get(); }));
-}
-
 TEST_F(WindowTest, AnAlertHasTheKeysAndGivesThemBack) {
     ASSERT_TRUE(app->waitUntilReady());
     const auto gallery = std::make_shared<pictures::Gallery>();
     app->page()->presentModalViewControllerAnimated(std::make_shared<NavigationController>(gallery), true);
-    const auto key = [&](Qt::Key code) { QTest::keyClick(app->view(), code); };
     app->runFor(300ms);
     for (int i = 0; i < 7; ++i)
         key(Qt::Key_Down);
@@ -286,31 +253,6 @@ TEST_F(WindowTest, WhatCanNotBeReadIsToldOnThePageUntilItIsSetAgain) {
     SettingValueStore::save({}, app->control->currentVehicle());
     module.dropConnections();
     EXPECT_TRUE(app->waitUntil([&] { return !shown(sentence); }));
-}
-
-TEST_F(WindowTest, AlertsCoverTheScreenUntilTouched) {
-    ASSERT_TRUE(app->waitUntilReady());
-    module.stop();  // nothing moves under them
-    ASSERT_TRUE(app->waitUntil([&] { return !app->status->connected(); }));
-    ASSERT_TRUE(app->waitUntil([&] { return app->first->droppableViews()[0]->gauge()->isOld(); }));
-    ASSERT_TRUE(app->waitUntil([&] { return app->first->droppableViews()[0]->gauge()->needleAtRest(); }));
-    app->runFor(300ms);  // the page's own appearing
-    const auto before = app->view()->grabWindow();
-    int pressed = -1;
-    auto alert =
-        std::make_shared<AlertView>("Connection Error", "A word to the driver", QStringList{"Cancel", "OK"});
-    alert->setDismissedHandler([&](int index) { pressed = index; });
-    app->first->showAlert(alert);
-    EXPECT_NE(app->view()->grabWindow(), before);
-    alert->touchButton(1);
-    EXPECT_TRUE(app->waitUntil([&] { return pressed == 1 && app->stage->alert() == nullptr; }));
-    EXPECT_EQ(app->view()->grabWindow(), before);
-    app->first->setProgress(std::make_shared<ProgressHUD>([&] { pressed = 9; }));
-    EXPECT_NE(app->view()->grabWindow(), before);
-    app->stage->progress()->touchCancel();
-    EXPECT_TRUE(app->waitUntil([&] { return pressed == 9; }));
-    app->first->setProgress(nullptr);
-    EXPECT_EQ(app->view()->grabWindow(), before);
 }
 
 }  // namespace

@@ -126,15 +126,6 @@ TEST_F(EngineTest, AResetTakesAWaitingChunkInPlaceOfTheFrameThatIsHeld) {
     EXPECT_EQ(stored(9), 2);
 }
 
-TEST_F(EngineTest, EachValueHasAPlaceOfItsOwn) {
-    for (int aid = 0; aid < 255; ++aid) {
-        const auto byte = static_cast<std::uint8_t>(aid);
-        const auto& store = torv::sendStore();
-        EXPECT_EQ(x2comSendSlot(byte),
-                  aid < 220 ? &store.shortSlots[4U * byte] : &store.longSlots[13U * (byte - 220U)]);
-    }
-}
-
 TEST_F(EngineTest, DispatchesByType) {
     const std::tuple<std::string, Bytes, int, Bytes, int, Results> rows[] = {
         {"write", framed(0, {9, 1}), complete, {9}, 1, {ackSent, idle}},

@@ -38,20 +38,6 @@ TEST(RunLoop, WorkFromAnotherThreadKeepsItsOrderAndWakesTheLoop) {
         ASSERT_EQ(order[static_cast<std::size_t>(i)], i);
 }
 
-TEST(RunLoop, WorkInsideWorkIsFoundByANestedTurn) {
-    QtRunLoop loop;
-    bool inner = false;
-    bool outer = false;
-    loop.performOnMainThread([&] {
-        while (!inner)
-            ASSERT_TRUE(loop.runOnce());
-        outer = true;
-    });
-    loop.performOnMainThread([&] { inner = true; });
-    while (!outer)
-        ASSERT_TRUE(loop.runOnce());
-}
-
 TEST(RunLoop, TimersStopFromAnywhereEvenWithinThemselves) {
     QtRunLoop loop;
     int once = 0;

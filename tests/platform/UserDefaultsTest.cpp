@@ -105,21 +105,13 @@ TEST_F(UserDefaultsTest, WhatIsNoDatabaseIsSetAside) {
         EXPECT_TRUE(fs::exists(folder / aside));
         EXPECT_EQ(std::exchange(log, {}).size(), 1U);
         fs::remove(file);
-        sqlite3* other = nullptr;  // and the next time a database of somebody else
-        ASSERT_EQ(sqlite3_open(file.c_str(), &other), SQLITE_OK);
-        sqlite3_exec(other, "CREATE TABLE defaults (something)", nullptr, nullptr, nullptr);
-        sqlite3_close(other);
+        sql("CREATE TABLE defaults (something)");  // and the next time a database of somebody else
     }
 }
 
 TEST_F(UserDefaultsTest, AnUnreadableEntryIsSetAside) {
     { SqliteUserDefaults{file}.setObjectForKey(Value{"good"}, "good"); }
-    sqlite3* database = nullptr;
-    ASSERT_EQ(sqlite3_open(file.c_str(), &database), SQLITE_OK);
-    ASSERT_EQ(sqlite3_exec(database, "INSERT INTO defaults VALUES (x'626164', 'archive', '{\"$data\": 5}')",
-                           nullptr, nullptr, nullptr),
-              SQLITE_OK);
-    sqlite3_close(database);
+    sql("INSERT INTO defaults VALUES (x'626164', 'archive', '{\"$data\": 5}')");
     {
         SqliteUserDefaults defaults{file};
         EXPECT_EQ(defaults.objectForKey("good"), Value{"good"});
@@ -133,6 +125,7 @@ TEST_F(UserDefaultsTest, AnUnreadableEntryIsSetAside) {
     EXPECT_EQ(again.objectForKey("bad"), Value{"new"});
     EXPECT_EQ(log.size(), 1U);
     EXPECT_NE(log[0].find("is kept as \"bad unreadable 1\""), std::string::npos) << log[0];
+    sqlite3* database = nullptr;
     ASSERT_EQ(sqlite3_open(file.c_str(), &database), SQLITE_OK);
     const auto content = "UPDATE defaults SET kind = 'text' WHERE key = x'62616420756e7265616461626c652031'";
     EXPECT_EQ(sqlite3_exec(database, content, nullptr, nullptr, nullptr), SQLITE_OK);

@@ -2,7 +2,6 @@
 #include <gtest/gtest.h>
 
 #include "fakes/FakePlatform.h"
-#include "screens/NavigationController.h"
 #include "tools/pictures/Gallery.h"
 
 namespace {
@@ -32,12 +31,9 @@ protected:
 TEST_F(TableTest, SectionsBearHeadersAndFootersAlsoWithoutRows) {
     ASSERT_EQ(table->rows()->rowCount(), 13);
     EXPECT_EQ(view(0, "header").text, "Values");
-    EXPECT_EQ(view(0, "header").height, 50);
     EXPECT_EQ(view(1, "header").text, "");
     EXPECT_TRUE(shown(5, "isLast").toBool());
     EXPECT_FALSE(shown(5, "isFirst").toBool());
-    EXPECT_TRUE(view(9, "header").centred);
-    EXPECT_EQ(shown(9, "rowHeight"), TableViewController::usualRowHeight);
     EXPECT_EQ(shown(12, "rowHeight"), 0);
     EXPECT_EQ(view(12, "footer").height, 65);
     EXPECT_EQ(table->cellAt({Gallery::empty, -1}), nullptr);
@@ -137,18 +133,6 @@ TEST_F(TableTest, ControlsTellTheirDelegateAndDisabledOnesDoNot) {
     run();
     EXPECT_EQ(table->heard, "off return:3301 ");
     EXPECT_EQ(table->typed, "3301");
-}
-
-TEST_F(TableTest, EscapeLeadsBackAndOnTheRootDoesWhatTheLeftButtonDoes) {
-    const auto stack = std::make_shared<NavigationController>(std::make_shared<Gallery>());
-    stack->pushViewControllerAnimated(table, false);
-    stack->touchEscape();
-    run();
-    ASSERT_EQ(stack->depth(), 1);
-    auto& root = dynamic_cast<Gallery&>(*stack->topViewController());
-    stack->touchEscape();
-    run();
-    EXPECT_EQ(root.heard, "close ");
 }
 
 }  // namespace

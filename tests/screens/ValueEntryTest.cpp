@@ -5,6 +5,7 @@
 #include "screens/NavigationController.h"
 #include "screens/TablePickerViewController.h"
 #include "screens/TextValueGetterViewController.h"
+#include "screens/TypedNumber.h"
 
 namespace {
 
@@ -94,45 +95,6 @@ TEST_F(ValueEntryTest, ARefusalKeepsTheScreenAndNobodyToAskSavesNothing) {
     EXPECT_EQ(taker.heard, "10 ");
 }
 
-TEST_F(ValueEntryTest, WithoutValuesThereIsOneFieldAndItsTextIsAdded) {
-    auto& screen = show(TextValueGetterViewController::initForNumberOfValues(0));
-    screen.setDelegate(&taker);
-    EXPECT_EQ(screen.numberOfRowsInSection(0), 1);
-    field(screen, 0).editingEnded("typed");
-    run();
-    EXPECT_EQ(screen.values(), QStringList{"typed"});
-}
-
-TEST_F(ValueEntryTest, KeyboardTypesBecomeHints) {
-    TextValueGetterTableViewCell cell{"cell"};
-    const auto hints = [&](const TextValueGetterTableViewCell::Input& input) {
-        cell.setInput(input);
-        return cell.inputHints();
-    };
-    EXPECT_EQ(hints({}), Qt::ImhNone);
-    EXPECT_EQ(hints({.keyboardType = numberPad}), Qt::ImhFormattedNumbersOnly);
-    EXPECT_EQ(hints({.keyboardType = numbersAndPunctuation}), Qt::ImhFormattedNumbersOnly);
-    EXPECT_EQ(hints({.keyboardType = 99, .autocapitalizationType = 1, .autocorrectionType = 1}),
-              Qt::ImhNoPredictiveText | Qt::ImhNoAutoUppercase);
-    EXPECT_EQ(hints({.secureTextEntry = true}), Qt::ImhSensitiveData | Qt::ImhHiddenText);
-}
-
-TEST_F(ValueEntryTest, APickIsToldOnceAndNotForWhatIsChosenAlready) {
-    auto& picker = show(TablePickerViewController::initWithTitleValuesSelectedValue("Pick", {"a", "b"}, "b"));
-    picker.setDelegate(&taker);
-    const auto marked = [&](int row) { return !picker.cellAt({0, row})->marks().isEmpty(); };
-    EXPECT_FALSE(marked(0));
-    EXPECT_TRUE(marked(1));
-    for (const int row : {1, 0, 0}) {
-        picker.touchRow(0, row);
-        run();
-        EXPECT_FALSE(picker.selectedRow());
-    }
-    EXPECT_EQ(taker.heard, "a ");
-    EXPECT_TRUE(marked(0));
-    EXPECT_FALSE(marked(1));
-}
-
 TEST_F(ValueEntryTest, LongTablesAreSearchedAndShortOnesAreNot) {
     QStringList values;
     for (int i = 0; i < 31; ++i)
@@ -154,6 +116,22 @@ TEST_F(ValueEntryTest, LongTablesAreSearchedAndShortOnesAreNot) {
     values.removeLast();
     EXPECT_FALSE(
         show(TablePickerViewController::initWithTitleValuesSelectedValue("Pick", values, {})).isSearchable());
+}
+
+TEST(TypedNumber, NumbersAreTypedAsTheLocaleWritesThem) {
+    EXPECT_EQ(typedNumber("31,5", QLocale{QLocale::German}), "31.5");
+    EXPECT_EQ(typedNumber("31.5", QLocale{QLocale::German}), "31.5");
+    EXPECT_EQ(typedNumber("31,5", QLocale{QLocale::English}), "31,5");
+    EXPECT_EQ(typedNumber("3.250", QLocale{QLocale::German}), "3250");
+    EXPECT_EQ(typedNumber(" -1.003.250,5", QLocale{QLocale::German}), " -1003250.5");
+    EXPECT_EQ(typedNumber("3.2500", QLocale{QLocale::German}), "3.2500");
+    EXPECT_EQ(typedNumber("1234.567", QLocale{QLocale::German}), "1234.567");
+    EXPECT_EQ(typedNumber("3,250", QLocale{QLocale::English}), "3250");
+    EXPECT_EQ(typedNumber("0.123,456", QLocale{QLocale::English}), "0.123,456");
+    EXPECT_EQ(typedNumber("3 250,5", QLocale{QLocale::French}), "3250.5");
+    EXPECT_EQ(typedNumber("-٣١٫٥", QLocale{QLocale::Arabic, QLocale::Egypt}), "-31.5");
+    EXPECT_EQ(typedNumber("−5", QLocale{QLocale::Swedish}), "-5");
+    EXPECT_EQ(typedNumber("5²", QLocale{QLocale::English}), "5²");
 }
 
 }  // namespace

@@ -113,18 +113,6 @@ protected:
     std::shared_ptr<iTorvFeeder> feeder;
 };
 
-TEST_F(LoopbackTest, WritesRequestsAndEchoes) {
-    ASSERT_TRUE(connect());
-    ASSERT_TRUE(feeder->setValueForAID(bench::Bytes{0x80, 0x0C}, 95));
-    EXPECT_EQ(module->value(95), (bench::Bytes{0x80, 0x0C}));
-    EXPECT_TRUE(waitUntil([&] { return feeder->valueForAID(95).bytes()[1] == 0x0C; }));
-    EXPECT_TRUE(feeder->requestValueForAID(78));
-    EXPECT_TRUE(feeder->setValueForAID(bench::Bytes{0x55}, 24));
-    EXPECT_TRUE(feeder->setValueForAID(bench::Bytes{6, 2, 3, 0x3B, 1, 5}, 226));
-    EXPECT_EQ(module->value(226), (bench::Bytes{6, 2, 3, 0x3B, 1, 5}));
-    expectNothingWrong();
-}
-
 TEST_F(LoopbackTest, AnExchangeOfAnotherThreadFailsAndLeavesNoTrace) {
     ASSERT_TRUE(connect());
     ASSERT_TRUE(feeder->setValueForAID(bench::Bytes{7}, 33));
@@ -180,19 +168,6 @@ TEST_F(LoopbackTest, ValuesFlowUnderEachFaultAndAfterIt) {
         EXPECT_TRUE(feeder->setValueForAID(bench::Bytes{0x20, 3}, 96));
     }
     expectNothingWrong();
-}
-
-TEST_F(LoopbackTest, ARefusingOrMuteModuleIsFoundOnceItSpeaks) {
-    module->setFault(Fault::refuse, {.probability = 1});
-    feeder->start();
-    EXPECT_FALSE(waitUntil([&] { return feeder->driver().connected(); }, 500ms));
-    module->clearFaults();
-    module->setFault(Fault::mute, {.probability = 1});
-    EXPECT_TRUE(waitUntil([&] { return module->statistics().connections > 0; }));
-    EXPECT_FALSE(feeder->driver().connected());
-    module->clearFaults();
-    EXPECT_TRUE(waitUntil([&] { return feeder->driver().connected(); }));
-    EXPECT_TRUE(valuesFlow());
 }
 
 /// Ten thousand exchanges in all, in parts that can run side by side.

@@ -26,16 +26,12 @@ inline const Bytes ackOf5 = frame({0x22, 5});
 inline const Bytes ignored = frame({0x62, 1});
 
 struct Listener final : iTorvConnectionListener {
-    void iTorvFeederDidEstablishConnection(iTorvFeeder& feeder) override {
-        ++established;
-        if (onEstablished) onEstablished(feeder);
-    }
+    void iTorvFeederDidEstablishConnection(iTorvFeeder&) override { ++established; }
     void iTorvFeederDidFailToConnect(iTorvFeeder&) override { failedAt.push_back(loop->time().count()); }
 
     fakes::VirtualRunLoop* loop = nullptr;
     int established = 0;
     std::vector<std::int64_t> failedAt;
-    std::function<void(iTorvFeeder&)> onEstablished;
 };
 
 struct Reader final : iTorvReader {

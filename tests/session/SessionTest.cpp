@@ -228,24 +228,6 @@ TEST_F(SessionTest, AFrameThatCanNotLeaveIsGivenUpWithTheLink) {
     EXPECT_TRUE(platform.stream().sent.empty());
 }
 
-TEST_F(SessionTest, TellsHowFarTheWayToTheModuleIsOpen) {
-    using Reach = ByteStream::Reach;
-    const auto attempt = [&](Reach reach) {
-        platform.stream().reached = reach;
-        return driver().reach();
-    };
-    start();
-    EXPECT_EQ(attempt(Reach::noAnswer), Reach::noAnswer);
-    EXPECT_EQ(attempt(Reach::refused), Reach::refused);
-    platform.loop.runFor(3s);
-    EXPECT_EQ(attempt(Reach::noAnswer), Reach::refused);  // until this attempt is over too
-    platform.loop.runFor(3s);
-    EXPECT_EQ(attempt(Reach::noAnswer), Reach::noAnswer);
-    EXPECT_EQ(attempt(Reach::open), Reach::open);
-    EXPECT_EQ(attempt(Reach::closed), Reach::closed);
-    EXPECT_EQ(driver().endpoint(), (Endpoint{"1.2.3.4", 2000}));
-}
-
 TEST_F(SessionTest, ARespTimerThatHasLostItsGuardEndsTheNextRequestEarly) {
     connect();
     auto& center = platform.notificationCenter();
@@ -293,33 +275,6 @@ TEST_F(SessionTest, AnExchangeInsideAnotherEndsBoth) {
     platform.loop.performOnMainThread([&] { inner = feeder->setValueForAID(Bytes{2}, 6); });
     EXPECT_TRUE(feeder->setValueForAID(Bytes{1}, 5));
     EXPECT_TRUE(inner);
-}
-
-TEST_F(SessionTest, DefaultsWrittenWithinTheConnectionCallbackEnd) {
-    std::vector<bool> results;
-    listener->onEstablished = [&](iTorvFeeder& f) {
-        answerEverything();
-        for (const AID aid : {91, 152, 95})
-            results.push_back(f.setValueForAID(Bytes{1, 2, 3}, aid));
-    };
-    connect();
-    EXPECT_EQ(results, (std::vector<bool>{true, true, true}));
-}
-
-TEST_F(SessionTest, TroubleCodesAreAnnouncedBeforeTheDelegateHears) {
-    std::string order;
-    auto& center = platform.notificationCenter();
-    const auto first = center.addObserver(dtc224Received, [&] { order += "224 "; });
-    const auto second = center.addObserver(dtc225Received, [&] { order += "225 "; });
-    const auto codes = reader("224");
-    codes->onRead = [&] { order += "read "; };
-    connect();
-    chunk(frame({0x1F, 224, 13, 0, 1, 0x01, 0x23, 0, 0, 0, 0, 0, 0, 0, 0}));
-    chunk(frame({0x14, 225, 2, 0}));
-    chunk(push);
-    EXPECT_EQ(order, "224 read 225 ");
-    ASSERT_EQ(codes->reads.size(), 1U);
-    EXPECT_EQ(codes->reads[0].second.size(), 13U);
 }
 
 }  // namespace

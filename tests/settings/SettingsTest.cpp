@@ -10,7 +10,6 @@
 #include "platform/NotificationNames.h"
 #include "platform/StoredKeys.h"
 #include "screens/NavigationController.h"
-#include "screens/TypedNumber.h"
 #include "settings/screens/SensorsViewController.h"
 #include "settings/screens/SettingsViewController.h"
 #include "vehicles/UntakenSettings.h"
@@ -161,8 +160,7 @@ TEST_F(SettingsTest, RecordsByTable) {
           Case{153, 2, turn(false), 1, "7"}, Case{152, 10, choose(1), 18, "300"},
           Case{152, 17, choose(0), 9, "30"}, Case{91, 1, choose(1), 2, "7"}, Case{91, 2, choose(2), 4, "7"},
           Case{91, 4, choose(0), 1, "7"}, Case{91, 4, choose(9), 1, "7"}}) {
-        const auto setting =
-            *std::find_if(all.begin(), all.end(), [&](const auto& s) { return s.aid == row.aid; });
+        const auto setting = *std::ranges::find(all, row.aid, &TorvAttribute::aid);
         const auto record = row.change(setting, {.flags = row.flags, .value = "7", .additionalData = {}});
         EXPECT_EQ(record.flags, row.flagsAfter) << row.aid << " from " << row.flags;
         EXPECT_EQ(record.value, row.valueAfter) << row.aid << " from " << row.flags;
@@ -174,8 +172,6 @@ TEST_F(SettingsTest, RowsShowTheStoreAndTheLinkDecidesWhatCanBeChosen) {
                                                   {152, AV::forAID(152, Bytes{3, 0x90, 1})},
                                                   {91, AV::forAID(91, Bytes{2, 40})}},
                                                  false);
-    EXPECT_EQ(screen.title(), "Settings");
-    EXPECT_EQ(detail(screen, driveTrain), "");
     EXPECT_EQ(detail(screen, turboTimer), "400 ºF");
     EXPECT_EQ(detail(screen, plain), "3600 RPM");
     auto& label = dynamic_cast<TappableLabelTableViewCell&>(*screen.cellAt({0, gear}));
@@ -199,7 +195,6 @@ TEST_F(SettingsTest, ATypedValueIsCheckedSentStoredAndShown) {
     auto& screen = *open<SettingsViewController>();
     touch(screen, plain);
     auto& field = top<TextValueGetterViewController>();
-    EXPECT_EQ(field.title(), "Shift Light");
     EXPECT_EQ(field.toolTip(), "This attribute min value is 5 RPM and it's max value is 4200 RPM.");
     for (const auto& refused : {QString{"4"}, QString{"4201"}, QString{"  "}, QString{"٤"}, QString{"1\n2"},
                                 QString{10000, u'9'}, QString{"NaN"}}) {
@@ -254,13 +249,6 @@ TEST_F(SettingsTest, SwitchesAndChoicesReachTheModuleAndTheTurboLamp) {
     EXPECT_EQ(writes, (std::vector<Bytes>{frame({0x05, 152, 3, 30, 0}), frame({0x05, 152, 2, 30, 0}),
                                           frame({0x05, 153, 1, 0, 0}), frame({0x05, 152, 0, 30, 0}),
                                           frame({0x04, 91, 1, 0})}));
-    writes.clear();
-    DeviceSettings settings{app->feeder(), truck()};
-    settings.pick(settings.settings()[gear], 2);
-    flip(turboTimer);
-    settings.pick(settings.settings()[turboTimer], 1);
-    EXPECT_EQ(writes, (std::vector<Bytes>{frame({0x04, 91, 2, 0}), frame({0x05, 152, 1, 30, 0}),
-                                          frame({0x05, 152, 3, 0x2C, 1})}));
 }
 
 TEST_F(SettingsTest, WholeNumbersWithinTheRangePass) {
@@ -412,19 +400,14 @@ TEST_F(SettingsTest, TheDriveTrainTravelsInOneRecordAndCorrectsSpeeds) {
     EXPECT_EQ(top<TablePickerViewController>().values().size(), 2);  // the third has no code
     pick(0);
     touch(screen, 2);
-    EXPECT_EQ(top<TextValueGetterViewController>().toolTip(),
-              "This attribute min value is 20.0 INCHES and it's max value is 40.0 INCHES.");
     for (const auto& refused : {"40.1", "19.9", "31.5\"", "31,5", ""}) {
         EXPECT_FALSE(type(refused)) << refused;
         ASSERT_NE(stack->alert(), nullptr);
-        if (QString{refused} == "") break;
+        EXPECT_EQ(stack->alert()->message(),
+                  "The value you typed is out of range. Please use values between 20.0 and 40.0.");
         stack->alert()->touchButton(0);
         run();
     }
-    EXPECT_EQ(stack->alert()->message(),
-              "The value you typed is out of range. Please use values between 20.0 and 40.0.");
-    stack->alert()->touchButton(0);
-    run();
     EXPECT_TRUE(type("31.5"));
     touch(screen, 2);
     EXPECT_TRUE(type("33"));
@@ -467,31 +450,6 @@ TEST_F(SettingsTest, ADriveTrainThatIsNotTakenSaysSoOnBothScreens) {
     EXPECT_EQ(settings.cellAt({0, driveTrain})->note(), "not taken by the module");
 }
 
-TEST_F(SettingsTest, ADriveTrainThatCanNotBeWrittenSaysSo) {
-    open<SettingsViewController>();
-    auto setting = truck().settings()[driveTrain];
-    setting.formatter = truck().settings()[oneWay].formatter;
-    const auto screen = DriveTrainInfoViewController::initWithAttribute(setting, app);
-    EXPECT_EQ(screen->viewForFooterInSection(0).text,
-              "⚠ can only be read: nothing is known of how to write it");
-    EXPECT_FALSE(screen->shouldHighlightRowAtIndexPath({0, 0}));
-}
-
-TEST_F(SettingsTest, TheSecondModeHasARangeOfItsOwn) {
-    auto& screen = *open<SettingsViewController>({{152, AV::forAID(152, Bytes{3, 0x90, 1})}});
-    touch(screen, turboTimer);
-    EXPECT_EQ(top<TextValueGetterViewController>().toolTip(),
-              "This attribute min value is 300 ºF and it's max value is 700 ºF.");
-    EXPECT_EQ(top<TextValueGetterViewController>().defaultTexts(), QStringList{"400"});
-    EXPECT_FALSE(type("299"));
-    EXPECT_EQ(stack->alert()->message(),
-              "The value you typed is out of range. Please use values between 300 and 700.");
-    stack->alert()->touchButton(0);
-    run();
-    EXPECT_TRUE(type("700"));
-    EXPECT_EQ(stored(152), (Bytes{3, 0xBC, 2, 0}));
-}
-
 TEST_F(SettingsTest, SensorsOfOneNameLoseNothingOfEachOther) {
     Vehicle twins;
     twins.setName("Twins");
@@ -503,13 +461,6 @@ TEST_F(SettingsTest, SensorsOfOneNameLoseNothingOfEachOther) {
     EXPECT_EQ(twins.sensors()[0].warningValue, 60);
     EXPECT_EQ(twins.sensors()[0].warningRule, 101);
     warnings.setText(0, "50");  // keeps the rule that its twin has stored
-    EXPECT_EQ(twins.sensors()[0].warningRule, 101);
-    // A switch goes by its own row: what its twin has stored meanwhile is not added to.
-    SensorWarnings switched{twins};
-    switched.setSwitch(0, true);
-    switched.setSwitch(1, true);
-    EXPECT_EQ(twins.sensors()[1].warningRule, 1);
-    switched.setSwitch(0, false);
     EXPECT_EQ(twins.sensors()[0].warningRule, 101);
 }
 
@@ -529,8 +480,6 @@ TEST_F(SettingsTest, WarningsAreSwitchedByAHundredAndEveryChangeIsTold) {
     run();
     EXPECT_EQ(rules(), "103/45 0/0 2/-1 ");
     touch(screen, 0);
-    EXPECT_EQ(top<TextValueGetterViewController>().toolTip(),
-              "This sensor warning min value is 0 RPM and it's max value is 60 RPM.");
     EXPECT_FALSE(type("61"));
     stack->alert()->touchButton(0);
     run();
@@ -544,22 +493,6 @@ TEST_F(SettingsTest, WarningsAreSwitchedByAHundredAndEveryChangeIsTold) {
     run();
     EXPECT_EQ(rules(), "3/45 0/0 2/-1 ");
     EXPECT_EQ(refreshes, 4);
-}
-
-TEST_F(SettingsTest, NumbersAreTypedAsTheLocaleWritesThem) {
-    EXPECT_EQ(typedNumber("31,5", QLocale{QLocale::German}), "31.5");
-    EXPECT_EQ(typedNumber("31.5", QLocale{QLocale::German}), "31.5");
-    EXPECT_EQ(typedNumber("31,5", QLocale{QLocale::English}), "31,5");
-    EXPECT_EQ(typedNumber("3.250", QLocale{QLocale::German}), "3250");
-    EXPECT_EQ(typedNumber(" -1.003.250,5", QLocale{QLocale::German}), " -1003250.5");
-    EXPECT_EQ(typedNumber("3.2500", QLocale{QLocale::German}), "3.2500");
-    EXPECT_EQ(typedNumber("1234.567", QLocale{QLocale::German}), "1234.567");
-    EXPECT_EQ(typedNumber("3,250", QLocale{QLocale::English}), "3250");
-    EXPECT_EQ(typedNumber("0.123,456", QLocale{QLocale::English}), "0.123,456");
-    EXPECT_EQ(typedNumber("3 250,5", QLocale{QLocale::French}), "3250.5");
-    EXPECT_EQ(typedNumber("-٣١٫٥", QLocale{QLocale::Arabic, QLocale::Egypt}), "-31.5");
-    EXPECT_EQ(typedNumber("−5", QLocale{QLocale::Swedish}), "-5");
-    EXPECT_EQ(typedNumber("5²", QLocale{QLocale::English}), "5²");
 }
 
 }  // namespace

@@ -79,6 +79,14 @@ protected:
             stack->pushViewControllerAnimated(screen, false);
         }
     }
+    /// The list is read, and that nobody answers is taken note of.
+    void openOffline(bool firstRun) {
+        platform.network.flags = 0;
+        open(firstRun);
+        run();
+        for (; screen->alert(); run())
+            screen->alert()->touchButton(0);
+    }
     void run() { platform.loop.runWork(); }
     [[nodiscard]] bool closed() const {
         return stack ? stack->topViewController() != screen.get()
@@ -125,13 +133,7 @@ TEST_P(CarSetupFlow, RowByRow) {
     VehicleDataSource::setCurrentVehicle(old);
     VehicleDataSource::saveVehicle(old);
     VehicleDataSource::saveVehicle(picked);
-    platform.network.flags = 0;  // while the list is read
-    open(c.firstRun);
-    run();
-    while (screen->alert()) {
-        screen->alert()->touchButton(0);
-        run();
-    }
+    openOffline(c.firstRun);
     platform.network.flags = Reachability::reachable;
     if (c.download) answer(c.download);
     messages.insert({"Update available",
@@ -282,13 +284,7 @@ TEST_F(CarSetupTest, TheUpdateThatIsOfferedAtOnceMayBeRefusedOrFail) {
 TEST_F(CarSetupTest, AScreenThatIsLeftDuringADownloadChangesNothing) {
     VehicleDataSource::setCurrentVehicle(vehicle("Old", 1));
     VehicleDataSource::saveVehicle(vehicle("New", 2, false));
-    platform.network.flags = 0;
-    open(false);
-    run();
-    while (screen->alert()) {
-        screen->alert()->touchButton(0);
-        run();
-    }
+    openOffline(false);
     answer(document("New", "2.0", 3));
     screen->touchRow(0, 0);
     run();
@@ -305,11 +301,7 @@ TEST_F(CarSetupTest, ARowIsLeftAloneDuringADownload) {
     VehicleDataSource::setCurrentVehicle(vehicle("Old", 1));
     VehicleDataSource::saveVehicle(vehicle("New", 2, false));
     VehicleDataSource::saveVehicle(vehicle("Third", 3));
-    platform.network.flags = 0;
-    open(true);
-    run();
-    screen->alert()->touchButton(0);
-    run();
+    openOffline(true);
     answer(document("New", "2.0", 3));
     screen->touchRow(0, 0);
     screen->touchRow(0, 1);  // comes while the document is on its way
@@ -321,11 +313,7 @@ TEST_F(CarSetupTest, ARowIsLeftAloneDuringADownload) {
 TEST_F(CarSetupTest, ARowIsLeftAloneDuringAPass) {
     VehicleDataSource::setCurrentVehicle(vehicle("Old", 1));
     VehicleDataSource::saveVehicle(vehicle("New", 2));
-    platform.network.flags = 0;
-    open(false);
-    run();
-    screen->alert()->touchButton(0);
-    run();
+    openOffline(false);
     const auto oneMoment = [&] {
         const auto title = screen->alert() ? screen->alert()->title() : QString{};
         EXPECT_FALSE(screen->cellAt({0, 0})->busy());
@@ -350,7 +338,7 @@ TEST_F(CarSetupTest, TheFirstRunHasACloseButtonOnce) {
     open(true);
     run();
     ASSERT_NE(screen->leftBarButton(), nullptr);
-    EXPECT_TRUE(platform.defaults.objectForKey(firstRunKey).boolValue());
+    EXPECT_TRUE(platform.defaults.objectForKey("FIRST_RUN_KEY").boolValue());
     screen->leftBarButton()->touch();
     run();
     EXPECT_TRUE(closed());

@@ -196,12 +196,6 @@ TEST_F(VehicleDataSourceTest, SetsAsideWhatItCanNotRead) {
     EXPECT_TRUE(platform.defaults.entries.contains("current_vehicle unreadable 6"));
 }
 
-TEST_F(VehicleDataSourceTest, TheUpdateServerIsWhatTheLoaderTakes) {
-    EXPECT_TRUE(VehicleDataSource::setUpdateServer("https://host:8080/folder/", platform.loader));
-    EXPECT_FALSE(VehicleDataSource::setUpdateServer("ftp://host", platform.loader));
-    EXPECT_EQ(VehicleDataSource::updateServer(), "https://host:8080/folder");
-}
-
 TEST_F(VehicleDataSourceTest, OneThatCanNotBeReadIsNotTakenForAChoice) {
     platform.defaults.entries["current_vehicle"] = "cut";
     for (int start = 0; start < 2; ++start) {
