@@ -1,6 +1,7 @@
 // From the menu to the curves of a recorded drive in the real window, by keys, mouse, wheel and two fingers.
 #include <QImage>
 #include <QPainter>
+#include <cmath>
 #include <set>
 
 #include "Journey.h"
