@@ -9,6 +9,7 @@
 #include "connection/CaptureReader.h"
 #include "connection/CaptureWriter.h"
 #include "session/Session.h"
+#include "support/Hexadecimal.h"
 
 namespace {
 
@@ -60,7 +61,15 @@ protected:
 };
 
 TEST_F(CaptureTest, WhatWentOverTheLinkComesBackByteForByte) {
-    const auto all = readAll(capture());
+    const auto bytes = capture();
+    const auto hex = hexadecimalText({reinterpret_cast<const std::uint8_t*>(bytes.data()), bytes.size()});
+    EXPECT_EQ(hex.substr(0, 160),
+              "0a0d0d0a2c0000004d3c2b1a01000000ffffffffffffffff0400050069546f727600000000000000"
+              "2c00000001000000240000009300000000000000020005007832636f6d0000000000000024000000")
+        << "as other programs want it";
+    EXPECT_NE(hex.find("02000400010000000000000"), std::string::npos) << "inbound";
+    EXPECT_NE(hex.find("02000400020000000000000"), std::string::npos) << "outbound";
+    const auto all = readAll(bytes);
     EXPECT_EQ(all.error, "");
     const auto& sent = platform.opened.front()->sent;
     std::vector<fakes::Bytes> to;

@@ -119,6 +119,7 @@ TEST_F(ConnectionStatistics, FramesAnswersAndEventsAreCounted) {
     platform.loop.runFor(30s);
     figures = statistics->figures();
     EXPECT_FALSE(figures.upSince);
+    EXPECT_EQ(figures.sessionsLately, 1U);
     EXPECT_EQ(figures.unanswered, 1U) << "the heartbeat asks on, and nobody is there";
     EXPECT_DOUBLE_EQ(figures.framesPerSecond, 0);
     EXPECT_EQ(figures.events[0].times, 10) << "the same thing again is one line";
