@@ -391,7 +391,7 @@ TEST(EqualizerSlider, SettersPushTheOthers) {
     }
 }
 
-TEST(EqualizerSlider, HandleAndTouchByTheFigures) {
+TEST(EqualizerSlider, HandleTouchAndRailByTheFigures) {
     EqualizerSliderControl slider;
     slider.setSize(20, 122, 20, 22);
     for (const auto& [value, center] : {std::pair{0.0, 111.0}, {100.0, 11.0}, {25.0, 86.0}}) {
@@ -407,6 +407,13 @@ TEST(EqualizerSlider, HandleAndTouchByTheFigures) {
     EXPECT_EQ(slider.selectedValue(), 80);
     slider.setSelectedValue(-3);
     EXPECT_EQ(slider.selectedValue(), 30);
+    slider.setHighWarningValue(75);
+    EXPECT_EQ(slider.sliderMaxOutOfRangeLine().top, 11);
+    EXPECT_EQ(slider.sliderMaxOutOfRangeLine().height, 122 * 0.25 - 5.5);
+    EXPECT_EQ(slider.sliderMinOutOfRangeLine().height, 122 * 0.30 - 5.5);
+    EXPECT_EQ(slider.sliderMinOutOfRangeLine().top, 122 - 31.1 - 11);
+    EXPECT_EQ(slider.sliderRangeLine().top, 11 + 25);
+    EXPECT_EQ(slider.sliderRangeLine().height, 122 - 22 - 25 - 31.1);
     slider.setMaxDisplayValue(5);
     slider.setMinDisplayValue(5);
     EXPECT_EQ(slider.handleCenter(), 111);
@@ -419,6 +426,10 @@ TEST(EqualizerScale, ElevenTicksFromTheTop) {
     for (const auto& tick : ticks)
         labels += tick.label + (tick.highlighted ? "!" : "") + ",";
     EXPECT_EQ(labels, ",,16,,12,!,8,,4,,0,");
+    EXPECT_EQ(ticks[1].x, 10);
+    EXPECT_EQ(ticks[2].width, 20);
+    EXPECT_FLOAT_EQ(static_cast<float>(ticks[10].y), 98);
+    EXPECT_FLOAT_EQ(static_cast<float>(ticks[10].labelTop), 84);
 }
 
 }  // namespace
