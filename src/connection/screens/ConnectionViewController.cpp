@@ -40,7 +40,7 @@ bool isLong(const ConnectionLine& line) {
 ConnectionViewController::ConnectionViewController(std::shared_ptr<iTorvAppDelegate> application,
                                                    DisplayChoices& display)
     : m_application(std::move(application)), m_display(display) {
-    connect(&m_display, &DisplayChoices::changed, this, [this] { look(); });
+    connect(&m_display, &DisplayChoices::changed, this, [this] { refresh(); });
 }
 
 ConnectionViewController::~ConnectionViewController() {
@@ -54,16 +54,16 @@ void ConnectionViewController::viewDidLoad() {
                                                      [this] { dismissModalViewControllerAnimated(true); }));
     setRightBarButton(std::make_unique<BarButtonItem>(QStringLiteral("Brightness"),
                                                       [this] { m_display.nextBrightness(); }));
-    look();
+    refresh();
 }
 
 void ConnectionViewController::viewWillAppear() {
-    look();
+    refresh();
     TableViewController::viewWillAppear();
     if (m_timer) m_timer->invalidate();
     m_timer = Platform::current().runLoop().scheduleTimer(lookInterval, true,
                                                           [this, self = weak_from_this()](Timer&) {
-                                                              if (const auto alive = self.lock()) look();
+                                                              if (const auto alive = self.lock()) refresh();
                                                           });
 }
 
@@ -72,7 +72,7 @@ void ConnectionViewController::viewWillDisappear() {
 }
 
 /// Rows that are there change in place, so that the list stays where it is; new events are new rows.
-void ConnectionViewController::look() {
+void ConnectionViewController::refresh() {
     auto& platform = Platform::current();
     auto facts = connectionFacts(m_application->feeder()->driver(), m_application->statistics(),
                                  platform.networkInterfaces(), platform.runLoop().now());

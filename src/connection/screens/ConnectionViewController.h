@@ -40,7 +40,7 @@ private:
     enum Section { report, events, device };
     enum DisplayRow { brightness, contrast, sound, wirelessSettings };
 
-    void look();
+    void refresh();
     void askOfWireless(const std::string& interface);
     void fill(TableViewCell& cell, const ConnectionLine& line) const;
     void fill(TableViewCell& cell, const LinkStatistics::Event& event) const;

@@ -92,9 +92,9 @@ void DesktopWirelessNetworks::ask(const std::string& interface, Told told) {
              if (path.isEmpty()) return told(std::nullopt);
              property(path, networkManager + QStringLiteral(".Device.Wireless"),
                       QStringLiteral("ActiveAccessPoint"), [told](const QVariant& accessPoint) {
-                          const auto place = pathOf(accessPoint);
-                          if (place.isEmpty() || place == u"/") return told(std::nullopt);
-                          askAccessPoint(place, told);
+                          const auto point = pathOf(accessPoint);
+                          if (point.isEmpty() || point == u"/") return told(std::nullopt);
+                          askAccessPoint(point, told);
                       });
          });
 }

@@ -21,7 +21,7 @@ bool listens(int file) {
 }  // namespace
 
 bool keepListenersOnLoopback() {
-    bool kept = true;
+    bool tied = true;
     bool any = false;
     std::error_code error;
     for (const auto& entry : std::filesystem::directory_iterator{"/proc/self/fd", error}) {
@@ -30,9 +30,9 @@ bool keepListenersOnLoopback() {
         std::from_chars(name.data(), name.data() + name.size(), file);
         if (!listens(file)) continue;
         any = true;
-        kept = ::setsockopt(file, SOL_SOCKET, SO_BINDTODEVICE, loopback, sizeof loopback) == 0 && kept;
+        tied = ::setsockopt(file, SOL_SOCKET, SO_BINDTODEVICE, loopback, sizeof loopback) == 0 && tied;
     }
-    return any && kept && !error;
+    return any && tied && !error;
 }
 
 }  // namespace torv
