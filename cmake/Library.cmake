@@ -1,6 +1,7 @@
 # One folder, one target, one floor:
 #   itorv_library(<name> [MOC] [QML <uri> [QML_DEPENDS <uri>...]] SOURCES ... LINK <for all who use it> USE <for itself alone>)
-# MOC is for folders with QObjects, QML for those whose types the looks know by name. Which folder may use which stands in docs/architecture.md.
+# MOC is for folders with QObjects (each source ends with what is generated for its class, which otherwise would read
+# all headers once more), QML for those whose types the looks know by name. Which folder may use which stands in docs/architecture.md.
 function(itorv_library name)
     cmake_parse_arguments(ARG "MOC" "QML" "SOURCES;LINK;USE;QML_DEPENDS" ${ARGN})
     add_library(${name} STATIC ${ARG_SOURCES})
@@ -23,9 +24,10 @@ endfunction()
 
 # Headers that nearly every file reads are compiled once for all folders. Each of these targets defines no more
 # macros than all who use it, or the compiler would not take what was compiled.
-set(plain_headers <algorithm> <array> <atomic> <chrono> <functional> <map> <memory> <mutex> <optional> <span>
+set(plain_headers <algorithm> <array> <atomic> <chrono> <filesystem> <functional> <map> <memory> <mutex> <optional> <span>
                   <string> <string_view> <utility> <vector>)
-set(qt_headers <QList> <QObject> <QPointer> <QRectF> <QString> <QStringList> <QVariant>)
+set(qt_headers <QList> <QObject> <QPointer> <QRectF> <QString> <QStringList> <QVariant>
+               <QtQmlIntegration/qqmlintegration.h>)
 
 function(itorv_precompiled_headers name link)
     add_library(${name} STATIC ${PROJECT_SOURCE_DIR}/cmake/Headers.cpp)

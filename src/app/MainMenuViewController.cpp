@@ -39,3 +39,5 @@ void MainMenuViewController::didSelectRowAtIndexPath(IndexPath path) {
 }
 
 }  // namespace torv
+
+#include "moc_MainMenuViewController.cpp"

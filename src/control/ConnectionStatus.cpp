@@ -53,3 +53,5 @@ void ConnectionStatus::look() {
 }
 
 }  // namespace torv
+
+#include "moc_ConnectionStatus.cpp"

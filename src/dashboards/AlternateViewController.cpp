@@ -10,3 +10,6 @@ void AlternateViewController::goToLast() {
 }
 
 }  // namespace torv
+
+#include "moc_AlternateViewController.cpp"
+#include "moc_LastViewController.cpp"

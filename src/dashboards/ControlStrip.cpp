@@ -86,3 +86,12 @@ void ControlStrip::watchAge(ValueAger& ager) const {
 }
 
 }  // namespace torv
+
+#include "moc_ControlStrip.cpp"
+#include "moc_LampView.cpp"
+#include "moc_SootView.cpp"
+#include "moc_SoxView.cpp"
+#include "moc_StatusWidget.cpp"
+#include "moc_TorqueLockView.cpp"
+#include "moc_View.cpp"
+#include "moc_WarningView.cpp"

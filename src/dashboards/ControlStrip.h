@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QtQmlIntegration>
+#include <QtQmlIntegration/qqmlintegration.h>
 
 #include <array>
 #include <memory>

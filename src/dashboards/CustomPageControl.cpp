@@ -55,3 +55,5 @@ QList<QRectF> CustomPageControl::dotFrames() const {
 }
 
 }  // namespace torv
+
+#include "moc_CustomPageControl.cpp"

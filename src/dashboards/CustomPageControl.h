@@ -1,7 +1,7 @@
 #pragma once
 
 #include <QList>
-#include <QtQmlIntegration>
+#include <QtQmlIntegration/qqmlintegration.h>
 
 #include "dashboards/View.h"
 

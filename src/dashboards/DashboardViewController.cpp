@@ -483,3 +483,6 @@ void DashboardViewController::pushCarSetupTableViewController() {
 }
 
 }  // namespace torv
+
+#include "moc_DashboardViewController.cpp"
+#include "moc_PagePicture.cpp"

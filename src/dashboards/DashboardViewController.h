@@ -2,7 +2,7 @@
 
 #include <QList>
 #include <QVariantList>
-#include <QtQmlIntegration>
+#include <QtQmlIntegration/qqmlintegration.h>
 #include <functional>
 #include <map>
 #include <memory>

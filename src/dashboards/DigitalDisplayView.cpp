@@ -100,3 +100,5 @@ std::unique_ptr<DigitalDisplayView> DigitalDisplayView::copy() const {
 }
 
 }  // namespace torv
+
+#include "moc_DigitalDisplayView.cpp"

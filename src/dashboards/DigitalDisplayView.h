@@ -2,7 +2,7 @@
 
 #include <QList>
 #include <QStringList>
-#include <QtQmlIntegration>
+#include <QtQmlIntegration/qqmlintegration.h>
 #include <array>
 #include <memory>
 

@@ -87,3 +87,5 @@ QRectF DroppableView::clearButtonFrame() const {
 }
 
 }  // namespace torv
+
+#include "moc_DroppableView.cpp"

@@ -201,3 +201,5 @@ std::shared_ptr<GaugeView> GaugeView::copy() const {
 }
 
 }  // namespace torv
+
+#include "moc_GaugeView.cpp"

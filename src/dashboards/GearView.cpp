@@ -17,3 +17,5 @@ std::int32_t GearView::number(const AVFormatterData& data) const {
 }
 
 }  // namespace torv
+
+#include "moc_GearView.cpp"

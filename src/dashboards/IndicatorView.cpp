@@ -112,3 +112,5 @@ std::shared_ptr<IndicatorView> IndicatorView::copy() const {
 }
 
 }  // namespace torv
+
+#include "moc_IndicatorView.cpp"

@@ -1,7 +1,7 @@
 #pragma once
 
 #include <QString>
-#include <QtQmlIntegration>
+#include <QtQmlIntegration/qqmlintegration.h>
 
 #include "dashboards/StatusWidget.h"
 #include "screens/Image.h"

@@ -3,7 +3,7 @@
 #include <QObject>
 #include <QRectF>
 #include <QString>
-#include <QtQmlIntegration>
+#include <QtQmlIntegration/qqmlintegration.h>
 
 namespace torv {
 

@@ -189,3 +189,5 @@ void PageView::setAnimating(bool animating) {
 }
 
 }  // namespace torv
+
+#include "moc_PageView.cpp"

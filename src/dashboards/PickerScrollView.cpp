@@ -108,3 +108,6 @@ void PickerScrollView::disableDragging() {
 }
 
 }  // namespace torv
+
+#include "moc_DraggableIndicatorView.cpp"
+#include "moc_PickerScrollView.cpp"

@@ -83,3 +83,5 @@ double PowerLevelView::shownBarWidth() const {
 }
 
 }  // namespace torv
+
+#include "moc_PowerLevelView.cpp"

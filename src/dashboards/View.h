@@ -2,7 +2,7 @@
 
 #include <QObject>
 #include <QRectF>
-#include <QtQmlIntegration>
+#include <QtQmlIntegration/qqmlintegration.h>
 
 #include "screens/Ownership.h"
 

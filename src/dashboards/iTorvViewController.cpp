@@ -24,3 +24,5 @@ void iTorvViewController::goToAlternate() {
 }
 
 }  // namespace torv
+
+#include "moc_iTorvViewController.cpp"

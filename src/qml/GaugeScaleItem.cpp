@@ -64,3 +64,5 @@ void GaugeScaleItem::paint(QPainter* painter) {
 }
 
 }  // namespace torv
+
+#include "moc_GaugeScaleItem.cpp"

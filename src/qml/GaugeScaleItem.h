@@ -2,7 +2,7 @@
 
 #include <QPointer>
 #include <QQuickPaintedItem>
-#include <QtQmlIntegration>
+#include <QtQmlIntegration/qqmlintegration.h>
 
 #include "dashboards/GaugeView.h"
 

@@ -152,3 +152,5 @@ void GraphItem::paintColumns(QPainter& painter, const QRectF& plot, const Curve&
 }
 
 }  // namespace torv
+
+#include "moc_GraphItem.cpp"

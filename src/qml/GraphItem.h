@@ -4,7 +4,7 @@
 #include <QList>
 #include <QPointer>
 #include <QQuickPaintedItem>
-#include <QtQmlIntegration>
+#include <QtQmlIntegration/qqmlintegration.h>
 
 #include "datalog/screens/GraphViewController.h"
 

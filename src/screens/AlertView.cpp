@@ -30,3 +30,5 @@ void AlertView::touchButton(int index) {
 }
 
 }  // namespace torv
+
+#include "moc_AlertView.cpp"

@@ -3,7 +3,7 @@
 #include <QObject>
 #include <QString>
 #include <QStringList>
-#include <QtQmlIntegration>
+#include <QtQmlIntegration/qqmlintegration.h>
 #include <functional>
 
 namespace torv {

@@ -2,7 +2,7 @@
 
 #include <QObject>
 #include <QString>
-#include <QtQmlIntegration>
+#include <QtQmlIntegration/qqmlintegration.h>
 #include <functional>
 
 #include "screens/Touch.h"

@@ -62,3 +62,5 @@ void DisplayChoices::setSounds(bool on) {
 }
 
 }  // namespace torv
+
+#include "moc_DisplayChoices.cpp"

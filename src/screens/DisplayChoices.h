@@ -2,7 +2,7 @@
 
 #include <QObject>
 #include <QString>
-#include <QtQmlIntegration>
+#include <QtQmlIntegration/qqmlintegration.h>
 #include <string_view>
 
 #include "platform/UserDefaults.h"

@@ -82,3 +82,5 @@ void NavigationController::touchBack() {
 }
 
 }  // namespace torv
+
+#include "moc_NavigationController.cpp"

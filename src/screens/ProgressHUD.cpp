@@ -53,3 +53,5 @@ void ProgressHUD::touchCancel() {
 }
 
 }  // namespace torv
+
+#include "moc_ProgressHUD.cpp"

@@ -97,3 +97,6 @@ void Stage::setMark(const QString& word, bool shown) {
 }
 
 }  // namespace torv
+
+#include "moc_LinkStatus.cpp"
+#include "moc_Stage.cpp"

@@ -3,7 +3,7 @@
 #include <QObject>
 #include <QPointer>
 #include <QStringList>
-#include <QtQmlIntegration>
+#include <QtQmlIntegration/qqmlintegration.h>
 #include <functional>
 #include <memory>
 #include <utility>

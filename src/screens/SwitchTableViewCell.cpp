@@ -31,3 +31,5 @@ void SwitchTableViewCell::touchSwitch() {
 }
 
 }  // namespace torv
+
+#include "moc_SwitchTableViewCell.cpp"

@@ -31,3 +31,5 @@ void TablePickerViewController::didSelectRowAtIndexPath(IndexPath path) {
 }
 
 }  // namespace torv
+
+#include "moc_TablePickerViewController.cpp"

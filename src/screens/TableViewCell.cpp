@@ -72,3 +72,5 @@ QStringList TableViewCell::marks() const {
 }
 
 }  // namespace torv
+
+#include "moc_TableViewCell.cpp"

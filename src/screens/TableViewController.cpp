@@ -205,3 +205,6 @@ void TableViewController::deleteIndex(int index) {
 }
 
 }  // namespace torv
+
+#include "moc_TableSection.cpp"
+#include "moc_TableViewController.cpp"

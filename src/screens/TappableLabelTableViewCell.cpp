@@ -23,3 +23,5 @@ void TappableLabelTableViewCell::touchLabel() {
 }
 
 }  // namespace torv
+
+#include "moc_TappableLabelTableViewCell.cpp"

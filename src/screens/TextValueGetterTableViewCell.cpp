@@ -60,3 +60,5 @@ void TextValueGetterTableViewCell::returnPressed(const QString& text) {
 }
 
 }  // namespace torv
+
+#include "moc_TextValueGetterTableViewCell.cpp"

@@ -147,3 +147,5 @@ void Screen::refuse() {
 }
 
 }  // namespace torv
+
+#include "moc_TextValueGetterViewController.cpp"

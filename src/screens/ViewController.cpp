@@ -185,3 +185,6 @@ void ViewController::setProgress(std::shared_ptr<ProgressHUD> progress) {
 }
 
 }  // namespace torv
+
+#include "moc_BarButtonItem.cpp"
+#include "moc_ViewController.cpp"

@@ -5,7 +5,7 @@
 #include <QSizeF>
 #include <QString>
 #include <QVariantList>
-#include <QtQmlIntegration>
+#include <QtQmlIntegration/qqmlintegration.h>
 #include <algorithm>
 #include <memory>
 #include <vector>

@@ -60,15 +60,15 @@ void clear() {
 }
 
 /// A slot is told as its AID and the bytes at its beginning.
-void expectSlots(const std::vector<Hex>& slots) {
-    for (Hex slot : slots) {
+void expectSlots(const std::vector<Hex>& fills) {
+    for (Hex slot : fills) {
         const auto aid = slot.front();
         slot.resize(aid < 220 ? 5 : 14, untouched);
         EXPECT_TRUE(std::equal(slot.begin() + 1, slot.end(), x2comReceiveSlot(aid))) << "of " << int{aid};
     }
 }
-void fillSendSlots(const std::vector<Hex>& slots) {
-    for (const auto& slot : slots)
+void fillSendSlots(const std::vector<Hex>& fills) {
+    for (const auto& slot : fills)
         std::copy(slot.begin() + 1, slot.end(), x2comSendSlot(slot.front()));
 }
 
@@ -91,17 +91,17 @@ const std::tuple<Hex, std::uint32_t, Hex, std::vector<Hex>> worked[] = {
     {"1F E0 0D 0102030405060708090A0B0C 6C", 1, "E0", {"E0 0D 0102030405060708090A0B0C"}}};
 
 TEST(Codec, ParsesAndBuildsTheWorkedFrames) {
-    for (const auto& [bytes, type, aids, slots] : worked) {
+    for (const auto& [bytes, type, aids, fills] : worked) {
         SCOPED_TRACE(testing::PrintToString(bytes));
         clear();
         std::uint32_t parsedType = 0;
         Bytes parsed;
         EXPECT_EQ(parse(padded(bytes), parsedType, parsed),
-                  slots.empty() ? x2comFramePartial : x2comFrameComplete);
+                  fills.empty() ? x2comFramePartial : x2comFrameComplete);
         EXPECT_EQ(parsedType, type);
         EXPECT_EQ(parsed, aids);
-        expectSlots(slots);
-        fillSendSlots(slots);
+        expectSlots(fills);
+        fillSendSlots(fills);
         x2comFrame built{};
         auto list = listOf(aids);
         EXPECT_EQ(x2comBuildFrame(built, type, list), 1);
@@ -112,7 +112,7 @@ TEST(Codec, ParsesAndBuildsTheWorkedFrames) {
 
 TEST(Codec, CrcHasThePublishedCheckValueAndResidue) {
     EXPECT_EQ(x2comCrc8(Hex{"313233343536373839"}.data(), 9), 0x4B);
-    for (const auto& [bytes, type, aids, slots] : worked)
+    for (const auto& [bytes, type, aids, fills] : worked)
         EXPECT_EQ(x2comCrc8(bytes.data(), static_cast<std::uint8_t>(bytes.size())), 59);
 }
 
@@ -142,14 +142,14 @@ TEST(Codec, UnpacksEvenOddPayloads) {
          x2comFramePartial,
          "010203040506070809C8DCFEFF00",
          {"09"}}};
-    for (const auto& [name, type, payload, result, aids, slots] : rows) {
+    for (const auto& [name, type, payload, result, aids, fills] : rows) {
         SCOPED_TRACE(name);
         clear();
         std::uint32_t parsedType = 0;
         Bytes parsed;
         EXPECT_EQ(parse(frameWith(type, payload), parsedType, parsed), result);
         EXPECT_EQ(parsed, aids);
-        expectSlots(slots);
+        expectSlots(fills);
         const bool lost = payload.size() > 1 && payload.front() == 255;  // lands where AID 0 is sent from
         EXPECT_EQ(Bytes(x2comSendSlot(0), x2comSendSlot(1)), lost ? Hex{"02AA0000"} : Hex{"00000000"});
     }
@@ -165,10 +165,10 @@ TEST(Codec, PacksFirstFit) {
         {"length 13", 1, "DC", {"DC 0D 0102"}, "DC 0D 0102000000000000000000 00", ""},
         {"length 14", 1, "DC 05", {"DC 0E"}, "05 00", "DC"},
         {"request", 4, fourteen, {}, fourteen, ""}};
-    for (const auto& [name, type, aids, slots, payload, left] : rows) {
+    for (const auto& [name, type, aids, fills, payload, left] : rows) {
         SCOPED_TRACE(name);
         clear();
-        fillSendSlots(slots);
+        fillSendSlots(fills);
         x2comFrame built{};
         auto list = listOf(aids);
         EXPECT_EQ(x2comBuildFrame(built, type, list), left.empty() ? 1 : 2);

@@ -198,3 +198,5 @@ void ConnectionViewController::switchTableViewCellDidChangedValue(SwitchTableVie
 }
 
 }  // namespace torv
+
+#include "moc_ConnectionViewController.cpp"

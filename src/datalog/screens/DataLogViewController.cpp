@@ -176,3 +176,5 @@ void DataLogViewController::showGraph() {
 }
 
 }  // namespace torv
+
+#include "moc_DataLogViewController.cpp"

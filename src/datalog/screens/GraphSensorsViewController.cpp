@@ -23,3 +23,5 @@ void GraphSensorsViewController::didSelectRowAtIndexPath(IndexPath path) {
 }
 
 }  // namespace torv
+
+#include "moc_GraphSensorsViewController.cpp"

@@ -194,3 +194,5 @@ void GraphViewController::showAll() {
 }
 
 }  // namespace torv
+
+#include "moc_GraphViewController.cpp"

@@ -185,3 +185,5 @@ void RecordingViewController::inBackground(Work work) {
 }
 
 }  // namespace torv
+
+#include "moc_RecordingViewController.cpp"

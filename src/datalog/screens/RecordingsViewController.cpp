@@ -114,3 +114,5 @@ void RecordingsViewController::deleteRowAtIndexPath(IndexPath path) {
 }
 
 }  // namespace torv
+
+#include "moc_RecordingsViewController.cpp"

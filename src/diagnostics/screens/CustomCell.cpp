@@ -47,3 +47,5 @@ void CustomCell::UpdateList(Timer&) {
 }
 
 }  // namespace torv
+
+#include "moc_CustomCell.cpp"

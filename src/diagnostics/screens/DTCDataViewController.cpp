@@ -9,3 +9,5 @@ std::shared_ptr<TableViewCell> DTCDataViewController::cellForRowAtIndexPath(Inde
 }
 
 }  // namespace torv
+
+#include "moc_DTCDataViewController.cpp"

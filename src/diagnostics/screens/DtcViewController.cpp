@@ -152,3 +152,5 @@ void DtcViewController::iTorvFeederDidFailToConnect(iTorvFeeder&) {
 }
 
 }  // namespace torv
+
+#include "moc_DtcViewController.cpp"

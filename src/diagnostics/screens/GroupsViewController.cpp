@@ -53,3 +53,5 @@ QString GroupsViewController::emptyText() const {
 }
 
 }  // namespace torv
+
+#include "moc_GroupsViewController.cpp"

@@ -79,3 +79,5 @@ void ReadDtcViewController::share() {
 }
 
 }  // namespace torv
+
+#include "moc_ReadDtcViewController.cpp"

@@ -87,3 +87,5 @@ void DesktopPortal::end(const Answer& answer) {
 }
 
 }  // namespace torv
+
+#include "moc_DesktopPortal.cpp"

@@ -181,3 +181,5 @@ void DriveTrainInfoViewController::iTorvFeederDidFailToConnect(iTorvFeeder&) {
 }
 
 }  // namespace torv
+
+#include "moc_DriveTrainInfoViewController.cpp"

@@ -98,3 +98,5 @@ void SensorsViewController::reset() {
 }
 
 }  // namespace torv
+
+#include "moc_SensorsViewController.cpp"

@@ -245,3 +245,5 @@ void SettingsViewController::reset() {
 }
 
 }  // namespace torv
+
+#include "moc_SettingsViewController.cpp"

@@ -158,3 +158,6 @@ void CustomTuningViewController::setConnected(bool connected) {
 }
 
 }  // namespace torv
+
+#include "moc_CustomTuningViewController.cpp"
+#include "moc_ProfileDifferencesViewController.cpp"

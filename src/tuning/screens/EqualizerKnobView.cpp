@@ -137,3 +137,5 @@ void EqualizerKnobView::didChangeSelectedValue(double value) {
 }
 
 }  // namespace torv
+
+#include "moc_EqualizerKnobView.cpp"

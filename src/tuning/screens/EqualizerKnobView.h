@@ -4,7 +4,7 @@
 #include <QObject>
 #include <QRectF>
 #include <QString>
-#include <QtQmlIntegration>
+#include <QtQmlIntegration/qqmlintegration.h>
 
 #include "attributes/TorvAttributeGroup.h"
 #include "tuning/EqualizerScale.h"

@@ -107,3 +107,5 @@ void EqualizerViewController::textValueGetterViewControllerDidGetValue(
 }
 
 }  // namespace torv
+
+#include "moc_EqualizerViewController.cpp"

@@ -60,3 +60,5 @@ void showPassReport(ViewController& screen, const std::shared_ptr<iTorvAppDelega
 }
 
 }  // namespace torv
+
+#include "moc_PassReportViewController.cpp"

@@ -241,3 +241,5 @@ void ProfileEditViewController::tablePickerViewControllerDidPickValue(TablePicke
 }
 
 }  // namespace torv
+
+#include "moc_ProfileEditViewController.cpp"

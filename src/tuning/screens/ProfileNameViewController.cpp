@@ -73,3 +73,5 @@ void ProfileNameViewController::goOn(const std::string& name) {
 }
 
 }  // namespace torv
+
+#include "moc_ProfileNameViewController.cpp"

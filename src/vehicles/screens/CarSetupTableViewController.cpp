@@ -304,3 +304,5 @@ void CarSetupTableViewController::useOlderCopy(int row) {
 }
 
 }  // namespace torv
+
+#include "moc_CarSetupTableViewController.cpp"
