@@ -1,8 +1,8 @@
 #pragma once
 
+#include <QtQmlIntegration/qqmlintegration.h>
 #include <QList>
 #include <QVariantList>
-#include <QtQmlIntegration/qqmlintegration.h>
 #include <functional>
 #include <map>
 #include <memory>

@@ -1,8 +1,8 @@
 #pragma once
 
+#include <QtQmlIntegration/qqmlintegration.h>
 #include <QList>
 #include <QStringList>
-#include <QtQmlIntegration/qqmlintegration.h>
 #include <array>
 #include <memory>
 

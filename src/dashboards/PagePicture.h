@@ -1,9 +1,9 @@
 #pragma once
 
+#include <QtQmlIntegration/qqmlintegration.h>
 #include <QObject>
 #include <QRectF>
 #include <QString>
-#include <QtQmlIntegration/qqmlintegration.h>
 
 namespace torv {
 

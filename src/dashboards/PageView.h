@@ -1,7 +1,7 @@
 #pragma once
 
-#include <QList>
 #include <QtQmlIntegration/qqmlintegration.h>
+#include <QList>
 #include <memory>
 #include <optional>
 #include <vector>

@@ -1,8 +1,8 @@
 #pragma once
 
+#include <QtQmlIntegration/qqmlintegration.h>
 #include <QObject>
 #include <QRectF>
-#include <QtQmlIntegration/qqmlintegration.h>
 
 #include "screens/Ownership.h"
 

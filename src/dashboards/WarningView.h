@@ -1,7 +1,7 @@
 #pragma once
 
-#include <QString>
 #include <QtQmlIntegration/qqmlintegration.h>
+#include <QString>
 
 #include "dashboards/View.h"
 #include "screens/Image.h"

@@ -1,8 +1,8 @@
 #pragma once
 
+#include <QtQmlIntegration/qqmlintegration.h>
 #include <QPointer>
 #include <QQuickPaintedItem>
-#include <QtQmlIntegration/qqmlintegration.h>
 
 #include "dashboards/GaugeView.h"
 

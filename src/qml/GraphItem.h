@@ -1,10 +1,10 @@
 #pragma once
 
+#include <QtQmlIntegration/qqmlintegration.h>
 #include <QColor>
 #include <QList>
 #include <QPointer>
 #include <QQuickPaintedItem>
-#include <QtQmlIntegration/qqmlintegration.h>
 
 #include "datalog/screens/GraphViewController.h"
 

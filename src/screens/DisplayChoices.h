@@ -1,8 +1,8 @@
 #pragma once
 
+#include <QtQmlIntegration/qqmlintegration.h>
 #include <QObject>
 #include <QString>
-#include <QtQmlIntegration/qqmlintegration.h>
 #include <string_view>
 
 #include "platform/UserDefaults.h"

@@ -1,9 +1,9 @@
 #pragma once
 
+#include <QtQmlIntegration/qqmlintegration.h>
 #include <QObject>
 #include <QPointer>
 #include <QStringList>
-#include <QtQmlIntegration/qqmlintegration.h>
 #include <functional>
 #include <memory>
 #include <utility>

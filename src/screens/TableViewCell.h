@@ -1,9 +1,9 @@
 #pragma once
 
+#include <QtQmlIntegration/qqmlintegration.h>
 #include <QObject>
 #include <QString>
 #include <QStringList>
-#include <QtQmlIntegration/qqmlintegration.h>
 
 namespace torv {
 

@@ -1,11 +1,11 @@
 #pragma once
 
+#include <QtQmlIntegration/qqmlintegration.h>
 #include <QObject>
 #include <QPointer>
 #include <QSizeF>
 #include <QString>
 #include <QVariantList>
-#include <QtQmlIntegration/qqmlintegration.h>
 #include <algorithm>
 #include <memory>
 #include <vector>

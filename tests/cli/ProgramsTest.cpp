@@ -435,9 +435,14 @@ TEST_F(ProgramsWithModule, ASignalEndsTheWindowAtAnyMoment) {
 TEST_F(ProgramsWithModule, TheWindowTakesItsPictureAndEnds) {
     const QTemporaryDir folder;
     const auto file = folder.filePath("picture.png");
-    const auto result = run("itorv", {"--offscreen", "--log-times", "--size", "640x360", "--screenshot", file,
-                                      "--after", "4", "--module", address});
-    EXPECT_EQ(result.code, 0);
+    // On a machine that is busy with its disk the first value takes a while.
+    Result result;
+    for (const auto* after : {"3", "20"}) {
+        result = run("itorv", {"--offscreen", "--log-times", "--size", "640x360", "--screenshot", file,
+                               "--after", after, "--module", address});
+        if (result.error.find("first value after ") != std::string::npos) break;
+    }
+    EXPECT_EQ(result.code, 0) << result.error;
     const auto frame = result.error.find("first frame after ");
     EXPECT_LT(frame, result.error.find("first value after ")) << result.error;
     EXPECT_NE(result.error.find("first value after "), std::string::npos) << result.error;

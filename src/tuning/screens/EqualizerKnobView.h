@@ -1,10 +1,10 @@
 #pragma once
 
+#include <QtQmlIntegration/qqmlintegration.h>
 #include <QList>
 #include <QObject>
 #include <QRectF>
 #include <QString>
-#include <QtQmlIntegration/qqmlintegration.h>
 
 #include "attributes/TorvAttributeGroup.h"
 #include "tuning/EqualizerScale.h"
