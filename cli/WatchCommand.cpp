@@ -6,7 +6,10 @@
 #include <chrono>
 #include <cstdio>
 #include <memory>
+#include <optional>
 #include <set>
+#include <string>
+#include <utility>
 #include <vector>
 
 #include "Commands.h"
@@ -28,6 +31,7 @@ public:
     virtual ~Display() = default;
 
     virtual void show(const Reading& reading) = 0;
+    virtual void refresh(iTorvFeeder& feeder) = 0;  ///< every `refreshInterval`
 };
 
 class LineDisplay final : public Display {
@@ -40,9 +44,17 @@ public:
         std::puts(line.c_str());
         std::fflush(stdout);
     }
+    /// Lines that merely stop would look like a module that has nothing to say.
+    void refresh(iTorvFeeder& feeder) override {
+        const bool connected = feeder.driver().connected();
+        if (std::exchange(m_connected, connected) == connected) return;
+        complain("the connection to " + textOfEndpoint(feeder.driver().endpoint()) +
+                 (connected ? " is there again" : " is lost; trying again"));
+    }
 
 private:
     const bool m_json;
+    bool m_connected = true;
 };
 
 /// A table that stays in its place on a terminal.
@@ -52,27 +64,25 @@ public:
         for (const auto& sensor : sensors) {
             m_rows.push_back({.aid = sensor.aid,
                               .name = printable(sensor.name.value_or(std::string{})),
-                              .raw = {},
                               .value = "-",
-                              .unit = printable(unitText(sensor.unit))});
+                              .unit = printable(unitText(sensor.unit)),
+                              .since = std::nullopt});
         }
         std::fputs("\033[2J", stdout);
-        m_timer =
-            Platform::current().runLoop().scheduleTimer(refreshInterval, true, [this](Timer&) { draw(); });
     }
-    ~TableDisplay() override { m_timer->invalidate(); }
 
     void show(const Reading& reading) override {
         for (auto& row : m_rows) {
             if (row.aid != reading.aid) continue;
             row.value = shownValue(reading);
             row.warning = reading.warning;
+            row.since = Platform::current().runLoop().now();
         }
     }
 
-private:
-    /// As many rows and columns as the terminal has; what is more would scroll the rest away.
-    void draw() const {
+    /// As many rows and columns as the terminal has; what is more would scroll the rest away. A value that is
+    /// too old to be taken for live is marked so.
+    void refresh(iTorvFeeder& feeder) override {
         winsize size{};
         const bool known =
             ::ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) == 0 && size.ws_row > 1 && size.ws_col > 0;
@@ -80,19 +90,31 @@ private:
         std::fputs("\033[H", stdout);
         for (std::size_t i = 0; i < rows; ++i) {
             const auto& row = m_rows[i];
+            const bool old = row.since && feeder.isOldForAID(*row.since, row.aid);
+            const char* const mark = old ? "old" : row.warning ? "WARNING" : "";
+            const char* const look = old ? "\033[2m" : row.warning ? "\033[1;31m" : "";
             std::array<char, 256> line{};
             std::snprintf(line.data(), line.size(), "%3d  %-20.20s %12.12s %-12.12s%s",
                           static_cast<int>(row.aid), row.name.c_str(), row.value.c_str(), row.unit.c_str(),
-                          row.warning ? "WARNING" : "");
+                          mark);
             const int width = known ? size.ws_col : static_cast<int>(line.size());
-            std::printf("%s%.*s\033[0m\033[K\n", row.warning ? "\033[1;31m" : "", width, line.data());
+            std::printf("%s%.*s\033[0m\033[K\n", look, width, line.data());
         }
         std::fputs("\033[J", stdout);
         std::fflush(stdout);
     }
 
-    std::vector<Reading> m_rows;
-    std::shared_ptr<Timer> m_timer;
+private:
+    struct Row {
+        AID aid;
+        std::string name;
+        std::string value;
+        std::string unit;
+        std::optional<RunLoop::Clock::time_point> since;  // when the value came
+        bool warning = false;
+    };
+
+    std::vector<Row> m_rows;
 };
 
 /// Decodes on the main thread: a slow terminal must not hold up the reading thread.
@@ -134,7 +156,10 @@ int watch(Handset& handset, const Arguments& arguments) {
         handset.feeder().addReaderForKey(std::make_shared<SensorReader>(sensor, handset, display),
                                          std::to_string(sensor.aid));
     }
+    const auto timer = Platform::current().runLoop().scheduleTimer(
+        refreshInterval, true, [&feeder = handset.feeder(), display](Timer&) { display->refresh(feeder); });
     handset.run();
+    timer->invalidate();
     return success;
 }
 

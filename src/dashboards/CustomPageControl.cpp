@@ -7,7 +7,7 @@
 namespace torv {
 namespace {
 
-constexpr double swipeDistance = 10;
+constexpr double flickDistance = 10;
 constexpr double dotMargin = 5;  // a dot's view is this much larger than its picture
 
 }  // namespace
@@ -40,7 +40,7 @@ void CustomPageControl::setCurrentPage(std::int32_t page) {
 
 void CustomPageControl::touchEnded(QPointF point) {
     const double up = m_touchPoint.y() - point.y();
-    if ((up > swipeDistance && !m_expanded) || (up < -swipeDistance && m_expanded)) {
+    if ((up > flickDistance && !m_expanded) || (up < -flickDistance && m_expanded)) {
         m_expanded = !m_expanded;
         return m_delegate.customPageControlDidChangeState(*this);
     }

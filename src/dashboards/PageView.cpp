@@ -12,7 +12,7 @@ namespace {
 
 constexpr std::chrono::milliseconds slideTime{500};
 constexpr QRectF dotsFrame{130, 4, 220, 26};  // on the tab, which is all that a closed picker shows
-constexpr QRectF stripFrame{20, 30, 440, 50};
+constexpr QRectF scrollFrame{20, 30, 440, 50};
 constexpr double buttonWidth = 20;
 constexpr std::int32_t dotDistance = 5;
 
@@ -27,7 +27,7 @@ std::int32_t& numberOfPages() {
 PageView::PageView(QRectF frame, PageViewDelegate& delegate)
     : View(frame),
       m_delegate(delegate),
-      m_scrollView(std::make_unique<PickerScrollView>(stripFrame, *this)),
+      m_scrollView(std::make_unique<PickerScrollView>(scrollFrame, *this)),
       m_pageControl(std::make_unique<CustomPageControl>(dotsFrame, *this)) {
     m_pageControl->setDistanceBetweenDots(dotDistance);
     m_pageControl->setNumberOfPages(numberOfPages());
@@ -44,7 +44,7 @@ void PageView::setViewItems(std::vector<std::shared_ptr<IndicatorView>> items) {
     const auto count = static_cast<int>(items.size());
     const double width = items.empty() ? 0 : items.back()->frame().width();
     const auto layout =
-        StripLayout::make(stripFrame.width(), width, static_cast<int>(m_numberOfComponentsPerPage), count);
+        StripLayout::make(scrollFrame.width(), width, static_cast<int>(m_numberOfComponentsPerPage), count);
     for (int i = 0; i < count; ++i) {
         auto& item = *items[static_cast<std::size_t>(i)];
         item.setFrame({QPointF{layout.x(i), 0}, item.frame().size()});
@@ -54,7 +54,7 @@ void PageView::setViewItems(std::vector<std::shared_ptr<IndicatorView>> items) {
     m_scrollView->setItems(std::move(items));
     numberOfPages() = layout.pages;
     m_pageControl->setNumberOfPages(layout.pages);
-    m_scrollView->setContentOffset(m_pageControl->currentPage() * stripFrame.width(), false);
+    m_scrollView->setContentOffset(m_pageControl->currentPage() * scrollFrame.width(), false);
     emit itemsChanged();
     leaving.clear();
 }
@@ -74,15 +74,15 @@ std::shared_ptr<IndicatorView> PageView::indicatorViewTag(AID tag) const {
 }
 
 double PageView::contentWidth() const {
-    return m_pageControl->numberOfPages() * stripFrame.width();
+    return m_pageControl->numberOfPages() * scrollFrame.width();
 }
 
 QRectF PageView::previousButtonFrame() const {
-    return {stripFrame.left() - buttonWidth, stripFrame.top(), buttonWidth, stripFrame.height()};
+    return {scrollFrame.left() - buttonWidth, scrollFrame.top(), buttonWidth, scrollFrame.height()};
 }
 
 QRectF PageView::nextButtonFrame() const {
-    return {stripFrame.right(), stripFrame.top(), buttonWidth, stripFrame.height()};
+    return {scrollFrame.right(), scrollFrame.top(), buttonWidth, scrollFrame.height()};
 }
 
 QPointF PageView::touchingViewForPickerScrollView(PickerScrollView& strip, QPointF point) {
@@ -104,12 +104,12 @@ void PageView::nextPage() {
 
 void PageView::pageControlDidChange() {
     m_pageControlUsed = true;
-    m_scrollView->setContentOffset(m_pageControl->currentPage() * stripFrame.width(), true);
+    m_scrollView->setContentOffset(m_pageControl->currentPage() * scrollFrame.width(), true);
 }
 
 void PageView::scrollViewDidScroll() {
     if (m_pageControlUsed) return;
-    m_pageControl->setCurrentPage(StripLayout::pageAt(m_scrollView->contentOffset(), stripFrame.width()));
+    m_pageControl->setCurrentPage(StripLayout::pageAt(m_scrollView->contentOffset(), scrollFrame.width()));
 }
 
 void PageView::scrollViewWillBeginDragging() {
@@ -118,7 +118,7 @@ void PageView::scrollViewWillBeginDragging() {
 }
 
 void PageView::moveFrame(bool expanded) {
-    const double strip = stripFrame.height();
+    const double strip = scrollFrame.height();
     const double closed = dotsFrame.height() + dotsFrame.top();
     auto moved = frame();
     moved.moveTop(moved.top() + (expanded ? -strip : strip));

@@ -377,6 +377,34 @@ TEST_F(ProgramsWithModule, BesideAnotherHandsetItLeavesTheModuleToThat) {
     other.waitForFinished();
 }
 
+/// Lines say it on the other stream, a table on a terminal at each value.
+TEST_F(ProgramsWithModule, WatchTellsThatTheModuleHasGone) {
+    const auto command = QCoreApplication::applicationDirPath() + "/itorvctl watch --module " + address;
+    const std::pair<QStringList, std::vector<const char*>> rows[]{
+        {{"sh", "-c", "exec " + command}, {" RPM", " is lost; trying again\n", " is there again\n"}},
+        {{"script", "-qefc", command, "/dev/null"}, {" RPM ", " old\033[0m", " RPM "}},
+    };
+    for (const auto& [start, words] : rows) {
+        SCOPED_TRACE(start.front().toStdString());
+        QProcess watch;
+        watch.setProcessChannelMode(QProcess::MergedChannels);
+        watch.start(start.front(), start.mid(1));
+        for (std::size_t i = 0; i < words.size(); ++i) {
+            if (i == 1) module->stop();
+            const auto why = i == 2 ? module->start() : std::nullopt;
+            EXPECT_EQ(why.value_or(""), "");
+            QByteArray said;
+            for (int turn = 0; turn < 2000 && !said.contains(words[i]); ++turn) {
+                watch.waitForReadyRead(10);
+                said += watch.readAll();
+            }
+            EXPECT_TRUE(said.contains(words[i])) << words[i] << said.right(500).toStdString();
+        }
+        watch.terminate();
+        EXPECT_TRUE(watch.waitForFinished());
+    }
+}
+
 /// What can't be kept is said in one line, and the values run all the same.
 TEST_F(ProgramsWithModule, WithoutAPlaceForTheStoreValuesStillRun) {
     for (const bool diskIsFull : {true, false}) {

@@ -18,7 +18,7 @@ namespace torv {
 namespace {
 
 const auto service = QStringLiteral("org.freedesktop.portal.Desktop");
-const auto place = QStringLiteral("/org/freedesktop/portal/desktop");
+const auto object = QStringLiteral("/org/freedesktop/portal/desktop");
 constexpr unsigned int accepted = 0;
 
 }  // namespace
@@ -42,7 +42,7 @@ std::optional<bool> DesktopPortal::hasInterface(const char* interface) {
 }
 
 QDBusMessage DesktopPortal::method(const char* interface, const char* name) {
-    return QDBusMessage::createMethodCall(service, place, QString::fromLatin1(interface),
+    return QDBusMessage::createMethodCall(service, object, QString::fromLatin1(interface),
                                           QString::fromLatin1(name));
 }
 
@@ -62,7 +62,7 @@ void DesktopPortal::begin(const QDBusMessage& call) {
     // Listens before it asks: the answer may be quicker than the reply to the call.
     auto sender = bus.baseService().mid(1);
     sender.replace(u'.', u'_');
-    bus.connect(service, place + QStringLiteral("/request/%1/%2").arg(sender, m_token),
+    bus.connect(service, object + QStringLiteral("/request/%1/%2").arg(sender, m_token),
                 QStringLiteral("org.freedesktop.portal.Request"), QStringLiteral("Response"), this,
                 SLOT(response(uint, QVariantMap)));
     auto* const watcher = std::make_unique<QDBusPendingCallWatcher>(bus.asyncCall(call), this).release();
