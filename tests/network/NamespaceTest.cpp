@@ -65,11 +65,11 @@ public:
         }
         return timer.elapsed();
     }
-    /// True if nothing at all is printed for that long.
+    /// True if no value is printed for that long.
     bool isQuiet(int time) {
         while (m_process.waitForReadyRead(50))
             m_process.readAll();  // what was under way
-        return !m_process.waitForReadyRead(time);
+        return !waitFor("\"aid\"", time);
     }
     /// Milliseconds until its connection to the module has ended; nothing when it stands.
     std::optional<qint64> waitForLoss(int limit) {
