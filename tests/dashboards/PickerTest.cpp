@@ -1,6 +1,8 @@
 // The strip that sensors are dragged from, its dots, and the press and hold.
 #include <gtest/gtest.h>
 
+#include <tuple>
+
 #include "Dashboard.h"
 #include "dashboards/StripLayout.h"
 
@@ -12,7 +14,12 @@ using namespace std::chrono_literals;
 TEST(StripLayout, PagesAndDotsForAnyNumberOfSensors) {
     for (const auto& [sensors, pages] : {std::pair{0, 0}, {5, 2}, {8, 2}, {300, 75}})
         EXPECT_EQ(StripLayout::make(440, 90, 4, sensors).pages, pages) << sensors;
-    EXPECT_LE(dotRow(75, {11, 11}, 5, {240, 26}).last().right(), 240);
+    // In the middle, with the distance that is asked for, or with what room there is.
+    for (const auto& [count, left, right] : {std::tuple{1, 115, 125}, {2, 107, 133}, {75, 0, 240}}) {
+        const auto dots = dotRow(count, {10, 10}, 6, {240, 26});
+        EXPECT_EQ(dots.first().topLeft(), QPointF(left, 8)) << count;
+        EXPECT_NEAR(dots.last().right(), right, 1e-9) << count;
+    }
 }
 
 class PickerTest : public testing::Test {

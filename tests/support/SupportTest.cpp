@@ -1,8 +1,12 @@
 #include <gtest/gtest.h>
+#include <signal.h>
+#include <sys/resource.h>
 
+#include <filesystem>
 #include <limits>
 #include <memory>
 #include <optional>
+#include <string>
 #include <tuple>
 
 #include "fakes/FakePlatform.h"
@@ -11,6 +15,7 @@
 #include "support/TextNumbers.h"
 #include "support/TimeTexts.h"
 #include "support/Value.h"
+#include "support/WholeFile.h"
 
 namespace torv {
 namespace {
@@ -181,6 +186,30 @@ TEST(TimeTexts, LocalOnesHaveTwelveHoursWhereTheyMust) {
     EXPECT_EQ(isoText(WallTime::min()), "1970-01-01T00:00:00.000Z");
     EXPECT_EQ(lengthText(std::chrono::seconds{59}), "0:59");
     EXPECT_EQ(lengthText(std::chrono::seconds{3723}), "1:02:03");
+}
+
+TEST(WholeFile, OneThatCanNotBeWrittenLeavesTheOldOne) {
+    const auto place = std::filesystem::path{testing::TempDir()} / "whole";
+    const auto put = [&](std::size_t length) {
+        WholeFile file{place};
+        static_cast<void>(file.write(std::string(length, 'x')));
+        return file.finish();
+    };
+    const auto held = [&] { return std::filesystem::file_size(place); };
+    EXPECT_TRUE(put(5000));
+    rlimit before{};
+    ::getrlimit(RLIMIT_FSIZE, &before);
+    const auto handler = ::signal(SIGXFSZ, SIG_IGN);
+    const rlimit small{10000, before.rlim_max};
+    ::setrlimit(RLIMIT_FSIZE, &small);
+    EXPECT_FALSE(put(20000));
+    EXPECT_EQ(held(), 5000U);
+    EXPECT_TRUE(put(6000));
+    EXPECT_EQ(held(), 6000U);
+    ::setrlimit(RLIMIT_FSIZE, &before);
+    ::signal(SIGXFSZ, handler);
+    EXPECT_FALSE(std::filesystem::exists(place.string() + ".part"));
+    std::filesystem::remove(place);
 }
 
 TEST(KeyedHash, IsSipHash) {
