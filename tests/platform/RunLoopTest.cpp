@@ -12,8 +12,10 @@
 #include <vector>
 
 #include "fakes/WaitUntil.h"
+#include "platform/Log.h"
 #include "platform/real/OnScreenKeyboard.h"
 #include "platform/real/QtRunLoop.h"
+#include "platform/real/SystemLog.h"
 #include "platform/real/ThreadWorkQueue.h"
 #include "platform/real/WaylandGlobals.h"
 
@@ -112,6 +114,16 @@ TEST(RunLoop, QuittingEndsEveryTurn) {
     EXPECT_FALSE(loop.runOnce());
     EXPECT_FALSE(nested);
     EXPECT_FALSE(loop.runOnce());
+}
+
+TEST(SystemLog, NoLineObeysATerminalOrIsEndless) {
+    startSystemLog("test", LogTerminal::yes);
+    testing::internal::CaptureStderr();
+    logLine("name \x1b[2J\n\x7f of the module" + std::string(5000, 'x'));
+    const auto said = testing::internal::GetCapturedStderr();
+    setLogSink({});
+    EXPECT_NE(said.find(" name  [2J   of the modulexxx"), std::string::npos) << said;
+    EXPECT_LT(said.size(), 2100U);
 }
 
 TEST(OnScreenKeyboard, IsForATouchScreenWithoutAKeyboard) {

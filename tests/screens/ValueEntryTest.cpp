@@ -110,6 +110,7 @@ TEST_F(ValueEntryTest, LongTablesAreSearchedAndShortOnesAreNot) {
     picker.activateIndex(10);
     run();
     EXPECT_EQ(taker.heard, "Value 29 ");
+    EXPECT_EQ(picker.selectedRow(), std::nullopt);
     picker.search({});
     run();
     EXPECT_EQ(rows.rowCount(), 31);
