@@ -172,6 +172,11 @@ TEST_F(GaugeViewTest, FacesFollowTheStyleAndCopiesStartAnew) {
         gauge->reloadView();
         EXPECT_EQ(gauge->needle().isEmpty(), style >= 5) << style;
         EXPECT_EQ(gauge->name().isEmpty(), style < 5) << style;
+        // The icon is above the needle's centre, or beside it, on the side that is free.
+        const auto icon = gauge->iconFrame();
+        const auto center = gauge->needleFrame().center();
+        EXPECT_EQ(icon.left() > center.x(), style == 2) << style;
+        EXPECT_EQ(!icon.isEmpty() && icon.right() < center.x(), style == 4) << style;
     }
     gauge->setStyle(0);
     gauge->setFrame({0, 0, 350, 350});

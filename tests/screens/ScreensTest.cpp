@@ -16,6 +16,9 @@ using namespace torv;
 struct PlainScreen final : ViewController {
     explicit PlainScreen(std::string n) : name(std::move(n)) {}
     [[nodiscard]] QString look() const override { return {}; }
+    [[nodiscard]] Orientations orientations() const override {
+        return name == "upright" ? Orientations::portrait : Orientations::landscape;
+    }
     void viewDidLoad() override { calls += "load "; }
     void viewWillAppear() override { calls += "appear "; }
     void viewWillDisappear() override { calls += "leave "; }
@@ -67,6 +70,20 @@ TEST_F(ScreensTest, AlertsTellOfThePressThenOfTheEndOnce) {
     platform.loop.runWork();
     EXPECT_EQ(heard, "click1 gone1 ");
     EXPECT_EQ(stage.alert(), nullptr);
+}
+
+TEST_F(ScreensTest, TheWindowHearsWhenAScreenStandsUpright) {
+    const auto stack = std::make_shared<NavigationController>(std::make_shared<PlainScreen>("root"));
+    const Stage stage{stack, nullptr};
+    int heard = 0;
+    QObject::connect(&stage, &Stage::portraitChanged, [&heard] { ++heard; });
+    for (const auto* name : {"deep", "upright"})
+        stack->pushViewControllerAnimated(std::make_shared<PlainScreen>(name), false);
+    EXPECT_TRUE(stage.portrait());
+    EXPECT_EQ(heard, 1);
+    stack->popToRootViewControllerAnimated(false);
+    EXPECT_FALSE(stage.portrait());
+    EXPECT_EQ(heard, 2);
 }
 
 TEST_F(ScreensTest, AlertsAndOverlaysReachTheStageFromAnyScreen) {
