@@ -162,6 +162,8 @@ TEST_F(PageTest, TheAlertIsForSensorsOnNoGauge) {
     EXPECT_FALSE(alert());
     receive(9, {52});
     EXPECT_TRUE(alert());
+    page->iTorvAppDelegateDidChangeWarningSensors(*app);
+    EXPECT_FALSE(alert());
     receive(9, {0});
     EXPECT_FALSE(alert());
 }
