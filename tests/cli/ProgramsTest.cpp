@@ -382,7 +382,8 @@ TEST_F(ProgramsWithModule, WatchTellsThatTheModuleHasGone) {
     const auto command = QCoreApplication::applicationDirPath() + "/itorvctl watch --module " + address;
     const std::pair<QStringList, std::vector<const char*>> rows[]{
         {{"sh", "-c", "exec " + command}, {" RPM", " is lost; trying again\n", " is there again\n"}},
-        {{"script", "-qefc", command, "/dev/null"}, {" RPM ", " old\033[0m", " RPM "}},
+        {{"script", "-qefc", command, "/dev/null"},
+         {"RPM         \033[0m", "RPM         old\033[0m", "RPM         \033[0m"}},
     };
     for (const auto& [start, words] : rows) {
         SCOPED_TRACE(start.front().toStdString());
